@@ -1,0 +1,15 @@
+#ifndef WQ_STAT_EXPORT_H
+#define WQ_STAT_EXPORT_H
+
+/// Marks what libwq_stat offers to hosts; everything else in the library is hidden.
+#if defined(_WIN32)
+#  if defined(WQ_STAT_BUILDING)
+#    define WQ_STAT_EXPORT __declspec(dllexport)
+#  else
+#    define WQ_STAT_EXPORT __declspec(dllimport)
+#  endif
+#else
+#  define WQ_STAT_EXPORT __attribute__((visibility("default")))
+#endif
+
+#endif

@@ -1,0 +1,74 @@
+#ifndef WQ_STAT_FREQUENCY_H
+#define WQ_STAT_FREQUENCY_H
+
+#include <wq_stat/basic_stat.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace wq_lib {
+
+/** One class of a frequency table. */
+struct frequency_class {
+    unsigned long long count = 0;  ///< observations in the class
+    double rate = 0.0;             ///< count / observations in the analysed range
+};
+
+/**
+ * Classes of equal width over a sample. Calling order: fill; autoClassWidth(k); initFrequency(getClasses()); buildTable();
+ * analyse(); then reportConsole() or exportTable().
+ */
+class WQ_STAT_EXPORT Frequency : public BasicStatistics {
+public:
+    Frequency();
+    ~Frequency() override;
+
+    /** Computes the rates of the table. @return true. */
+    bool analyse() override;
+
+    /** Prints the table to the console. */
+    void reportConsole() override;
+
+    void setClasses(std::size_t k) { numberOfClasses = k; }
+    std::size_t getClasses() const { return numberOfClasses; }
+
+    /** Lower limit of the first class. */
+    void setStartClass(double lower) { startClass = lower; }
+    double getStartClass() const { return startClass; }
+    double getClassWidth() const { return classWidth; }
+
+    /**
+     * Divides the range of the sample into classes.
+     * @param k number of classes; 0 means 10.
+     * @return false, and changes no class setting, for an empty sample and for fewer than three observations in the range.
+     */
+    bool autoClassWidth(std::size_t k);
+
+    /** Appends k empty classes to the table and makes k the number of classes; meant to be called once. @return true. */
+    bool initFrequency(std::size_t k);
+
+    /**
+     * Counts the observations of the range, the last index excluded: after autoClassWidth the largest value is not counted.
+     * A value on or above the upper edge, or below the first class, counts in the last class; what falls past the table is not counted.
+     */
+    void buildTable();
+
+    /**
+     * Writes the table as a tab-separated file: class, start, end, mid, observed, rate.
+     * @return false when the file cannot be opened, or when not everything reached it.
+     */
+    bool exportTable(const std::string& fileName, const std::string& comment);
+
+    const std::vector<frequency_class>& getTable() const { return classes; }
+
+protected:
+    std::vector<frequency_class> classes;
+    std::size_t numberOfClasses = 0;
+    double startClass = 0.0;
+    double classWidth = 0.0;
+};
+
+}  // namespace wq_lib
+
+#endif

@@ -1,0 +1,161 @@
+#ifndef WQ_STAT_SINGLE_ANOVA_H
+#define WQ_STAT_SINGLE_ANOVA_H
+
+#include <wq_stat/basic_xy_stat.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace wq_lib {
+
+/** One group of observations. */
+struct anova_group {
+    double id = 0.0;                      ///< the x that the group's pairs share
+    std::int64_t n = 0;                   ///< number of observations
+    double mean = 0.0;
+    double sum = 0.0;
+    double sumSquaredObservations = 0.0;
+    double sumOfSquares = 0.0;            ///< of deviations from the mean; every further analyse() adds it once more
+    double variance = 0.0;                ///< sumOfSquares / (n - 1); 0 for n < 2
+    std::vector<double> observations;     ///< in order of arrival
+};
+
+/** Predicate: has a group the same id as the key? Exact equality; a NaN id never matches. */
+class find_group_id {
+public:
+    explicit find_group_id(anova_group group) : key(std::move(group)) {}
+    bool operator()(const anova_group& g) const { return g.id == key.id; }
+
+private:
+    anova_group key;
+};
+
+/** One row of the Anova table. */
+struct anova_source {
+    std::size_t df = 0;       ///< degrees of freedom
+    double ss = 0.0;          ///< sum of squares
+    double ms = 0.0;          ///< mean square
+    double fs = 0.0;          ///< F of the row
+    double reserved1 = 0.0;   ///< not used
+    double reserved2 = 0.0;   ///< not used
+    double expectedMs = 0.0;  ///< the column "exp MS"
+};
+
+/**
+ * Single classification (one-way) analysis of variance. Each pair is an observation, x its group, y its value.
+ * Calling order: load; createSeries() once; analyse(); then reportConsole(), testResults(), listData, exportToR.
+ */
+class WQ_STAT_EXPORT SingleAnova : public BasicXyStatistics {
+public:
+    using group_iterator = std::vector<anova_group>::iterator;
+
+    SingleAnova();
+    ~SingleAnova() override;
+
+    /** resetAnova(). */
+    void resetResult() override;
+
+    /**
+     * Writes the groups as a tab-separated file for R: a comment line, then one row per group, its position in the list and its
+     * observations with 4 decimals.
+     * @return false when the file cannot be opened, or when not everything reached it.
+     */
+    bool exportToR(const std::string& fileName, const std::string& comment) override;
+
+    /**
+     * Fills the Anova table. Without groups, or with one, the quotients are NaN or infinite. A group's sumOfSquares is not
+     * reset: a second analysis doubles it, and the variance, but changes nothing in the table.
+     * @return true.
+     */
+    bool analyse() override;
+
+    /** Prints the Anova table to the console. */
+    void reportConsole() override;
+
+    /** Prints the groups with indices first <= i < last. */
+    void listData(std::size_t first, std::size_t last) override;
+
+    /** Prints the details of each group and the sums behind the table. */
+    void testResults();
+
+    /** Sets the sums and the table to 0; groups, settings, mean sample sizes and the variance component keep their values. */
+    void resetAnova();
+
+    /** @return the first group with the id, by linear search; the end of the list when there is none, as for NaN. */
+    group_iterator getGroup(double id);
+
+    /** Appends an empty group, whether or not the id exists already. */
+    group_iterator createGroup(double id);
+
+    /**
+     * Gathers all pairs (whatever the data range) into groups, in order of the first occurrence of their x, in time proportional to
+     * the number of pairs. Ids are the same when they compare equal, so 0 and -0 are, and every NaN makes a group of its own.
+     * A second call appends every observation once more.
+     * @return false when there are no pairs.
+     */
+    bool createSeries();
+
+    /** Number of the Anova model, kept for the host; 2 in a new object. */
+    void setModel(int number) { model = number; }
+    int getModel() const { return model; }
+
+    /** The counter of created groups. */
+    void setGroups(std::size_t n) { groupsCreated = n; }
+    void increaseGroups() { ++groupsCreated; }
+    std::size_t getGroupsCreated() const { return groupsCreated; }
+
+    /** Whether all groups have the same size; set by analyse(). */
+    void setEqual(bool on) { equal = on; }
+    bool isEqual() const { return equal; }
+
+    std::size_t getGroupCount() const { return groupCount; }
+    std::int64_t getTotalObservations() const { return totalObservations; }
+    double getGrandTotal() const { return grandTotal; }
+    double getCorrectionTerm() const { return correctionTerm; }
+    double getSumSquaredObservations() const { return sumSquaredObservations; }
+
+    /** @return the sum over groups of squared total / group size. */
+    double getSumSquaredGroupTotals() const { return sumSquaredGroupTotals; }
+    double getSumSquaredSampleSizes() const { return sumSquaredSampleSizes; }
+    const anova_source& getTotal() const { return total; }
+    const anova_source& getAmong() const { return among; }
+    const anova_source& getWithin() const { return within; }
+    double getMeanSampleSize() const { return meanSampleSize; }
+
+    /** @return the weighted mean sample size. */
+    double getN0() const { return n0; }
+
+    /** @return the added variance component among groups. */
+    double getVarianceComponent() const { return varianceComponent; }
+
+    /** @return the component's share of the total variance, printed as r_i. */
+    double getVarianceComponentRatio() const { return varianceComponentRatio; }
+    const std::vector<anova_group>& getGroups() const { return groups; }
+
+protected:
+    std::size_t groupCount = 0;
+    std::int64_t totalObservations = 0;
+    double grandTotal = 0.0;
+    double correctionTerm = 0.0;
+    double sumSquaredObservations = 0.0;
+    double sumSquaredGroupTotals = 0.0;
+    double sumSquaredSampleSizes = 0.0;
+    anova_source total;
+    anova_source among;
+    anova_source within;
+    double meanSampleSize = 0.0;
+    double n0 = 0.0;
+    double varianceComponent = 0.0;
+    double varianceComponentRatio = 0.0;
+    std::vector<anova_group> groups;
+    std::size_t groupsCreated = 0;
+    bool equal = true;
+    int model = 2;
+};
+
+}  // namespace wq_lib
+
+#endif

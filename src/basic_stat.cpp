@@ -1,0 +1,315 @@
+#include <wq_stat/basic_stat.h>
+
+#include "column_title.h"
+#include "confidence_limits.h"
+#include "data_lines.h"
+#include "number_reading.h"
+#include "r_export.h"
+#include "report_text.h"
+#include "sample_extremes.h"
+#include "stored_range.h"
+#include "to_integer.h"
+
+#include <wq_stat/distributions.h>
+#include <wq_udf/console.h>
+
+#include <algorithm>
+#include <cfloat>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+namespace wq_lib {
+
+using detail::storedRange;
+using detail::StoredRange;
+using detail::toInteger;
+
+namespace {
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+}  // namespace
+
+BasicStatistics::BasicStatistics()
+{
+    resetSet(result);
+    addColumnName("DATA");
+}
+
+BasicStatistics::~BasicStatistics() = default;
+
+// ---------------------------------------------------------------- filling the sample
+
+void BasicStatistics::initDataList(std::size_t n) { data.reserve(n); }
+
+bool BasicStatistics::add(double x)
+{
+    data.push_back(x);
+    ++sampleSize;
+    dataEnd = sampleSize;  // one past the last index; setDataRange makes it inclusive
+    sorted = false;
+    return true;
+}
+
+std::size_t BasicStatistics::copyFrom(std::vector<double> values)
+{
+    initDataList(values.size());
+    for (const double x : values) add(x);
+    return data.size();
+}
+
+bool BasicStatistics::readDataFile()
+{
+    detail::DataLines lines(dataFile, detail::EndMarker::endsData);
+    if (!lines.isOpen()) return false;
+    while (lines.next()) {
+        if (lines.isComment())
+            setComment(removeChar(std::string(lines.text()), '#'));
+        else
+            add(detail::readDouble(lines.text()));
+    }
+    return !lines.hasFailed();
+}
+
+bool BasicStatistics::readDataFile(const std::string& name)
+{
+    setDataFile(name);
+    return readDataFile();
+}
+
+// ---------------------------------------------------------------- analysis
+
+void BasicStatistics::resetSet(basic_stat& record) const
+{
+    basic_stat fresh;
+    fresh.min = DBL_MAX;
+    fresh.max = DBL_MIN;  // the smallest positive value, so a sample of negative values only keeps it as its maximum
+    fresh.reserved1 = record.reserved1;
+    fresh.significance = record.significance;
+    record = fresh;
+}
+
+void BasicStatistics::resetResult() { resetSet(result); }
+
+void BasicStatistics::sortData()
+{
+    const auto numbersEnd = std::stable_partition(data.begin(), data.end(), [](double x) { return !std::isnan(x); });
+    std::sort(data.begin(), numbersEnd);
+    sorted = true;
+}
+
+void BasicStatistics::setDataRange()
+{
+    const double n = static_cast<double>(sampleSize);
+    dataStart = toInteger<std::size_t>(std::ceil(head * n));
+    dataEnd = sampleSize - toInteger<std::size_t>(tail * n) - 1;  // truncated, not rounded up like the low end
+}
+
+bool BasicStatistics::analyse()
+{
+    resetResult();
+    if (!sorted) sortData();
+    setDataRange();
+    if (dataEnd >= sampleSize && dataEnd > 1) dataEnd = sampleSize - 1;
+    if (data.empty() || dataEnd - dataStart < 2) return false;
+
+    const StoredRange range = storedRange(dataStart, dataEnd, data.size());
+    for (std::size_t i = range.begin; i < range.end; ++i) {
+        ++result.n;
+        detail::extendExtremes(result, data[i]);
+        result.sum += data[i];
+    }
+    const double n = static_cast<double>(result.n);
+    result.mean = result.sum / n;
+
+    double logSum = 0.0;
+    double positiveCount = 0.0;
+    double reciprocalSum = 0.0;
+    double reciprocalCount = 0.0;
+    for (std::size_t i = range.begin; i < range.end; ++i) {
+        const double x = data[i];
+        result.sumOfSquares += sqr(x - result.mean);
+        if (x > 0.0) {
+            logSum += std::log(x);
+            positiveCount += 1.0;
+        }
+        if (x < 0.0) negative = true;
+        const double reciprocal = 1.0 / x;
+        if (std::isfinite(reciprocal)) {
+            reciprocalSum += reciprocal;
+            reciprocalCount += 1.0;
+        }
+    }
+    result.variance = result.sumOfSquares / n;
+    result.sampleVariance = result.sumOfSquares / static_cast<double>(result.n - 1);
+    result.stdev = standardDeviation(result.variance);
+    result.sampleStdev = standardDeviation(result.sampleVariance);
+    result.cv = coefficientOfVariation(result.sampleStdev, result.mean, result.n);
+    result.stdError = standardError(result.sampleVariance, result.n);
+    result.confidenceLimits = confidenceInterval(result.mean, result.sampleVariance, result.n);
+    result.geoMean = std::exp(logSum * (1.0 / positiveCount));
+    result.harmMean = reciprocalCount / reciprocalSum;
+    result.quartile1 = quartile(1.0);
+    result.median = median();
+    result.quartile3 = quartile(3.0);
+    result.significance = significance;
+    return true;
+}
+
+bool BasicStatistics::acceptH0()
+{
+    const double t = StudentOfMeans(result.mean, result.sampleVariance, nullHypothesis, result.n);
+    const double critical = t_PercentPoint(significance / 2.0, result.n - 1);
+    return std::fabs(t) < std::fabs(critical);
+}
+
+// ---------------------------------------------------------------- statistics
+
+double BasicStatistics::standardError(double variance, std::size_t n) const
+{
+    if (variance <= 0.0) return notANumber;
+    return std::sqrt(variance / static_cast<double>(n));
+}
+
+double BasicStatistics::standardDeviation(double variance) const
+{
+    if (variance <= 0.0) return notANumber;
+    return std::sqrt(variance);
+}
+
+double BasicStatistics::coefficientOfVariation(double stdev, double mean, std::size_t) const
+{
+    if (!(stdev > 0.0)) return 0.0;
+    return stdev / mean;
+}
+
+DataRange<double> BasicStatistics::confidenceInterval(double mean, double variance, std::size_t n) const
+{
+    return detail::limitsAround(mean, t_PercentPoint(significance, n - 1), standardError(variance, n));
+}
+
+double BasicStatistics::StudentOfMeans(double mean, double variance, double mu0, std::size_t n) const
+{
+    return (mean - mu0) / standardError(variance, n);
+}
+
+double BasicStatistics::quantile(double p, std::size_t q)
+{
+    if (!sorted) sortData();
+    const double n = static_cast<double>(result.n);
+    const double parts = static_cast<double>(q);
+    const double below = p * n;
+    const double above = (parts - p) * n;
+    constexpr double beyond = 9223372036854775808.0;  // 2^63
+    if (q == 0 || parts >= beyond || !(std::fabs(below) < beyond) || !(std::fabs(above) < beyond)) return notANumber;
+
+    // Integer quotients; a negative one wraps the index far beyond the sample.
+    const auto divisor = static_cast<std::int64_t>(q);
+    const auto belowCount = static_cast<std::size_t>(toInteger<std::int64_t>(below) / divisor);
+    const auto aboveCount = static_cast<std::size_t>(toInteger<std::int64_t>(above) / divisor);
+    const std::size_t first = dataStart + belowCount;
+    if (first >= data.size()) return notANumber;
+    if (p / parts != 0.5 || odd(static_cast<long>(result.n))) return data[first];
+    const std::size_t second = dataStart + result.n - aboveCount - 1;
+    if (second >= data.size()) return notANumber;
+    return (data[first] + data[second]) / 2.0;
+}
+
+double BasicStatistics::median() { return quantile(1.0, 2); }
+
+double BasicStatistics::quartile(double p) { return quantile(p, 4); }
+
+double BasicStatistics::geometricMean(std::size_t from, std::size_t to)
+{
+    if (to >= sampleSize) to = sampleSize - 1;
+    double logSum = 0.0;
+    double count = 0.0;
+    const StoredRange range = storedRange(from, to, data.size());
+    for (std::size_t i = range.begin; i < range.end; ++i) {
+        const double x = getDataPoint(i);
+        if (std::isnan(x)) continue;
+        if (x < 0.0) {
+            setNegative(true);
+            return 0.0;
+        }
+        if (x > 0.0) logSum += std::log(x);
+        count += 1.0;
+    }
+    return std::exp(logSum * (1.0 / count));
+}
+
+// ---------------------------------------------------------------- output
+
+void BasicStatistics::reportConsole()
+{
+    const double t = StudentOfMeans(result.mean, result.sampleVariance, nullHypothesis, result.n);
+    const double critical = t_PercentPoint(significance, result.n - 1);
+
+    detail::ReportText report(detail::NumberFormat::plain());
+    report.frame("BASIC STATISTICS", comment);
+    report.line("sample size     : ", result.n);
+    report.line("minimum value   : ", result.min);
+    report.line("maximum value   : ", result.max);
+    report.line("sum             : ", result.sum);
+    report.line("arithmetic mean : ", result.mean);
+    report.line("variance        : ", result.variance);
+    report.line("sample var      : ", result.sampleVariance);
+    report.line("sample stdev    : ", result.sampleStdev);
+    report.line("standard error  : ", result.stdError);
+    report.line("CV              : ", result.cv);
+    report.emptyLine();
+    report.line((1.0 - result.significance) * 100.0, "% confidence interval");
+    report.line("Student t       : ", critical);
+    report.line("lower limit     : ", result.confidenceLimits.getLower());
+    report.line("upper limit     : ", result.confidenceLimits.getUpper());
+    report.emptyLine();
+    if (negative)
+        report.line("geometric mean  : ", "n/a");
+    else
+        report.line("geometric mean  : ", result.geoMean);
+    report.line("harmonic mean   : ", result.harmMean);
+    report.line("median          : ", result.median);
+    report.line("25th percentile : ", result.quartile1);
+    report.line("75th percentile : ", result.quartile3);
+    report.rule();
+    report.line("Hypothesis testing H0: u = ", nullHypothesis);
+    report.line("t statistic     : ", t);
+    report.line("t", significance, "(2),", result.n - 1, "     : ", critical);
+    report.line("H0              : ", detail::verdict(acceptH0()));
+    report.emptyLine();
+    report.emptyLine();
+    display(report.text());
+}
+
+void BasicStatistics::listData(std::size_t from, std::size_t to)
+{
+    if (data.empty()) {
+        errorMessage("No data");
+        return;
+    }
+    if (to >= sampleSize) to = sampleSize - 1;
+    detail::ReportText listing(detail::NumberFormat::fixed(6));
+    listing.line(detail::columnTitle(columnNames, 0));
+    const StoredRange range = storedRange(from, to, data.size());
+    for (std::size_t i = range.begin; i < range.end; ++i) listing.line(getDataPoint(i));
+    listing.line(singleLine(20));
+    display(listing.text());
+}
+
+bool BasicStatistics::exportToR(const std::string& fileName, const std::string& fileComment)
+{
+    return detail::exportForR(fileName, fileComment, [this](CsvReport& file) {
+        file.setPrecision(12);
+        file.cell(detail::columnTitle(columnNames, 0), false);
+        file.writeEol();
+        if (dataEnd >= sampleSize && dataEnd > 1) dataEnd = sampleSize - 1;
+        const StoredRange range = storedRange(dataStart, dataEnd, data.size());
+        for (std::size_t i = range.begin; i < range.end; ++i) {
+            file.cell(getDataPoint(i), 12, false);
+            file.writeEol();
+        }
+    });
+}
+
+}  // namespace wq_lib

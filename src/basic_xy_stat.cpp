@@ -1,0 +1,177 @@
+#include <wq_stat/basic_xy_stat.h>
+
+#include "column_title.h"
+#include "data_lines.h"
+#include "number_reading.h"
+#include "paired_passes.h"
+#include "r_export.h"
+#include "report_text.h"
+#include "stored_range.h"
+
+#include <wq_udf/console.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+namespace wq_lib {
+
+using detail::storedRange;
+using detail::StoredRange;
+
+bool keyX(data_pair a, data_pair b) { return a.x < b.x; }
+
+bool keyY(data_pair a, data_pair b) { return a.y < b.y; }
+
+BasicXyStatistics::BasicXyStatistics()
+{
+    resetSet(xyResult.x);
+    resetSet(xyResult.y);
+    clearColumnNames();
+    addColumnName("X");
+    addColumnName("Y");
+}
+
+BasicXyStatistics::~BasicXyStatistics() = default;
+
+// ---------------------------------------------------------------- filling the sample
+
+void BasicXyStatistics::initDataList(std::size_t n) { pairs.reserve(n); }
+
+bool BasicXyStatistics::add(double x, double y)
+{
+    pairs.push_back({x, y});
+    setSampleSize(pairs.size());
+    setDataEnd(pairs.size() - 1);  // the last index, unlike the univariate add
+    return true;
+}
+
+std::size_t BasicXyStatistics::copyFrom(std::vector<data_pair> values)
+{
+    initDataList(values.size());
+    for (const data_pair& pair : values) add(pair.x, pair.y);
+    return pairs.size();
+}
+
+bool BasicXyStatistics::readDataFile()
+{
+    detail::DataLines lines(dataFile, detail::EndMarker::endsData);
+    if (!lines.isOpen()) return false;
+    while (lines.next()) {
+        if (lines.isComment()) {
+            comment.clear();
+            setComment(removeChar(std::string(lines.text()), '#'));
+            continue;
+        }
+        std::string_view rest = lines.text();
+        std::string_view field;
+        if (!detail::takeField(rest, field)) continue;
+        const double x = detail::readDoubleOrZero(field);
+        const double y = detail::takeField(rest, field) ? detail::readDouble(field) : 0.0;
+        add(x, y);
+    }
+    return !lines.hasFailed();
+}
+
+data_pair BasicXyStatistics::getDataPair(std::size_t i) { return pairs[i]; }
+
+// ---------------------------------------------------------------- analysis
+
+void BasicXyStatistics::resetResult()
+{
+    resetSet(xyResult.x);
+    resetSet(xyResult.y);
+    xyResult.sumProducts = 0.0;  // the covariance stays until analyse() rewrites it
+}
+
+bool BasicXyStatistics::analyse()
+{
+    resetResult();
+    setDataRange();
+    if (pairs.empty() || dataEnd - dataStart < 1) return false;
+    detail::pairedPasses<detail::Untransformed>(*this, storedRange(dataStart, dataEnd, pairs.size()), xyResult);
+    xyResult.covariance = xyResult.sumProducts / (static_cast<double>(xyResult.x.n) - 1.0);
+    return true;
+}
+
+double BasicXyStatistics::geometricMean(std::size_t start, std::size_t end)
+{
+    if (end >= sampleSize) end = sampleSize - 1;
+    double logSum = 0.0;
+    double count = 0.0;
+    const StoredRange range = storedRange(start, end, pairs.size());
+    for (std::size_t i = range.begin; i < range.end; ++i) {
+        const double y = getDataPair(i).y;
+        if (std::isnan(y)) continue;
+        if (y < 0.0) {
+            setNegative(true);
+            return 0.0;
+        }
+        if (y > 0.0) logSum += std::log(y);
+        count += 1.0;
+    }
+    return std::exp((1.0 / count) * logSum);
+}
+
+// ---------------------------------------------------------------- output
+
+void BasicXyStatistics::reportConsole()
+{
+    const basic_stat& x = xyResult.x;
+    const basic_stat& y = xyResult.y;
+    const std::size_t n = x.n;
+
+    detail::ReportText report(detail::NumberFormat::plain());
+    report.frame("BASIC XY STATISTICS", comment);
+    report.line("Data pairs         : ", n);
+    report.line("sum of X           : ", x.sum);
+    report.line("mean of X          : ", x.mean);
+    report.line("variance of X      : ", x.variance);
+    report.line("sample var of X    : ", x.sampleVariance);
+    report.line("sample stdev of X  : ", standardDeviation(x.sampleVariance));
+    report.line("standard error of X: ", standardError(x.sampleVariance, n));
+    report.line("sum of squares of X: ", x.sumOfSquares);
+    report.emptyLine();
+    report.line("sum of Y           : ", y.sum);
+    report.line("mean of Y          : ", y.mean);
+    report.line("variance of Y      : ", y.variance);
+    report.line("sample var of Y    : ", y.sampleVariance);
+    report.line("sample stdev of Y  : ", standardDeviation(y.sampleVariance));
+    report.line("standard error of Y: ", standardError(y.sampleVariance, n));
+    report.line("sum of squares of Y: ", y.sumOfSquares);
+    report.emptyLine();
+    report.line("sum of products XY : ", xyResult.sumProducts);
+    report.line("covariance XY      : ", xyResult.covariance);
+    report.emptyLine();
+    report.emptyLine();
+    display(report.text());
+}
+
+void BasicXyStatistics::listData(std::size_t start, std::size_t end)
+{
+    detail::ReportText listing(detail::NumberFormat::plain());
+    listing.line(detail::columnTitle(columnNames, 0), " ", detail::columnTitle(columnNames, 1));
+    const StoredRange range = storedRange(start, std::min(end, sampleSize), pairs.size());
+    for (std::size_t i = range.begin; i < range.end; ++i) {
+        const data_pair pair = getDataPair(i);
+        listing.line(pair.x, " ", pair.y);
+    }
+    listing.emptyLine();
+    display(listing.text());
+}
+
+bool BasicXyStatistics::exportToR(const std::string& fileName, const std::string& fileComment)
+{
+    return detail::exportForR(fileName, fileComment, [this](CsvReport& file) {
+        file.writeHeader(detail::columnTitle(columnNames, 0) + "|" + detail::columnTitle(columnNames, 1));
+        const StoredRange range = storedRange(dataStart, dataEnd, pairs.size());
+        for (std::size_t i = range.begin; i < range.end; ++i) {
+            const data_pair pair = getDataPair(i);
+            file.cell(pair.x, 6, true);
+            file.cell(pair.y, 6, false);
+            file.writeEol();
+        }
+    });
+}
+
+}  // namespace wq_lib

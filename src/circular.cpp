@@ -1,0 +1,144 @@
+#include <wq_stat/circular.h>
+
+#include "report_text.h"
+#include "stored_range.h"
+#include "to_integer.h"
+
+#include <wq_stat/distributions.h>
+#include <wq_udf/console.h>
+
+#include <cmath>
+#include <cstdint>
+
+namespace wq_lib {
+
+using detail::storedRange;
+using detail::StoredRange;
+using detail::toInteger;
+
+namespace {
+
+constexpr double pi = 3.141592653589793;
+constexpr double twoPi = 6.283185307179586;
+
+}  // namespace
+
+Circular::Circular() { setHypothesisInfo("Data are uniformely distributed around the circle"); }
+
+Circular::~Circular() = default;
+
+std::size_t Circular::getBin0() const { return toInteger<std::size_t>(circularResult.bin0); }
+
+void Circular::resetResult()
+{
+    BasicXyStatistics::resetResult();
+    circularResult.a = 0.0;
+    circularResult.r = 0.0;
+    circularResult.n = 0;
+}
+
+// ---------------------------------------------------------------- analysis
+
+void Circular::checkGrouped()
+{
+    setGrouped(false);
+    const StoredRange range = storedRange(dataStart, dataEnd, pairs.size());
+    for (std::size_t i = range.begin; i < range.end && !grouped; ++i) setGrouped(getDataPair(i).y > 0.0);
+}
+
+void Circular::computeBinSize() { binSize = twoPi / static_cast<double>(circularResult.bins); }
+
+void Circular::convertToRadians()
+{
+    setDataRange();
+    const StoredRange range = storedRange(dataStart, dataEnd, pairs.size());
+    for (std::size_t i = range.begin; i < range.end; ++i) {
+        const double x = getDataPair(i).x;
+        if (dataType == DEGREES) setDataPairX(i, degreeToRadian(x));
+        if (dataType == BIN_NUMBERS) setDataPairX(i, x * binSize);
+    }
+}
+
+void Circular::rayleighsTest(std::size_t n, double r)
+{
+    circularResult.R = static_cast<double>(n) * r;
+    circularResult.z = sqr(circularResult.R) / static_cast<double>(n);
+}
+
+bool Circular::analyse()
+{
+    resetResult();
+    setDataRange();
+    checkGrouped();
+    computeBinSize();
+    if (dataType != RADIANS) convertToRadians();
+
+    double sineSum = 0.0;
+    double cosineSum = 0.0;
+    std::uint64_t count = 0;
+    const StoredRange range = storedRange(dataStart, dataEnd, pairs.size());
+    for (std::size_t i = range.begin; i < range.end; ++i) {
+        const data_pair pair = getDataPair(i);
+        if (grouped) {
+            const double middle = pair.x - 0.5 * binSize;  // x is the upper edge of its bin
+            sineSum += std::sin(middle) * pair.y;
+            cosineSum += std::cos(middle) * pair.y;
+            count += static_cast<std::uint64_t>(toInteger<std::int64_t>(pair.y));  // truncated, unlike the weights
+        } else {
+            sineSum += std::sin(pair.x);
+            cosineSum += std::cos(pair.x);
+            count += 1;
+        }
+    }
+    circular_stat& c = circularResult;
+    const double m = static_cast<double>(count);
+    const double meanCosine = cosineSum / m;
+    const double meanSine = sineSum / m;
+    c.r = computeResultant(meanCosine, meanSine);
+    c.a = computeAngle(meanCosine, meanSine);
+    if (grouped) c.r = c.r * ((binSize * pi / twoPi) / std::sin(binSize / 2.0));
+    c.s = std::sqrt(2.0 * (1.0 - c.r));
+    c.sPrime = std::sqrt(-2.0 * std::log(c.r));
+    rayleighsTest(count, c.r);
+    c.p = rayleighsProb(c.z, count);
+    c.significance = significance;
+    c.accepted = acceptH0();
+    c.n = count;
+    c.binSize = binSize;
+    c.meanBin = toInteger<std::size_t>(c.a / binSize) + getBin0();
+    return true;
+}
+
+bool Circular::acceptH0() { return circularResult.p >= significance; }
+
+// ---------------------------------------------------------------- output
+
+void Circular::reportConsole()
+{
+    const circular_stat& c = circularResult;
+
+    detail::ReportText report(detail::NumberFormat::plain());
+    report.frame("RAYLEIGH'S STATISTICS", comment);
+    report.line("Ho: ", hypothesisInfo);
+    report.line("sample size     : ", c.n);
+    report.line("Grouped data    : ", grouped ? "true" : "false");
+    report.line(grouped ? "rc" : "r ", "              : ", c.r);
+    report.line("a               : ", c.a, " radians / ", radianToDegree(c.a), " degrees");
+    report.line("s               : ", c.s);
+    report.line("s'              : ", c.sPrime);
+    if (grouped) {
+        report.line("Number of bins  : ", c.bins);
+        report.line("Size of bin     : ", binSize, " radians");
+        report.line("Mean bin#       : ", binName, " #", c.meanBin);
+    }
+    report.line("R               : ", c.R);
+    report.line("z               : ", c.z);
+    report.line("p               : ", c.p);
+    report.line("signifance level: ", c.significance);
+    report.line("H0              : ", detail::verdict(c.accepted));
+    if (grouped) report.line("rc: resultant corrected for grouped data ");
+    report.emptyLine();
+    display(report.text());
+}
+
+}  // namespace wq_lib

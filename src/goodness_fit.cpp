@@ -1,0 +1,73 @@
+#include <wq_stat/goodness_fit.h>
+
+#include "report_text.h"
+#include "stored_range.h"
+#include "to_integer.h"
+
+#include <wq_stat/distributions.h>
+#include <wq_udf/console.h>
+
+#include <cmath>
+#include <cstdint>
+
+namespace wq_lib {
+
+GoodnessOfFit::GoodnessOfFit() { setHypothesisInfo("observed and expected distributions do not differ"); }
+
+GoodnessOfFit::~GoodnessOfFit() = default;
+
+bool GoodnessOfFit::analyse()
+{
+    resetResult();
+    setDataRange();
+    const std::size_t k = getSampleSize();
+    const bool yates = yatesCorrection && k == 2;
+    X2 = 0.0;
+    G = 0.0;
+    std::uint64_t total = 0;
+    const detail::StoredRange range = detail::storedRange(dataStart, dataEnd, pairs.size());
+    for (std::size_t i = range.begin; i < range.end; ++i) {
+        const data_pair pair = getDataPair(i);
+        const double observed = pair.x;
+        const double expected = pair.y;
+        total += detail::toInteger<std::uint64_t>(observed);
+        double d = observed - expected;
+        if (yates) d = std::fabs(d) - 0.5;
+        X2 = X2 + sqr(d) / expected;
+        G = G + observed * std::log(observed / expected);
+    }
+    G = 2.0 * G;
+    GAdjusted = G;
+    if (williamsCorrection) {
+        const double N = static_cast<double>(total);
+        const double q = k == 2 ? 1.0 + 1.0 / (2.0 * N) : 1.0 + (static_cast<double>(k) + 1.0) / (6.0 * N);
+        GAdjusted = G / q;
+    }
+    return true;
+}
+
+bool GoodnessOfFit::acceptH0()
+{
+    const double critical = chiSquarePoint(getConfidence(), getSampleSize() - 1);
+    if (X2 >= critical || G >= critical) return false;
+    return !(williamsCorrection && GAdjusted >= critical);
+}
+
+void GoodnessOfFit::reportConsole()
+{
+    const std::size_t df = getSampleSize() - 1;
+
+    detail::ReportText report(detail::NumberFormat::fixed(3));
+    report.frame("GOODNESS OF FIT STATISTICS", comment);
+    report.line("Ho: ", hypothesisInfo);
+    report.line("[Chi-square]");
+    report.line("X2    : ", X2, "  ( p=", chiSquareProb(X2, df), ")").emptyLine();
+    report.line("[G-test]");
+    report.line("G     : ", G, "  ( p=", chiSquareProb(G, df), ")").emptyLine();
+    if (williamsCorrection) report.line("G adj : ", GAdjusted, "  ( p=", chiSquareProb(GAdjusted, df), ")").emptyLine();
+    report.line("X2 ", significance, ",", df, ": ", chiSquarePoint(getConfidence(), df));
+    report.line("Ho    : ", detail::verdict(acceptH0()));
+    display(report.text());
+}
+
+}  // namespace wq_lib

@@ -1,0 +1,199 @@
+#include <wq_stat/single_anova.h>
+
+#include "anova_table.h"
+#include "group_index.h"
+#include "r_export.h"
+#include "report_text.h"
+
+#include <wq_stat/distributions.h>
+#include <wq_udf/console.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace wq_lib {
+
+SingleAnova::SingleAnova() = default;
+SingleAnova::~SingleAnova() = default;
+
+// ---------------------------------------------------------------- groups
+
+SingleAnova::group_iterator SingleAnova::getGroup(double id)
+{
+    anova_group key;
+    key.id = id;
+    return std::find_if(groups.begin(), groups.end(), find_group_id(key));
+}
+
+SingleAnova::group_iterator SingleAnova::createGroup(double id)
+{
+    anova_group group;
+    group.id = id;
+    groups.push_back(group);
+    increaseGroups();
+    return groups.end() - 1;
+}
+
+bool SingleAnova::createSeries()
+{
+    if (pairs.empty()) return false;
+    detail::GroupIndex index;
+    for (std::size_t i = 0; i < groups.size(); ++i)
+        if (!std::isnan(groups[i].id)) index.findOrEnter(groups[i].id, i);
+
+    for (const data_pair& pair : pairs) {
+        std::size_t position = std::isnan(pair.x) ? index.none : index.findOrEnter(pair.x, groups.size());
+        if (position == index.none) {
+            position = groups.size();
+            createGroup(pair.x);
+        }
+        groups[position].observations.push_back(pair.y);
+    }
+    return true;
+}
+
+// ---------------------------------------------------------------- analysis
+
+void SingleAnova::resetResult() { resetAnova(); }
+
+void SingleAnova::resetAnova()
+{
+    groupCount = 0;
+    totalObservations = 0;
+    grandTotal = 0.0;
+    correctionTerm = 0.0;
+    sumSquaredObservations = 0.0;
+    sumSquaredGroupTotals = 0.0;
+    sumSquaredSampleSizes = 0.0;
+    varianceComponentRatio = 0.0;
+    total.df = 0;
+    total.ss = 0.0;
+    among.df = 0;
+    among.ss = 0.0;
+    among.ms = 0.0;
+    among.fs = 0.0;
+    among.expectedMs = 0.0;
+    within.df = 0;
+    within.ss = 0.0;
+    within.ms = 0.0;
+    within.expectedMs = 0.0;
+}
+
+bool SingleAnova::analyse()
+{
+    resetResult();
+    for (anova_group& group : groups) {
+        group.sum = 0.0;
+        group.sumSquaredObservations = 0.0;
+        for (const double y : group.observations) {
+            group.sum += y;
+            group.sumSquaredObservations += sqr(y);
+        }
+        group.n = static_cast<std::int64_t>(group.observations.size());
+        const double n = static_cast<double>(group.n);
+        group.mean = group.sum / n;
+        for (const double y : group.observations) group.sumOfSquares += sqr(y - group.mean);  // goes on from the last analysis
+        group.variance = group.n > 1 ? group.sumOfSquares / static_cast<double>(group.n - 1) : 0.0;
+
+        totalObservations += group.n;
+        grandTotal += group.sum;
+        sumSquaredObservations += group.sumSquaredObservations;
+        sumSquaredGroupTotals += sqr(group.sum) / n;
+        sumSquaredSampleSizes += sqr(n);
+    }
+    groupCount = groups.size();
+    const double N = static_cast<double>(totalObservations);
+    const double a = static_cast<double>(groupCount);
+
+    correctionTerm = sqr(grandTotal) / N;
+    total.df = static_cast<std::size_t>(totalObservations) - 1;
+    total.ss = sumSquaredObservations - correctionTerm;
+    among.df = groupCount - 1;
+    among.ss = sumSquaredGroupTotals - correctionTerm;
+    among.ms = among.ss / static_cast<double>(among.df);
+    within.df = static_cast<std::size_t>(totalObservations) - groupCount;
+    within.ss = total.ss - among.ss;
+    within.ms = within.ss / static_cast<double>(within.df);
+    among.fs = among.ms / within.ms;
+    meanSampleSize = N / a;
+    n0 = (N - sumSquaredSampleSizes / N) * (1.0 / static_cast<double>(groupCount - 1));
+    within.expectedMs = within.ms;
+    varianceComponent = (among.ms - within.ms) / n0;
+    among.expectedMs = varianceComponent + within.expectedMs;  // without the factor n0 of the textbook's expectation
+    varianceComponentRatio = varianceComponent / (within.ms + varianceComponent);
+
+    // n0 and the mean differ in the last bit for some balanced designs.
+    const bool sameSizes = std::all_of(groups.begin(), groups.end(), [this](const anova_group& g) { return g.n == groups.front().n; });
+    setEqual(n0 == meanSampleSize || (groups.size() > 1 && sameSizes));
+    return true;
+}
+
+// ---------------------------------------------------------------- output
+
+void SingleAnova::reportConsole()
+{
+    const double criticalF = F_PercentPoint(1.0 - significance, among.df, within.df);
+
+    detail::ReportText report(detail::NumberFormat::fixed(3));
+    report.frame("Single Classification Anova", comment);
+    detail::writeTableHead(report);
+    detail::writeAmongRow(report, among);
+    detail::writeWithinAndTotalRows(report, within, total);
+    report.line("F", significance, "[", among.df, ", ", within.df, "] = ", criticalF,
+                "\tP[F] =", F_Prob(among.fs, among.df, within.df), "\tr_i = ", varianceComponentRatio);
+    report.line("H0 [no added variance component among groups] is ", detail::verdict(!(among.fs > criticalF)), ".");
+    display(report.text());
+}
+
+void SingleAnova::testResults()
+{
+    detail::ReportText report(detail::NumberFormat::fixed(3));
+    report.line("Anova samples");
+    report.rule();
+    for (const anova_group& group : groups) {
+        report.line("Group                       : ", group.id);
+        report.line("n                           : ", group.n);
+        report.line("Sum                         : ", group.sum);
+        report.line("Mean                        : ", group.mean);
+        report.line("Sum of squared observations : ", group.sumSquaredObservations);
+        report.line("Sum of squares              : ", group.sumOfSquares);
+        report.line("Variance                    : ", group.variance);
+        report.write("n");  // the letter, not a line end
+    }
+    report.emptyLine();
+    report.line("Total observations          : ", totalObservations);
+    report.line("Grand total                 : ", grandTotal);
+    report.line("Sum of squared observations : ", sumSquaredObservations);
+    report.line("Sum of squared group totals : ", sumSquaredGroupTotals);
+    report.line("Correction term             : ", correctionTerm);
+    report.line("arithmetic mean sample size : ", meanSampleSize);
+    report.line("mean sample size (n0)       : ", n0);
+    report.line("variance component (r)      : ", varianceComponent);
+    report.emptyLine();
+    display(report.text());
+}
+
+void SingleAnova::listData(std::size_t first, std::size_t last)
+{
+    detail::ReportText listing(detail::NumberFormat::plain());
+    for (std::size_t i = first; i < std::min(last, groups.size()); ++i) {
+        listing.line("Series ", i, ": id =", groups[i].id);
+        for (const double y : groups[i].observations) listing.write(y, " ");
+        listing.line(" [", groups[i].observations.size(), "]");
+    }
+    listing.line("-");
+    display(listing.text());
+}
+
+bool SingleAnova::exportToR(const std::string& fileName, const std::string& fileComment)
+{
+    return detail::exportForR(fileName, fileComment, [this](CsvReport& file) {
+        for (std::size_t i = 0; i < groups.size(); ++i) {
+            file.cell(static_cast<int>(i), true);
+            for (const double y : groups[i].observations) file.cell(y, 4, false);
+            file.writeEol();
+        }
+    });
+}
+
+}  // namespace wq_lib

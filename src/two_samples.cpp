@@ -1,0 +1,56 @@
+#include <wq_stat/two_samples.h>
+
+#include "report_text.h"
+
+#include <wq_stat/distributions.h>
+#include <wq_udf/console.h>
+
+namespace wq_lib {
+
+TwoSamples::TwoSamples()
+{
+    setHypothesisInfo("the sample variances do not differ");
+    resetSet(secondSample);
+}
+
+TwoSamples::~TwoSamples() = default;
+
+void TwoSamples::resetResult()
+{
+    resetSet(result);
+    resetSet(secondSample);
+}
+
+double TwoSamples::compute_ratio(double v1, double v2) const { return v1 > v2 ? v1 / v2 : v2 / v1; }
+
+bool TwoSamples::analyse()
+{
+    const double variance1 = result.sampleVariance;
+    const double variance2 = secondSample.sampleVariance;
+    const bool firstIsLarger = variance1 > variance2;
+    df1 = (firstIsLarger ? result.n : secondSample.n) - 1;
+    df2 = (firstIsLarger ? secondSample.n : result.n) - 1;
+    F = compute_ratio(variance1, variance2);
+    FProbability = F_Prob(F, df1, df2);
+    criticalF = F_PercentPoint(1.0 - significance / 2.0, df1, df2);
+    return true;
+}
+
+bool TwoSamples::acceptH0() { return criticalF > F; }
+
+void TwoSamples::reportConsole()
+{
+    detail::ReportText report(detail::NumberFormat::plain());
+    report.frame("TEST VARIANCES OF TWO SAMPLES", comment);
+    report.line("Ho: ", hypothesisInfo);
+    report.line("sample size 1  : ", result.n);
+    report.line("sample var 1   : ", result.sampleVariance);
+    report.line("sample size 2  : ", secondSample.n);
+    report.line("sample var 2   : ", secondSample.sampleVariance);
+    report.line("F              : ", F, " (p = ", FProbability, ")");
+    report.line("Critical value : F ", significance, "[", df1, ",", df2, "] = ", criticalF);
+    report.line("H0             : ", detail::verdict(acceptH0()));
+    message(report.text());
+}
+
+}  // namespace wq_lib

@@ -1,0 +1,15 @@
+#ifndef WQ_REPORT_EXPORT_H
+#define WQ_REPORT_EXPORT_H
+
+/// Marks what libwq_report offers to hosts; everything else in the library is hidden.
+#if defined(_WIN32)
+#  if defined(WQ_REPORT_BUILDING)
+#    define WQ_REPORT_EXPORT __declspec(dllexport)
+#  else
+#    define WQ_REPORT_EXPORT __declspec(dllimport)
+#  endif
+#else
+#  define WQ_REPORT_EXPORT __attribute__((visibility("default")))
+#endif
+
+#endif

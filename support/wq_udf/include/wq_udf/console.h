@@ -1,0 +1,24 @@
+#ifndef WQ_UDF_CONSOLE_H
+#define WQ_UDF_CONSOLE_H
+
+#include <wq_udf/export.h>
+
+#include <string>
+
+namespace wq_lib {
+
+/**
+ * Writes a finished text (a report, a listing) to standard output as it is, in one piece, and flushes.
+ * Flags, width and locale of std::cout have no influence on it.
+ */
+WQ_UDF_EXPORT void display(const std::string& text);
+
+/** Writes an informational message to standard output and flushes; adds a line end when the text has none at its end. */
+WQ_UDF_EXPORT void message(const std::string& text);
+
+/** Writes an error message to standard error; adds a line end when the text has none at its end. */
+WQ_UDF_EXPORT void errorMessage(const std::string& text);
+
+}  // namespace wq_lib
+
+#endif
