@@ -253,9 +253,9 @@ double normalPercentPoint(double p)
 double t_Prob(double t, std::size_t df, bool oneSided)
 {
     if (df == 0) return 0.0;
-    const double degrees = static_cast<double>(df);
-    if (degrees > exactCounts) return notANumber;
+    if (df > static_cast<std::uint64_t>(exactCounts)) return notANumber;
 
+    const double degrees = static_cast<double>(df);
     const bool oddDegrees = odd(static_cast<long>(df));
     const double theta = std::atan(t / std::sqrt(degrees));
     const double s = std::sin(theta);

@@ -178,7 +178,7 @@ LeadingNumber leadingNumber(std::string_view text)
     LeadingNumber number;
     if (at(text, 0) == '0' && (at(text, 1) == 'x' || at(text, 1) == 'X')) number = hexadecimalNumber(text.substr(2));
     if (!number.found) number = decimalNumber(text);
-    if (minus) number.value = -number.value;
+    if (minus && number.found) number.value = -number.value;
     return number;
 }
 

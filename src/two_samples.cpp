@@ -7,11 +7,7 @@
 
 namespace wq_lib {
 
-TwoSamples::TwoSamples()
-{
-    setHypothesisInfo("the sample variances do not differ");
-    resetSet(secondSample);
-}
+TwoSamples::TwoSamples() { setHypothesisInfo("the sample variances do not differ"); }
 
 TwoSamples::~TwoSamples() = default;
 
