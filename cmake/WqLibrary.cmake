@@ -1,21 +1,28 @@
-# One shared library of the family: libwq_NAME, target wq::NAME.
+# How the shared libraries of the family are built: libwq_NAME, target wq::NAME.
 
 set(WQ_WARNINGS
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Woverloaded-virtual)
+
+if(CMAKE_CXX_FLAGS MATCHES "-ffast-math|-Ofast|-funsafe-math-optimizations|-ffinite-math-only|-fassociative-math")
+  message(FATAL_ERROR "CMAKE_CXX_FLAGS asks for fast-math (${CMAKE_CXX_FLAGS}). The library relies on IEEE arithmetic: NaN, infinity "
+    "and the order of sums.")
+endif()
 
 # Compile options every target of the project shares: warnings, and the same figures on every processor.
 function(wq_compile_options target)
   target_compile_features(${target} PRIVATE cxx_std_17)
   target_compile_options(${target} PRIVATE
-    $<$<CXX_COMPILER_ID:GNU,Clang>:${WQ_WARNINGS} -ffp-contract=off>
-    $<$<CXX_COMPILER_ID:MSVC>:/W4 /fp:precise>)
-  if(WQ_WARNINGS_AS_ERRORS)
-    set_target_properties(${target} PROPERTIES COMPILE_WARNING_AS_ERROR ON)
-  endif()
+    $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:${WQ_WARNINGS} -ffp-contract=off>
+    $<$<CXX_COMPILER_ID:MSVC>:/W4 /fp:precise /utf-8>)
+  set_target_properties(${target} PROPERTIES
+    CXX_EXTENSIONS OFF
+    COMPILE_WARNING_AS_ERROR ${WQ_WARNINGS_AS_ERRORS})
 endfunction()
 
+# wq_library(NAME BASE folder SOURCES files... [PUBLIC|PRIVATE targets...]). The public headers are BASE/wq_NAME/*.h; PUBLIC names the
+# libraries whose headers these include.
 function(wq_library name)
-  cmake_parse_arguments(arg "" "BASE" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(arg "" "BASE" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
   set(target wq_${name})
   string(TOUPPER ${target} prefix)
 
@@ -27,14 +34,20 @@ function(wq_library name)
   target_compile_definitions(${target} PRIVATE ${prefix}_BUILDING)
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src)
   target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${arg_BASE} FILES ${headers})
-  target_link_libraries(${target} PUBLIC ${arg_USES})
+  target_link_libraries(${target} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
   set_target_properties(${target} PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     EXPORT_NAME ${name}
-    CXX_EXTENSIONS OFF
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON
-    BUILD_RPATH_USE_ORIGIN ON
-    INSTALL_RPATH "$ORIGIN")
+    INSTALL_RPATH "$ORIGIN"
+    BUILD_WITH_INSTALL_RPATH ON)  # the build tree has the libraries in one folder too
+
+  # Hidden visibility does not reach instantiations of standard templates; the export map does.
+  if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+    set(map ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+    target_link_options(${target} PRIVATE LINKER:--version-script=${map})
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${map})
+  endif()
 endfunction()

@@ -7,13 +7,13 @@
 #include "r_export.h"
 #include "report_text.h"
 #include "sample_extremes.h"
+#include "sample_sort.h"
 #include "stored_range.h"
 #include "to_integer.h"
 
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>
 
-#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
@@ -94,8 +94,7 @@ void BasicStatistics::resetResult() { resetSet(result); }
 
 void BasicStatistics::sortData()
 {
-    const auto numbersEnd = std::stable_partition(data.begin(), data.end(), [](double x) { return !std::isnan(x); });
-    std::sort(data.begin(), numbersEnd);
+    detail::sortSample(data);
     sorted = true;
 }
 

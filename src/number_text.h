@@ -2,6 +2,8 @@
 #ifndef WQ_STAT_SRC_NUMBER_TEXT_H
 #define WQ_STAT_SRC_NUMBER_TEXT_H
 
+#include "fixed_notation.h"
+
 #include <charconv>
 #include <cmath>
 #include <cstddef>
@@ -36,6 +38,13 @@ inline void appendGeneral(std::string& text, double value) { appendNumber(text, 
 /** Appends a double in fixed notation with the given number of digits after the point; 6 when that is negative. */
 inline void appendFixed(std::string& text, double value, int precision)
 {
+    if (precision >= 0 && precision <= mostFixedDecimals) {
+        char buffer[longestFixedText];
+        if (const char* const end = writeFixed(buffer, value, precision)) {
+            text.append(buffer, static_cast<std::size_t>(end - buffer));
+            return;
+        }
+    }
     appendNumber(text, value, std::chars_format::fixed, precision);
 }
 

@@ -41,14 +41,30 @@ bool SingleAnova::createSeries()
     for (std::size_t i = 0; i < groups.size(); ++i)
         if (!std::isnan(groups[i].id)) index.findOrEnter(groups[i].id, i);
 
+    // Positions first, so that every group grows once.
+    std::vector<std::size_t> positions;
+    std::vector<std::size_t> counts(groups.size());
+    positions.reserve(pairs.size());
     for (const data_pair& pair : pairs) {
         std::size_t position = std::isnan(pair.x) ? index.none : index.findOrEnter(pair.x, groups.size());
         if (position == index.none) {
             position = groups.size();
             createGroup(pair.x);
+            counts.push_back(0);
         }
-        groups[position].observations.push_back(pair.y);
+        ++counts[position];
+        positions.push_back(position);
     }
+    for (std::size_t i = 0; i < groups.size(); ++i) groups[i].observations.reserve(groups[i].observations.size() + counts[i]);
+
+    std::vector<double*> ends;
+    ends.reserve(groups.size());
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        std::vector<double>& observations = groups[i].observations;
+        observations.resize(observations.size() + counts[i]);
+        ends.push_back(observations.data() + (observations.size() - counts[i]));
+    }
+    for (std::size_t i = 0; i < pairs.size(); ++i) *ends[positions[i]]++ = pairs[i].y;
     return true;
 }
 

@@ -3,6 +3,8 @@
 #define WQ_STAT_SRC_TO_INTEGER_H
 
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <type_traits>
 
@@ -28,6 +30,9 @@ Integer toInteger(double value)
     }
     return static_cast<Integer>(whole);
 }
+
+/** Truncates a value that is known to be at least 0 and below 2^31, without a look at it. */
+inline std::size_t toSmallIndex(double value) { return static_cast<std::size_t>(static_cast<std::int32_t>(value)); }
 
 }  // namespace wq_lib::detail
 

@@ -34,8 +34,8 @@ void CsvReport::writeComment(const std::string& text)
     std::string_view lines = text;
     if (!lines.empty() && lines.back() == '\n') lines.remove_suffix(1);
     forEachPiece(lines, '\n', [this](std::string_view line, bool) {
-        stream.write(line.empty() ? "#" : "# ", line.empty() ? 1 : 2);
-        stream.write(line.data(), static_cast<std::streamsize>(line.size()));
+        write(line.empty() ? "#" : "# ");
+        write(line);
         writeEol();
     });
 }
@@ -50,35 +50,35 @@ void CsvReport::cell(const std::string& text, bool more)
 {
     const char special[] = {separator, '"', '#', '\n', '\r'};
     if (text.find_first_of(special, 0, sizeof special) == std::string::npos) {
-        writeCell(text.data(), text.size(), more);
-        return;
+        cellText = text;
+    } else {
+        cellText = '"';
+        for (const char c : text) {
+            if (c == '"') cellText += '"';
+            cellText += c;
+        }
+        cellText += '"';
     }
-    std::string quoted = "\"";
-    for (const char c : text) {
-        if (c == '"') quoted += '"';
-        quoted += c;
-    }
-    quoted += '"';
-    writeCell(quoted.data(), quoted.size(), more);
+    writeCell(more);
 }
 
 void CsvReport::cell(double value, int precision, bool more)
 {
-    std::string text;
+    cellText.clear();
     if (std::isnan(value))
-        text = "NaN";
+        cellText = "NaN";
     else if (std::isinf(value))
-        text = value > 0.0 ? "Inf" : "-Inf";
+        cellText = value > 0.0 ? "Inf" : "-Inf";
     else
-        detail::appendFixed(text, value, precision);
-    writeCell(text.data(), text.size(), more);
+        detail::appendFixed(cellText, value, precision);
+    writeCell(more);
 }
 
 void CsvReport::cell(int value, bool more)
 {
-    std::string text;
-    detail::appendInteger(text, value);
-    writeCell(text.data(), text.size(), more);
+    cellText.clear();
+    detail::appendInteger(cellText, value);
+    writeCell(more);
 }
 
 void CsvReport::writeEol()
@@ -87,11 +87,12 @@ void CsvReport::writeEol()
     separatorDue = false;
 }
 
-void CsvReport::writeCell(const char* text, std::size_t length, bool more)
+/** Writes cellText with the separators that belong to it. */
+void CsvReport::writeCell(bool more)
 {
-    if (separatorDue) stream.put(separator);
-    stream.write(text, static_cast<std::streamsize>(length));
-    if (more) stream.put(separator);
+    if (separatorDue) write({&separator, 1});
+    if (more) cellText += separator;
+    write(cellText);
     separatorDue = !more;
 }
 

@@ -16,7 +16,13 @@ bool WriteFile::fileOpen()
     return stream.is_open();
 }
 
-void WriteFile::writeEol() { stream.put('\n'); }
+void WriteFile::write(std::string_view text)
+{
+    const auto length = static_cast<std::streamsize>(text.size());
+    if (stream.rdbuf()->sputn(text.data(), length) != length) stream.setstate(std::ios_base::badbit);
+}
+
+void WriteFile::writeEol() { write("\n"); }
 
 bool WriteFile::fileClose()
 {

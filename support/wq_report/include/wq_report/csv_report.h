@@ -4,7 +4,6 @@
 #include <wq_report/export.h>
 #include <wq_udf/write_file.h>
 
-#include <cstddef>
 #include <string>
 
 namespace wq_lib {
@@ -66,9 +65,10 @@ public:
     void writeEol() override;
 
 private:
-    void writeCell(const char* text, std::size_t length, bool more);
+    void writeCell(bool more);
 
     char separator = ',';
+    std::string cellText;       // of the cell that is being written
     bool separatorDue = false;  // a cell of this row said that none would follow
 };
 

@@ -6,6 +6,7 @@
 
 #include <fstream>
 #include <ios>
+#include <string_view>
 
 namespace wq_lib {
 
@@ -44,6 +45,9 @@ public:
     bool fileClose();
 
 protected:
+    /** Writes a text as it is. */
+    void write(std::string_view text);
+
     std::ofstream stream;
     bool append = false;
 };

@@ -1,0 +1,111 @@
+// Doubles in fixed notation, exactly rounded, by 128-bit integer arithmetic.
+#ifndef WQ_STAT_SRC_FIXED_NOTATION_H
+#define WQ_STAT_SRC_FIXED_NOTATION_H
+
+#include <charconv>
+#include <cstdint>
+#include <cstring>
+
+namespace wq_lib::detail {
+
+constexpr int mostFixedDecimals = 19;   // 10^19 is the largest power of ten below 2^64
+constexpr int longestFixedText = 48;    // sign, 20 digits, point, 19 decimals
+
+constexpr char digitPairs[] =
+    "00010203040506070809101112131415161718192021222324252627282930313233343536373839404142434445464748495051525354555657585960"
+    "616263646566676869707172737475767778798081828384858687888990919293949596979899";
+
+/** high 2^64 + low */
+struct Wide {
+    std::uint64_t high;
+    std::uint64_t low;
+};
+
+inline Wide product(std::uint64_t a, std::uint64_t b)
+{
+    const std::uint64_t aHigh = a >> 32, aLow = a & 0xFFFFFFFFu;
+    const std::uint64_t bHigh = b >> 32, bLow = b & 0xFFFFFFFFu;
+    const std::uint64_t low = aLow * bLow;
+    const std::uint64_t middle1 = aHigh * bLow + (low >> 32);
+    const std::uint64_t middle2 = aLow * bHigh + (middle1 & 0xFFFFFFFFu);
+    return {aHigh * bHigh + (middle1 >> 32) + (middle2 >> 32), (middle2 << 32) | (low & 0xFFFFFFFFu)};
+}
+
+/** A number divided by 2^shift, 0 < shift < 128: quotient, and what is left compared with one half. */
+struct Halved {
+    std::uint64_t quotient;
+    bool halfOrMore;
+    bool exactlyHalf;
+};
+
+inline Halved divideByPowerOfTwo(Wide number, int shift)
+{
+    if (shift > 64) {
+        const int rest = shift - 64;
+        const std::uint64_t half = std::uint64_t{1} << (rest - 1);
+        const std::uint64_t remainder = rest == 64 ? number.high : number.high & ((half << 1) - 1);
+        return {rest == 64 ? 0 : number.high >> rest, remainder >= half, remainder == half && number.low == 0};
+    }
+    const std::uint64_t half = std::uint64_t{1} << (shift - 1);
+    if (shift == 64) return {number.high, number.low >= half, number.low == half};
+    const std::uint64_t remainder = number.low & ((half << 1) - 1);
+    return {(number.high << (64 - shift)) | (number.low >> shift), remainder >= half, remainder == half};
+}
+
+/**
+ * Writes a number as std::to_chars does in fixed notation, rounded to even.
+ * @param out room for longestFixedText characters.
+ * @param decimals 0 ... mostFixedDecimals.
+ * @return the end of the text; nullptr, and nothing written, for a number that is not finite or not below 2^63.
+ */
+inline char* writeFixed(char* out, double value, int decimals)
+{
+    static constexpr std::uint64_t powers[] = {1u, 10u, 100u, 1000u, 10000u, 100000u, 1000000u, 10000000u, 100000000u, 1000000000u,
+                                               10000000000u, 100000000000u, 1000000000000u, 10000000000000u, 100000000000000u,
+                                               1000000000000000u, 10000000000000000u, 100000000000000000u, 1000000000000000000u,
+                                               10000000000000000000u};
+    std::uint64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    const int field = static_cast<int>((bits >> 52) & 0x7FF);
+    std::uint64_t significand = bits & ((std::uint64_t{1} << 52) - 1);
+    if (field != 0) significand |= std::uint64_t{1} << 52;
+    const int exponent = field == 0 ? -1074 : field - 1075;  // the number is significand 2^exponent
+    if (exponent > 10) return nullptr;
+
+    const std::uint64_t power = powers[decimals];
+    std::uint64_t whole = 0;
+    std::uint64_t fraction = 0;  // in units of 10^-decimals
+    if (exponent >= 0) {
+        whole = significand << exponent;
+    } else {
+        const int shift = -exponent;
+        std::uint64_t rest = significand;
+        if (shift < 53) {
+            whole = significand >> shift;
+            rest = significand & ((std::uint64_t{1} << shift) - 1);
+        }
+        if (shift < 118) {  // else rest 10^decimals < 2^117 is less than a half
+            const Halved halved = divideByPowerOfTwo(product(rest, power), shift);
+            fraction = halved.quotient;
+            const bool lastIsOdd = ((decimals == 0 ? whole : fraction) & 1) != 0;
+            if (halved.halfOrMore && (!halved.exactlyHalf || lastIsOdd)) ++fraction;
+            if (fraction == power) {
+                fraction = 0;
+                ++whole;
+            }
+        }
+    }
+    if ((bits >> 63) != 0) *out++ = '-';
+    out = std::to_chars(out, out + 20, whole).ptr;
+    if (decimals == 0) return out;
+    *out++ = '.';
+    char* const end = out + decimals;
+    char* digit = end;
+    for (; digit - out >= 2; fraction /= 100) std::memcpy(digit -= 2, digitPairs + 2 * (fraction % 100), 2);
+    if (digit != out) *out = static_cast<char>('0' + fraction);
+    return end;
+}
+
+}  // namespace wq_lib::detail
+
+#endif
