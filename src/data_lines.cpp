@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::size_t longestLine = 254;
 constexpr std::size_t blockSize = std::size_t{1} << 16;
-constexpr std::string_view delimiters = ":;|";
+
+bool isDelimiter(char c) { return c == ':' || c == ';' || c == '|'; }
 
 }  // namespace
 
@@ -67,12 +68,12 @@ void DataLines::readOn()
 
 bool takeField(std::string_view& rest, std::string_view& field)
 {
-    const std::size_t begin = rest.find_first_not_of(delimiters);
-    if (begin == std::string_view::npos) return false;
-    rest.remove_prefix(begin);
-    field = rest.substr(0, rest.find_first_of(delimiters));
-    rest.remove_prefix(field.size());
-    return true;
+    const char* const end = rest.data() + rest.size();
+    const char* const begin = std::find_if_not(rest.data(), end, isDelimiter);
+    const char* const fieldEnd = std::find_if(begin, end, isDelimiter);
+    field = std::string_view(begin, static_cast<std::size_t>(fieldEnd - begin));
+    rest = std::string_view(fieldEnd, static_cast<std::size_t>(end - fieldEnd));
+    return !field.empty();
 }
 
 }  // namespace wq_lib::detail

@@ -1,5 +1,6 @@
 #include <wq_stat/distributions.h>
 
+#include "log_gamma_table.h"
 #include "root_bracket.h"
 #include "to_integer.h"
 
@@ -24,6 +25,19 @@ constexpr double logGammaOfHalf = 0.5723649429247001;  // ln sqrt(pi)
 
 constexpr double exactCounts = 9007199254740992.0;  // 2^53: beyond it x - 1 = x may hold, and a loop over counts has no end
 
+/** ln((x - 1)(x - 2)...), for a half-integer closed with ln sqrt(pi). */
+double logGammaProduct(double x)
+{
+    double sum = 0.0;
+    double y = x - 1.0;
+    while (y > 0.0) {
+        sum = sum + std::log(y);
+        y = y - 1.0;
+    }
+    if (y < 0.0) sum = sum + logGammaOfHalf;  // x was a half-integer: y stops at -0.5
+    return sum;
+}
+
 double logBeta(double p, double q) { return lnGamma(p) + lnGamma(q) - lnGamma(p + q); }
 
 }  // namespace
@@ -43,15 +57,9 @@ double factorial(std::size_t n)
 
 double lnGamma(double x)
 {
-    if (x > exactCounts) return notANumber;
-    double sum = 0.0;
-    double y = x - 1.0;
-    while (y > 0.0) {
-        sum = sum + std::log(y);
-        y = y - 1.0;
-    }
-    if (y < 0.0) sum = sum + logGammaOfHalf;  // x was a half-integer: y stops at -0.5
-    return sum;
+    static const detail::LogGammaTable table(logGammaProduct);
+    if (const double* const value = table.find(x)) return *value;
+    return x > exactCounts ? notANumber : logGammaProduct(x);
 }
 
 double betaRatio(double x, double p, double q, double beta)
