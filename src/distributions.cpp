@@ -142,8 +142,11 @@ double inverseBetaRatio(double alpha, double p, double q, double beta)
     }
 
     // Newton's iteration. betaRatio jumps where a parameter is a half-integer, and the steps may circle around a jump for ever.
+    // A circle is found by comparing with the x of the last step that was a power of two (Brent 1980); it visits nothing new.
     constexpr int mostSteps = 5000;
     detail::RootBracket bracket;
+    double milestone = x;
+    int nextMilestone = 1;
     for (int step = 1; step <= mostSteps; ++step) {
         const double ratio = betaRatio(x, p, q, beta);
         bracket.visit(x, ratio < a);
@@ -158,6 +161,11 @@ double inverseBetaRatio(double alpha, double p, double q, double beta)
         if (candidate <= 0.0 || candidate >= 1.0) break;
         x = candidate;
         if (!(std::fabs(d) >= 1e-6)) return result(x);
+        if (x == milestone) break;
+        if (step == nextMilestone) {
+            milestone = x;
+            nextMilestone *= 2;
+        }
     }
     if (!(a > 0.0 && a < 1.0) || std::isnan(beta)) return notANumber;
     return result(bracket.bisect([&](double middle) { return betaRatio(middle, p, q, beta) < a; }));

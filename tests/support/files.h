@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -55,5 +56,14 @@ inline std::string golden(const std::string& name) { return contentOf(std::strin
 
 // A data file that the project ships.
 inline std::string shipped(const std::string& name) { return std::string(WQ_SOURCE_DIR) + "/examples/data/" + name; }
+
+// A file of the reference data that the project does not ship; WQ_REFERENCE_DATA names their folder. Empty where it is not there.
+inline std::string reference(const std::string& name)
+{
+    const char* folder = std::getenv("WQ_REFERENCE_DATA");
+    if (folder == nullptr || *folder == '\0') return "";
+    const std::string path = std::string(folder) + "/" + name;
+    return std::filesystem::exists(path) ? path : "";
+}
 
 }  // namespace wq_test

@@ -1,0 +1,203 @@
+// Where the library takes a faster way than the plain one, both give the same bits. The plain counterparts stand here.
+
+#include "support/bits.h"
+#include "support/console.h"
+#include "support/files.h"
+
+#include <wq_report/csv_report.h>
+#include <wq_stat/basic_stat.h>
+#include <wq_stat/distributions.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cfloat>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+using Generator = std::mt19937_64;
+
+double uniform(Generator& random) { return std::ldexp(static_cast<double>(random() >> 11), -53); }
+
+double normal(Generator& random) { return std::sqrt(-2.0 * std::log(1.0 - uniform(random))) * std::cos(6.283185307179586 * uniform(random)); }
+
+double anyBits(Generator& random)
+{
+    const std::uint64_t bits = random();
+    double value;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
+
+// ---------------------------------------------------------------- sorting
+
+struct Shape {
+    const char* name;
+    std::function<double(Generator&, std::size_t)> value;  // of index i
+};
+
+const Shape shapes[] = {
+    {"uniform", [](Generator& r, std::size_t) { return uniform(r); }},
+    {"normal", [](Generator& r, std::size_t) { return normal(r); }},
+    {"heavy tails on one side", [](Generator& r, std::size_t) { return std::exp(4.0 * normal(r)); }},
+    {"heavy tails on both sides", [](Generator& r, std::size_t) { return normal(r) / normal(r); }},
+    {"ten different values", [](Generator& r, std::size_t) { return static_cast<double>(r() % 10); }},
+    {"all equal", [](Generator&, std::size_t) { return 4.5; }},
+    {"any bits, NaN and infinities among them", [](Generator& r, std::size_t) { return anyBits(r); }},
+    {"powers of two", [](Generator& r, std::size_t) { return std::ldexp(1.0, static_cast<int>(r() % 2000) - 1000); }},
+    {"ascending", [](Generator&, std::size_t i) { return static_cast<double>(i); }},
+    {"descending", [](Generator&, std::size_t i) { return -static_cast<double>(i); }},
+    {"zeros of both signs", [](Generator& r, std::size_t) { return r() % 3 == 0 ? -0.0 : r() % 2 == 0 ? 0.0 : static_cast<double>(r() % 3) - 1.0; }},
+    {"one far away", [](Generator& r, std::size_t i) { return i == 17 ? 1e300 : 1.0 + 1e-15 * static_cast<double>(r() % 100); }},
+    {"some infinite", [](Generator& r, std::size_t) { return r() % 50 == 0 ? infinity : r() % 50 == 0 ? -infinity : normal(r); }},
+    {"NaN among numbers", [](Generator& r, std::size_t) { return r() % 9 == 0 ? std::nan("") : normal(r); }},
+    {"subnormal", [](Generator& r, std::size_t) { return 5e-324 * static_cast<double>(r() % 100000); }},
+    {"clusters within clusters", [](Generator& r, std::size_t i) { return std::pow(0.5, static_cast<double>(i % 900)) * (1.0 + uniform(r)); }},
+};
+
+TEST(FastPaths, sortedSampleIsThatOfAStableComparisonSort)
+{
+    const auto before = [](double a, double b) { return std::isnan(b) ? !std::isnan(a) : a < b; };
+    Generator random(20261121);
+    for (const Shape& shape : shapes) {
+        for (const std::size_t n : {0u, 1u, 2u, 3u, 24u, 25u, 26u, 100u, 511u, 512u, 3000u, 16384u, 16385u, 70000u, 300000u}) {
+            std::vector<double> expected(n);
+            for (std::size_t i = 0; i < n; ++i) expected[i] = shape.value(random, i);
+            wq_lib::BasicStatistics sample;
+            sample.copyFrom(expected);
+            sample.sortData();
+            std::stable_sort(expected.begin(), expected.end(), before);
+            EXPECT_TRUE(sample.isSorted());
+            std::size_t wrong = 0;
+            for (std::size_t i = 0; i < n; ++i) wrong += wq_test::sameBits(sample.getDataPoint(i), expected[i]) ? 0u : 1u;
+            EXPECT_EQ(wrong, 0u) << shape.name << ", " << n << " values";
+        }
+    }
+}
+
+// ---------------------------------------------------------------- numbers to text
+
+/** As the C library prints, which rounds exactly. */
+std::string printedFixed(double value, int decimals)
+{
+    if (std::isnan(value)) return "NaN";
+    if (std::isinf(value)) return value > 0.0 ? "Inf" : "-Inf";
+    std::vector<char> buffer(400 + static_cast<std::size_t>(decimals));
+    std::snprintf(buffer.data(), buffer.size(), "%.*f", decimals, value);
+    return buffer.data();
+}
+
+/** Some of everything that rounding can meet. */
+double numberToPrint(Generator& random, int kind)
+{
+    switch (kind % 7) {
+    case 0: return anyBits(random);
+    case 1: return static_cast<double>(random() % 2000001) / 1024.0 - 900.0;                                    // exact ties
+    case 2: return (uniform(random) - 0.5) * std::pow(10.0, static_cast<int>(random() % 24) - 8);
+    case 3: return static_cast<double>(random() % 1000000) / 1000.0;                                             // as people write them
+    case 4: return std::ldexp(static_cast<double>(random() % 64) + 0.5, -static_cast<int>(random() % 60));       // ties far behind the point
+    case 5: return static_cast<double>(random() % 10) + 1.0 - std::ldexp(1.0, -static_cast<int>(random() % 54));  // 9.999... carries
+    default: return std::ldexp(static_cast<double>(random() >> (random() % 64)), -static_cast<int>(random() % 140));
+    }
+}
+
+TEST(FastPaths, fixedNotationIsThatOfTheCLibrary)
+{
+    const wq_test::TempFolder folder;
+    std::string path = folder.path("cells.txt");
+    Generator random(7);
+    std::string expected;
+    wq_lib::CsvReport file;
+    file.setFileName(path);
+    ASSERT_TRUE(file.fileOpen());
+    for (int i = 0; i < 300000; ++i) {
+        const double value = numberToPrint(random, i);
+        const int decimals = i % 1000 == 0 ? static_cast<int>(random() % 1100) : static_cast<int>(random() % 22);
+        file.cell(value, decimals, false);
+        file.writeEol();
+        expected += printedFixed(value, decimals) + "\n";
+    }
+    ASSERT_TRUE(file.fileClose());
+    EXPECT_TRUE(wq_test::contentOf(path) == expected);
+}
+
+TEST(FastPaths, fixedNotationAtTheEdges)
+{
+    const double values[] = {0.0,  -0.0, 0.5,     1.5,     2.5,    -0.5,   0.125, 0.375, 0.4999999999999999, 9.5,  99.5,
+                             1e22, 1e23, DBL_MAX, DBL_MIN, 5e-324, 0x1p52, 0x1p53, 0x1p62, 0x1p63,             0x1p64, 9007199254740993.0};
+    const wq_test::TempFolder folder;
+    std::string path = folder.path("cells.txt");
+    std::string expected;
+    wq_lib::CsvReport file;
+    file.setFileName(path);
+    ASSERT_TRUE(file.fileOpen());
+    for (const double value : values) {
+        for (const double sign : {1.0, -1.0}) {
+            for (int decimals = 0; decimals <= 25; ++decimals) {
+                file.cell(sign * value, decimals, false);
+                file.writeEol();
+                expected += printedFixed(sign * value, decimals) + "\n";
+            }
+        }
+    }
+    ASSERT_TRUE(file.fileClose());
+    EXPECT_EQ(wq_test::contentOf(path), expected);
+}
+
+// ---------------------------------------------------------------- text to numbers
+
+TEST(FastPaths, shortDecimalsAreThoseOfTheStandardConversion)
+{
+    Generator random(11);
+    std::string text;
+    std::vector<double> expected;
+    for (int i = 0; i < 200000; ++i) {
+        std::string number;
+        if (random() % 4 == 0) number += random() % 2 == 0 ? "-" : "+";
+        for (std::uint64_t k = random() % 12; k > 0; --k) number += static_cast<char>('0' + random() % 10);
+        if (random() % 3 != 0) {
+            number += '.';
+            for (std::uint64_t k = random() % 14; k > 0; --k) number += static_cast<char>('0' + random() % 10);
+        }
+        if (number.find_first_of("0123456789") == std::string::npos) number += '7';
+        if (random() % 8 == 0) number += "e" + std::to_string(static_cast<int>(random() % 40) - 20);
+        if (random() % 8 == 0) number += random() % 2 == 0 ? " kg" : "\t;";
+        expected.push_back(std::stod(number));
+        text += number + "\n";
+    }
+    const wq_test::TempFolder folder;
+    wq_lib::BasicStatistics sample;
+    ASSERT_TRUE(sample.readDataFile(folder.write("numbers.txt", text)));
+    ASSERT_EQ(sample.getSampleSize(), expected.size());
+    std::size_t wrong = 0;
+    for (std::size_t i = 0; i < expected.size(); ++i) wrong += wq_test::sameBits(sample.getDataPoint(i), expected[i]) ? 0u : 1u;
+    EXPECT_EQ(wrong, 0u);
+}
+
+// ---------------------------------------------------------------- ln gamma
+
+TEST(FastPaths, tabulatedLogGammaIsItsOwnProduct)
+{
+    const auto product = [](double x) {
+        double sum = 0.0;
+        double y = x - 1.0;
+        for (; y > 0.0; y -= 1.0) sum += std::log(y);
+        return y < 0.0 ? sum + 0.5723649429247001 : sum;
+    };
+    for (double x = 0.25; x <= 140.0; x += 0.25) EXPECT_SAME_BITS(wq_lib::lnGamma(x), product(x)) << x;
+    for (const double x : {-3.0, -0.5, 0.0, 5e-324, 127.9999999999999, 128.0, 128.5, 1e3}) EXPECT_SAME_BITS(wq_lib::lnGamma(x), product(x)) << x;
+}
+
+}  // namespace
