@@ -103,14 +103,15 @@ public:
 
     /**
      * Sorts the sample, trims it by head and tail, and fills the result record.
-     * @return false, with the record reset, when fewer than three observations lie in the range.
+     * @return false, with the record reset, when fewer than three observations lie in the range. A head and a tail that cross
+     *         over leave an empty range, whose length wraps: then it is true, with n = 0 and results that are NaN.
      */
     virtual bool analyse();
 
     /**
-     * t test of the mean, two-sided at the significance level.
-     * @return true when H0, mean = nullHypothesis, is accepted; false also when t is NaN. Uses t_PercentPoint(significance / 2, n - 1)
-     *         while confidenceInterval and the report use the undivided level, so that they may disagree near the limit.
+     * t test of the mean with the critical value t_PercentPoint(significance / 2, n - 1): two-sided at half the significance level,
+     * while confidenceInterval and the report use the undivided level, so that they may disagree near the limit.
+     * @return true when H0, mean = nullHypothesis, is accepted; false also when t is NaN.
      */
     virtual bool acceptH0();
 

@@ -13,7 +13,7 @@ struct correlation_stat {
     double t = 0.0;                      ///< Student's t of the last t test, n - 2 degrees of freedom
     double tSignificance = 0.0;          ///< one minus the two-sided t_Prob: the probability of a smaller |t|; negative for r < 0
     double F = 0.0;                      ///< (1 + |r|) / (1 - |r|)
-    double FSignificance = 0.0;          ///< upper-tail probability of F
+    double FSignificance = 0.0;          ///< upper-tail probability of F, half the two-sided one of r
     DataRange<double> confidenceLimits;  ///< in Fisher's z scale, not in r; (0, 0) when n <= 50
 };
 
@@ -56,8 +56,8 @@ public:
     double t_big_n(double r, double rho, std::size_t n) const;
 
     /**
-     * Decision of the t test, significance level > tSignificance. That stored value is one minus a probability, so H0 is
-     * accepted for strong negative correlations too.
+     * Decision of the t test, significance level > tSignificance. That stored value is one minus a probability, so H0 is accepted
+     * only where t is close to 0, and for every negative correlation, however strong.
      */
     bool acceptH0_t() const;
 

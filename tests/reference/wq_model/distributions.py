@@ -171,6 +171,8 @@ def betaRatio(x, p, q, beta):
         return x
     if x < 0.0 or x > 1.0:
         return 0.0
+    if math.isnan(beta):
+        return NAN          # as the last step does, after a series that may take millions of terms
     psq = p + q
     if psq * x > p:
         xx, cx, pp, qq, changed = 1.0 - x, x, q, p, True

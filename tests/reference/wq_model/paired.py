@@ -153,8 +153,7 @@ class Regression(BasicXyStatistics):
 
     def reset(self):
         super().reset()
-        if hasattr(self, "n"):
-            self.reset_regression()
+        self.reset_regression()
 
     def analyse_data_pair(self):
         return True

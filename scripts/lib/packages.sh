@@ -1,0 +1,68 @@
+# What the scripts need, as Debian packages, and how each is recognised. Sourced, not run.
+
+# package               how its presence shows (see is_present)
+for_building='
+    g++                 program g++
+    cmake               program cmake
+    ninja-build         program ninja
+    libcli11-dev        header CLI/CLI.hpp
+    libboost-dev        header boost/math/distributions.hpp
+    nlohmann-json3-dev  header nlohmann/json.hpp
+'
+for_testing='
+    libgtest-dev        header gtest/gtest.h
+    libgmock-dev        header gmock/gmock.h
+    clang               program clang++
+    pkg-config          program pkg-config
+    gnuplot-nox         program gnuplot
+    locales             file /usr/share/i18n/locales/de_DE
+    r-base-core         program Rscript
+    python3             program python3
+'
+
+# is_present KIND WHAT
+is_present()
+{
+    case $1 in
+    program) command -v "$2" >/dev/null ;;
+    header)
+        [ -e "/usr/include/$2" ] || [ -e "/usr/local/include/$2" ] ||
+            printf '#if !__has_include(<%s>)\n#error\n#endif\n' "$2" | g++ -x c++ -fsyntax-only - 2>/dev/null
+        ;;
+    file) [ -e "$2" ] ;;
+    esac
+}
+
+# missing_packages LIST: those of the list that are not there, on one line.
+missing_packages()
+{
+    local package kind what missing=()
+    while read -r package kind what; do
+        [ -z "$package" ] || is_present "$kind" "$what" || missing+=("$package")
+    done <<<"$1"
+    echo "${missing[*]}"
+}
+
+# ensure_packages LIST: installs what is missing through apt when that is allowed; ends the script, naming what is missing, when not.
+ensure_packages()
+{
+    local missing as_root=()
+    missing=$(missing_packages "$1")
+    [ -n "$missing" ] || return 0
+
+    [ "$(id -u)" = 0 ] || as_root=(sudo -n)
+    if command -v apt-get >/dev/null && "${as_root[@]}" true 2>/dev/null; then
+        echo "Installing through apt: $missing" >&2
+        # shellcheck disable=SC2086 # one word per package
+        { "${as_root[@]}" apt-get update -qq && "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -y -qq --no-install-recommends $missing; } </dev/null >&2 ||
+            echo "apt-get failed." >&2
+        hash -r
+        missing=$(missing_packages "$1")
+        [ -n "$missing" ] || return 0
+    fi
+
+    echo "Missing: $missing" >&2
+    echo "These are Debian packages; an administrator installs them with: apt-get install $missing" >&2
+    exit 1
+}

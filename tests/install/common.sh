@@ -1,0 +1,62 @@
+# Shared by the scripts of this folder. They are started by CTest with
+#   CMAKE, CTEST, GENERATOR, CXX, CXXFLAGS   the tools and flags of the build under test
+#   SOURCE, BUILD                            its source and build folder
+#   PREFIX                                   the installed tree under test
+#   LIBRARIES                                name of the folder in it that holds the libraries
+#   WARNINGS                                 the warning options of the project
+# and work in a folder of their own, which is empty at the start.
+set -euo pipefail
+unset LD_LIBRARY_PATH PKG_CONFIG_PATH
+
+hosts=$SOURCE/tests/hosts
+family=(udf report stat)
+
+fail()
+{
+    echo "FAILED: $*" >&2
+    exit 1
+}
+
+# CTest counts a test with this line as skipped, and shows it.
+skip()
+{
+    echo "SKIPPED: $*"
+    exit 0
+}
+
+# work_in FOLDER: makes it new and goes there.
+work_in()
+{
+    rm -rf "$1"
+    mkdir -p "$1"
+    cd "$1"
+}
+
+# own_folder HOST: puts a built host and the three libraries into one folder, and goes there.
+own_folder()
+{
+    mkdir own-folder
+    cp "$1" own-folder/host
+    local name
+    for name in "${family[@]}"; do
+        cp -L "$PREFIX/$LIBRARIES/libwq_$name.so.1" own-folder/
+    done
+    cd own-folder
+    local found
+    found=$(ldd "$PWD/host") || fail "ldd does not understand the host"
+    for name in "${family[@]}"; do
+        grep -qF "libwq_$name.so.1 => $PWD/libwq_$name.so.1 " <<<"$found" ||
+            fail "libwq_$name.so.1 is not the one beside the host:"$'\n'"$found"
+    done
+}
+
+# expect_output FILE COMMAND...: what the command prints must be the file, byte for byte.
+expect_output()
+{
+    local expected=$1
+    shift
+    "$@" >output.txt 2>&1 || fail "exit status $? of $*"$'\n'"$(cat output.txt)"
+    diff -u "$expected" output.txt >&2 || fail "$* printed something else than $expected"
+    echo "$* printed what it should:"
+    cat output.txt
+}

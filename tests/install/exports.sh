@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# What the installed libraries export: names of wq_lib and the two version symbols, and nothing of their inside.
+source "$(dirname "$0")/common.sh"
+
+for name in "${family[@]}"; do
+    library=$PREFIX/$LIBRARIES/libwq_$name.so.1
+    symbols=$(nm --dynamic --defined-only --demangle "$library" | sed 's/^[0-9a-f]* *[A-Za-z] //')
+    [ -n "$symbols" ] || fail "$library exports nothing"
+
+    allowed='^((vtable|typeinfo|typeinfo name) for |non-virtual thunk to )?wq_lib::'
+    [ "$name" = stat ] && allowed+='|^wq_stat_1Version(String|Number)$'
+    if grep -vE "$allowed" <<<"$symbols" >&2; then
+        fail "$library exports what is not its own"
+    fi
+    if grep -F 'wq_lib::detail' <<<"$symbols" >&2; then
+        fail "$library exports its inside"
+    fi
+    echo "$library: $(wc -l <<<"$symbols") symbols"
+done
+
+# The version symbols as a program without C++ finds them.
+version=$PREFIX/$LIBRARIES/libwq_stat.so.1
+[ "$(nm --dynamic --defined-only "$version" | grep -cE ' R wq_stat_1Version(String|Number)$')" = 2 ] ||
+    fail "the version symbols are not exported by their plain names"

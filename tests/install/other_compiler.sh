@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# other_compiler.sh COMPILER: the whole project compiles with it too, warnings as errors, and gives the same figures and texts.
+source "$(dirname "$0")/common.sh"
+
+compiler=$1
+command -v "$compiler" >/dev/null || skip "there is no $compiler"
+work_in "$BUILD/tests/install/other_compiler"
+
+"$CMAKE" -S "$SOURCE" -B . -G "$GENERATOR" -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG= \
+    -DWQ_LIBRARY_OPTIONS=-O2 -DWQ_WARNINGS_AS_ERRORS=ON
+"$CMAKE" --build . --parallel "$(nproc)"
+"$CTEST" --output-on-failure --parallel "$(nproc)" -LE '^slow$' -R '^(test_|example)'

@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# The sources of the three libraries include the C++17 standard library, each other, and nothing else.
+source "$(dirname "$0")/common.sh"
+
+standard='algorithm any array atomic bitset cassert ccomplex cctype cerrno cfenv cfloat charconv chrono cinttypes climits clocale
+    cmath codecvt complex condition_variable csetjmp csignal cstdarg cstddef cstdint cstdio cstdlib cstring ctime cuchar cwchar
+    cwctype deque exception execution filesystem forward_list fstream functional future initializer_list iomanip ios iosfwd
+    iostream istream iterator limits list locale map memory memory_resource mutex new numeric optional ostream queue random ratio
+    regex scoped_allocator set shared_mutex sstream stack stdexcept streambuf string string_view strstream system_error thread
+    tuple type_traits typeindex typeinfo unordered_map unordered_set utility valarray variant vector'
+
+cd "$SOURCE"
+count=0
+wrong=
+while IFS=: read -r file line text; do
+    count=$((count + 1))
+    name=$(sed -E 's/^ *# *include *[<"]([^>"]*)[>"].*/\1/' <<<"$text")
+    case $text in
+    *\"*) [ -e "$(dirname "$file")/$name" ] || [ -e "src/$name" ] || wrong+="$file:$line: $text"$'\n' ;;
+    *'<wq_'*) [ -e "include/$name" ] || [ -e "support/${name%%/*}/include/$name" ] || wrong+="$file:$line: $text"$'\n' ;;
+    *) grep -qwF -e "$name" <<<"${standard//[$'\n ']/$'\n'}" || wrong+="$file:$line: $text"$'\n' ;;
+    esac
+done < <(grep -rnE '^ *# *include' include src support)
+
+[ "$count" -gt 100 ] || fail "only $count #include lines found"
+[ -z "$wrong" ] || fail "not of the standard library, and not of the family:"$'\n'"$wrong"
+echo "$count #include lines"

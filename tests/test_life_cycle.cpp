@@ -1,0 +1,1113 @@
+// What holds for the objects of every analysis class: empty and tiny samples, settings of all kinds, what persists, copies, threads.
+#include <wq_stat/wq_stat.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <map>
+#include <memory>
+#include <new>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "support/bits.h"
+#include "support/console.h"
+#include "support/files.h"
+
+using namespace wq_lib;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using wq_test::contentOf;
+using wq_test::printed;
+using wq_test::printedToError;
+using wq_test::TempFolder;
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double largest = 1.7976931348623157e308;
+constexpr double smallest = 2.2250738585072014e-308;
+constexpr std::size_t last = static_cast<std::size_t>(-1);
+
+template <typename T>
+constexpr bool paired = std::is_base_of_v<BasicXyStatistics, T>;
+
+// Names of the columns in a new object.
+template <typename T>
+std::vector<std::string> columns()
+{
+    if (!paired<T>) return {"DATA"};
+    if (std::is_same_v<T, KolmogorovSmirnov2>) return {"F1", "F2", "relF1", "relF2", "diff"};
+    return {"X", "Y"};
+}
+
+template <typename T>
+struct Class {
+    using type = T;
+    const char* name;
+};
+
+// Calls f with each analysis class.
+template <typename F>
+void forEveryClass(F&& f)
+{
+    f(Class<BasicStatistics>{"BasicStatistics"});
+    f(Class<TwoSamples>{"TwoSamples"});
+    f(Class<Frequency>{"Frequency"});
+    f(Class<BasicXyStatistics>{"BasicXyStatistics"});
+    f(Class<Regression>{"Regression"});
+    f(Class<LinearRegression>{"LinearRegression"});
+    f(Class<LogarithmicRegression>{"LogarithmicRegression"});
+    f(Class<ExponentialRegression>{"ExponentialRegression"});
+    f(Class<PowerRegression>{"PowerRegression"});
+    f(Class<Correlation>{"Correlation"});
+    f(Class<SingleAnova>{"SingleAnova"});
+    f(Class<LinearRegressionMultiY>{"LinearRegressionMultiY"});
+    f(Class<GoodnessOfFit>{"GoodnessOfFit"});
+    f(Class<KolmogorovSmirnov2>{"KolmogorovSmirnov2"});
+    f(Class<Circular>{"Circular"});
+}
+
+// ---------------------------------------------------------------- filling and preparing
+
+double xOf(std::size_t i) { return 1.0 + static_cast<double>(i % 4) + 0.25 * static_cast<double>(i % 3); }
+double yOf(std::size_t i) { return 2.0 + static_cast<double>(i * i % 7); }
+
+template <typename T>
+void fill(T& object, std::size_t n)
+{
+    for (std::size_t i = 0; i < n; ++i) {
+        if constexpr (paired<T>) object.add(xOf(i), yOf(i));
+        else object.add(yOf(i));
+    }
+}
+
+// What a host calls between loading and analyse().
+void prepare(BasicStatistics&) {}
+void prepare(SingleAnova& anova) { anova.createSeries(); }
+void prepare(KolmogorovSmirnov2& test) { test.cumulative(); }
+
+void prepare(Frequency& frequency)
+{
+    frequency.autoClassWidth(3);
+    frequency.initFrequency(frequency.getClasses());
+    frequency.buildTable();
+}
+
+void prepare(TwoSamples& test)
+{
+    BasicStatistics second;
+    fill(second, test.getSampleSize() + 2);
+    second.analyse();
+    test.BasicStatistics::analyse();
+    test.setSecondSample(second.getResult());
+}
+
+// ---------------------------------------------------------------- all that an object tells, as text
+
+// Values to the last bit, every NaN alike.
+class Transcript {
+public:
+    Transcript& operator<<(double value)
+    {
+        char figure[40];
+        if (std::isnan(value)) std::snprintf(figure, sizeof figure, "nan");
+        else std::snprintf(figure, sizeof figure, "%a", value);
+        text += std::string(figure) + "\n";
+        return *this;
+    }
+    Transcript& operator<<(const std::string& value)
+    {
+        text += value + "\n";
+        return *this;
+    }
+    Transcript& operator<<(std::size_t value) { return *this << std::to_string(value); }
+    Transcript& operator<<(bool value) { return *this << std::string(value ? "true" : "false"); }
+    Transcript& operator<<(const DataRange<double>& range) { return *this << range.getLower() << range.getUpper(); }
+    Transcript& operator<<(const anova_source& row) { return *this << row.df << row.ss << row.ms << row.fs << row.expectedMs; }
+    Transcript& operator<<(const basic_stat& r)
+    {
+        return *this << r.n << r.min << r.max << r.mean << r.geoMean << r.harmMean << r.median << r.quartile1 << r.quartile3 << r.sum
+                     << r.variance << r.sampleVariance << r.stdev << r.sampleStdev << r.stdError << r.cv << r.sumOfSquares
+                     << r.significance << r.confidenceLimits << r.reserved1 << r.reserved2;
+    }
+
+    std::string text;
+};
+
+// The accessors of each class; those of its bases are told by their own.
+void tell(Transcript& out, const BasicStatistics& o)
+{
+    out << o.getResult() << o.getHead() << o.getTail() << o.getSampleSize() << o.getDataStart() << o.getDataEnd() << o.getSignificance()
+        << o.getConfidence() << o.getNullHypothesis() << o.isNegative() << o.isSorted() << o.getDataFile() << o.getHypothesisInfo()
+        << o.getComment() << o.getColumnName(0);
+}
+
+void tell(Transcript& out, const BasicXyStatistics& o)
+{
+    tell(out, static_cast<const BasicStatistics&>(o));
+    const xy_stat& r = o.getXyResult();
+    out << r.x << r.y << r.sumProducts << r.covariance << o.getColumnName(1);
+}
+
+void tell(Transcript& out, const Regression& o)
+{
+    tell(out, static_cast<const BasicXyStatistics&>(o));
+    const regression_stat& r = o.getRegressionResult();
+    out << r.a << r.b << r.explained << r.unexplained << r.residualVariance << r.seB << r.tB << r.pB << r.limitsB << r.meanX << r.meanY
+        << r.seY << r.limitsY << r.n;
+}
+
+void tell(Transcript& out, const Correlation& o)
+{
+    tell(out, static_cast<const BasicXyStatistics&>(o));
+    const correlation_stat& r = o.getCorrelationResult();
+    out << r.r << r.t << r.tSignificance << r.F << r.FSignificance << r.confidenceLimits << o.acceptH0_t() << o.acceptH0_F();
+}
+
+void tell(Transcript& out, const SingleAnova& o)
+{
+    tell(out, static_cast<const BasicXyStatistics&>(o));
+    out << o.getGroupCount() << std::to_string(o.getTotalObservations()) << o.getGrandTotal() << o.getCorrectionTerm()
+        << o.getSumSquaredObservations() << o.getSumSquaredGroupTotals() << o.getSumSquaredSampleSizes() << o.getTotal() << o.getAmong()
+        << o.getWithin() << o.getMeanSampleSize() << o.getN0() << o.getVarianceComponent() << o.getVarianceComponentRatio()
+        << o.getGroupsCreated() << o.isEqual() << std::to_string(o.getModel());
+    for (const anova_group& g : o.getGroups()) {
+        out << g.id << std::to_string(g.n) << g.mean << g.sum << g.sumSquaredObservations << g.sumOfSquares << g.variance;
+        for (const double y : g.observations) out << y;
+    }
+}
+
+void tell(Transcript& out, const LinearRegressionMultiY& o)
+{
+    tell(out, static_cast<const SingleAnova&>(o));
+    const regression_multi_y_stat& r = o.getRegressionResult();
+    out << r.sumX << r.sumX2 << r.sumXT << r.correctionX << r.ssX << r.spXY << r.a << r.b << r.explained << r.unexplained << r.reserved1
+        << r.seB << r.tB << r.pT << r.limitsB << r.reserved2 << r.reserved3 << r.reserved4 << r.reserved5 << r.reserved6 << r.reserved7
+        << o.getRegression() << o.getDeviations() << o.isComputeRegression();
+}
+
+void tell(Transcript& out, const GoodnessOfFit& o)
+{
+    tell(out, static_cast<const BasicXyStatistics&>(o));
+    out << o.getX2() << o.getG() << o.getGAdjusted() << o.isYatesCorrection() << o.isWilliamsCorrection();
+}
+
+void tell(Transcript& out, const KolmogorovSmirnov2& o)
+{
+    tell(out, static_cast<const GoodnessOfFit&>(o));
+    out << o.getD() << o.getN1() << o.getN2();
+}
+
+void tell(Transcript& out, const TwoSamples& o)
+{
+    tell(out, static_cast<const BasicStatistics&>(o));
+    out << o.getSecondSample() << o.getF() << o.getFProbability() << o.getCriticalF() << o.getDf1() << o.getDf2();
+}
+
+void tell(Transcript& out, const Frequency& o)
+{
+    tell(out, static_cast<const BasicStatistics&>(o));
+    out << o.getClasses() << o.getStartClass() << o.getClassWidth();
+    for (const frequency_class& c : o.getTable()) out << std::to_string(c.count) << c.rate;
+}
+
+void tell(Transcript& out, const Circular& o)
+{
+    tell(out, static_cast<const BasicXyStatistics&>(o));
+    const circular_stat& r = o.getCircularResult();
+    out << r.n << r.bins << r.bin0 << r.a << r.r << r.s << r.sPrime << r.meanBin << r.binSize << r.R << r.z << r.significance << r.p
+        << r.accepted << o.getBinName() << o.isGrouped() << o.getBins() << o.getBin0() << o.getBinSize() << o.getMeanBin()
+        << std::to_string(o.getDataType());
+}
+
+// Operations of single classes that print.
+void printMore(BasicStatistics&) {}
+void printMore(SingleAnova& anova) { anova.testResults(); }
+void printMore(KolmogorovSmirnov2& test) { test.listFrequencies(); }
+void printMore(Regression& regression) { std::cout << regression.writeRegressionResult(); }
+
+// Files of single classes.
+void exportMore(Transcript&, BasicStatistics&, const std::string&) {}
+void exportMore(Transcript& out, Frequency& frequency, const std::string& path)
+{
+    out << frequency.exportTable(path, "table") << contentOf(path);
+}
+
+// Results, files and functions of an object, all but what it prints.
+template <typename T>
+std::string toldQuietly(T& object, const TempFolder& folder)
+{
+    Transcript out;
+    tell(out, object);
+    out << object.acceptH0() << object.geometricMean(0, 5) << object.geometricMean(3, 1) << object.geometricMean(0, last);
+    if constexpr (!paired<T>) out << object.median() << object.quartile(1) << object.quartile(3) << object.quantile(1, 0);
+    std::ostringstream id;
+    id << std::this_thread::get_id();
+    const std::string path = folder.path("export" + id.str());
+    std::remove(path.c_str());
+    out << object.exportToR(path, "comment") << contentOf(path);
+    exportMore(out, object, path);
+    return out.text;
+}
+
+// What an object prints.
+template <typename T>
+void printAll(T& object)
+{
+    object.reportConsole();
+    object.listData(0, 0);
+    object.listData(0, last);
+    object.listData(3, 1);
+    object.listData(last, last);
+    printMore(object);
+}
+
+template <typename T>
+std::string told(T& object, const TempFolder& folder)
+{
+    std::string text = toldQuietly(object, folder);
+    text += printedToError([&] { text += printed([&] { printAll(object); }); });
+    return text;
+}
+
+// ---------------------------------------------------------------- records in their state before an analysis
+
+// All but the significance level and reserved1, which a reset leaves.
+void expectReset(const basic_stat& r)
+{
+    EXPECT_EQ(r.n, 0u);
+    EXPECT_SAME_BITS(r.min, largest);
+    EXPECT_SAME_BITS(r.max, smallest);
+    for (const double value : {r.mean, r.geoMean, r.harmMean, r.median, r.quartile1, r.quartile3, r.reserved2, r.sum, r.variance,
+                               r.sampleVariance, r.stdev, r.sampleStdev, r.stdError, r.cv, r.sumOfSquares,
+                               r.confidenceLimits.getLower(), r.confidenceLimits.getUpper()})
+        EXPECT_SAME_BITS(value, 0.0);
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------- before any analysis
+
+TEST(LifeCycle, newObjectsHaveNoIndeterminateValue)  // built on memory that was full of other things
+{
+    const TempFolder folder;
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        std::vector<std::string> texts;
+        for (const int byte : {0x00, 0xA5, 0xFF}) {
+            for (const std::size_t n : {0u, 1u, 5u}) {
+                for (const bool analysed : {false, true}) {
+                    alignas(T) std::array<unsigned char, sizeof(T)> memory;
+                    std::memset(memory.data(), byte, sizeof(T));
+                    T* const object = new (memory.data()) T;
+                    fill(*object, n);
+                    if (analysed) object->analyse();
+                    texts.push_back(told(*object, folder));
+                    object->~T();
+                }
+            }
+        }
+        ASSERT_EQ(texts.size(), 18u);
+        for (std::size_t i = 0; i < 6; ++i) {
+            EXPECT_EQ(texts[i], texts[i + 6]);
+            EXPECT_EQ(texts[i], texts[i + 12]);
+        }
+    });
+}
+
+TEST(LifeCycle, settingsOfANewObject)
+{
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        const T object;
+        for (const double value : {object.getHead(), object.getTail(), object.getNullHypothesis()}) EXPECT_SAME_BITS(value, 0.0);
+        for (const std::size_t value : {object.getSampleSize(), object.getDataStart(), object.getDataEnd()}) EXPECT_EQ(value, 0u);
+        EXPECT_SAME_BITS(object.getSignificance(), 0.05);
+        EXPECT_SAME_BITS(object.getConfidence(), 0.95);
+        EXPECT_FALSE(object.isNegative());
+        EXPECT_FALSE(object.isSorted());
+        EXPECT_EQ(object.getDataFile(), "");
+        EXPECT_EQ(object.getComment(), "");
+        for (std::size_t i = 0; i < columns<T>().size(); ++i) EXPECT_EQ(object.getColumnName(static_cast<int>(i)), columns<T>()[i]);
+        expectReset(object.getResult());
+        if constexpr (paired<T>) {
+            expectReset(object.getXyResult().x);
+            expectReset(object.getXyResult().y);
+            EXPECT_SAME_BITS(object.getXyResult().sumProducts, 0.0);
+            EXPECT_SAME_BITS(object.getXyResult().covariance, 0.0);
+        }
+    });
+}
+
+TEST(LifeCycle, resultsOfANewObjectAreZero)
+{
+    const auto zeros = [](const std::vector<double>& values) { EXPECT_THAT(values, Each(0.0)); };
+    {
+        const LinearRegression o;
+        const regression_stat& r = o.getRegressionResult();
+        zeros({r.a, r.b, r.explained, r.unexplained, r.residualVariance, r.seB, r.tB, r.pB, r.limitsB.getLower(), r.limitsB.getUpper(),
+               r.meanX, r.meanY, r.seY, r.limitsY.getLower(), r.limitsY.getUpper(), double(r.n)});
+    }
+    {
+        const Correlation o;
+        const correlation_stat& r = o.getCorrelationResult();
+        zeros({r.r, r.t, r.tSignificance, r.F, r.FSignificance, r.confidenceLimits.getLower(), r.confidenceLimits.getUpper()});
+        EXPECT_TRUE(o.acceptH0_t()) << "0.05 > 0";
+        EXPECT_FALSE(o.acceptH0_F()) << "0 < 0.05";
+    }
+    {
+        const LinearRegressionMultiY o;
+        const regression_multi_y_stat& r = o.getRegressionResult();
+        zeros({o.getGrandTotal(), o.getN0(), o.getMeanSampleSize(), o.getAmong().fs, o.getTotal().ms, o.getTotal().fs, o.getWithin().fs,
+               o.getVarianceComponent(), o.getRegression().fs, o.getDeviations().ms, r.a, r.b, r.pT, r.reserved2, r.reserved5});
+    }
+    {
+        const KolmogorovSmirnov2 o;
+        zeros({o.getX2(), o.getG(), o.getGAdjusted(), o.getD(), double(o.getN1()), double(o.getN2())});
+    }
+    {
+        const TwoSamples o;
+        const basic_stat& second = o.getSecondSample();
+        zeros({double(second.n), second.min, second.max, second.mean, second.sampleVariance, second.confidenceLimits.getUpper()});
+        zeros({o.getF(), o.getFProbability(), o.getCriticalF(), double(o.getDf1()), double(o.getDf2())});
+    }
+    {
+        const Frequency o;
+        zeros({double(o.getClasses()), o.getStartClass(), o.getClassWidth()});
+        EXPECT_TRUE(o.getTable().empty());
+    }
+    {
+        const Circular o;
+        const circular_stat& r = o.getCircularResult();
+        zeros({double(r.n), double(r.bins), r.bin0, r.a, r.r, r.s, r.sPrime, double(r.meanBin), r.binSize, r.R, r.z, r.significance, r.p,
+               o.getBinSize(), double(o.getBin0())});
+        EXPECT_FALSE(r.accepted);
+        EXPECT_FALSE(o.isGrouped());
+        EXPECT_EQ(o.getBinName(), "");
+        EXPECT_EQ(o.getDataType(), RADIANS);
+    }
+}
+
+TEST(LifeCycle, reportsBeforeAnyAnalysisAreComplete)
+{
+    const std::map<std::string, std::string> firstLines = {
+        {"BasicStatistics", "BASIC STATISTICS"},
+        {"TwoSamples", "TEST VARIANCES OF TWO SAMPLES"},
+        {"Frequency", "FREQUENCY CLASSES"},
+        {"BasicXyStatistics", "BASIC XY STATISTICS"},
+        {"Regression", ""},
+        {"LinearRegression", "LINEAR REGRESSION ANALYSIS"},
+        {"LogarithmicRegression", "LOGARITHMIC REGRESSION ANALYSIS"},
+        {"ExponentialRegression", "EXPONENTIAL REGRESSION ANALYSIS"},
+        {"PowerRegression", "POWER REGRESSION ANALYSIS"},
+        {"Correlation", "CORRELATION ANALYSIS"},
+        {"SingleAnova", "Single Classification Anova"},
+        {"LinearRegressionMultiY", "\nLINEAR REGRESSION MULTI Y ANALYSIS"},
+        {"GoodnessOfFit", "GOODNESS OF FIT STATISTICS"},
+        {"KolmogorovSmirnov2", "KOLMOGOROV-SMIRNOV TWO SAMPLE TEST"},
+        {"Circular", "RAYLEIGH'S STATISTICS"},
+    };
+    forEveryClass([&](auto c) {
+        SCOPED_TRACE(c.name);
+        typename decltype(c)::type object;
+        const std::string text = printed([&] { object.reportConsole(); }), title = firstLines.at(c.name);
+        if (title.empty()) {
+            EXPECT_EQ(text, "") << "the common base of the regressions prints nothing";
+            return;
+        }
+        EXPECT_EQ(text.substr(0, title.size() + 72), title + "\n" + std::string(70, '=') + "\n");
+        EXPECT_EQ(text.back(), '\n');
+    });
+}
+
+// ---------------------------------------------------------------- empty and tiny samples
+
+TEST(LifeCycle, analyseOfEmptyAndTinySamples)
+{
+    // the smallest sample that is analysed, where analyse() is not always true
+    const std::map<std::string, std::size_t> needed = {
+        {"BasicStatistics", 3}, {"BasicXyStatistics", 2}, {"LinearRegression", 2}, {"Correlation", 2}};
+    const TempFolder folder;
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        const std::size_t from = needed.count(c.name) == 0 ? 0 : needed.at(c.name);
+        for (std::size_t n = 0; n <= 4; ++n) {
+            for (const bool ready : {false, true}) {
+                SCOPED_TRACE(std::string(c.name) + " of " + std::to_string(n) + (ready ? ", prepared" : ", not prepared"));
+                T object;
+                fill(object, n);
+                if (ready) prepare(object);
+                EXPECT_EQ(object.analyse(), n >= from);
+                told(object, folder);  // quantiles sort, exports correct the end of the range
+                const std::string once = told(object, folder);
+                EXPECT_FALSE(once.empty());
+                EXPECT_EQ(told(object, folder), once);
+                if (n < from) {
+                    if constexpr (paired<T>) {
+                        expectReset(object.getXyResult().x);
+                    } else {
+                        expectReset(object.getResult());
+                    }
+                }
+            }
+        }
+    });
+}
+
+TEST(LifeCycle, acceptH0OfEmptyAndTinySamples)
+{
+    // before any analysis, without data, with one observation; by hand from the definitions
+    struct Row {
+        bool before, empty, one;
+        const char* why;
+    };
+    const std::map<std::string, Row> expected = {
+        {"BasicStatistics", {false, false, false, "t is NaN"}},
+        {"Frequency", {false, false, false, "t is NaN"}},
+        {"TwoSamples", {false, false, false, "neither 0 > 0 nor NaN > NaN"}},
+        {"GoodnessOfFit", {true, true, false, "0 below the critical value, which is huge without and 0 with one class"}},
+        {"KolmogorovSmirnov2", {true, true, true, "no critical value, but D is 0"}},
+        {"Circular", {false, false, true, "p is 0, 0, and 0.512 for one angle"}},
+    };
+    const Row inherited = {false, false, false, "t of the univariate sample, which stays empty"};
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        const Row& row = expected.count(c.name) == 0 ? inherited : expected.at(c.name);
+        SCOPED_TRACE(std::string(c.name) + ": " + row.why);
+        T object;
+        EXPECT_EQ(object.acceptH0(), row.before);
+        object.analyse();
+        EXPECT_EQ(object.acceptH0(), row.empty);
+        T one;
+        if constexpr (paired<T>) one.add(1, 0);
+        else one.add(1);
+        one.analyse();
+        EXPECT_EQ(one.acceptH0(), row.one);
+    });
+}
+
+TEST(LifeCycle, listingsOfNothing)
+{
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        T object;
+        std::string text;
+        const std::string error = printedToError([&] { text = printed([&] { object.listData(0, last); }); });
+        if constexpr (!paired<T>) {
+            EXPECT_EQ(error, "No data\n");
+            EXPECT_EQ(text, "");
+        } else {
+            EXPECT_EQ(error, "");
+            EXPECT_EQ(text, (std::is_base_of_v<SingleAnova, T>) ? "-\n" : columns<T>()[0] + " " + columns<T>()[1] + "\n\n");
+        }
+    });
+}
+
+TEST(LifeCycle, exportsOfNothingAndOfOne)
+{
+    const TempFolder folder;
+    const std::string path = folder.path("export");
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        T empty, one;
+        fill(one, 1);
+        EXPECT_TRUE(empty.exportToR(path, "c"));
+        std::string header = "# c\nDATA\n", row = "2.000000000000\n";
+        if (paired<T>) header = "# c\n" + columns<T>()[0] + "\t" + columns<T>()[1] + "\n", row = "1.000000\t2.000000\n";
+        if (std::is_base_of_v<SingleAnova, T>) header = "# c\n", row = "0\t2.0000\n";
+        EXPECT_EQ(contentOf(path), header);
+        prepare(one);
+        EXPECT_TRUE(one.exportToR(path, "c"));
+        EXPECT_EQ(contentOf(path), header + row);
+        EXPECT_FALSE(one.exportToR(folder.path("no/such/folder"), "c"));
+    });
+}
+
+TEST(LifeCycle, dataFilesThatAreMissing)
+{
+    const TempFolder folder;
+    forEveryClass([&](auto c) {
+        SCOPED_TRACE(c.name);
+        typename decltype(c)::type object;
+        fill(object, 2);
+        EXPECT_FALSE(object.readDataFile(folder.path("missing")));
+        EXPECT_EQ(object.getDataFile(), folder.path("missing")) << "the name is stored all the same";
+        EXPECT_FALSE(object.readDataFile()) << "the name stored before";
+        EXPECT_EQ(object.getSampleSize(), 2u);
+    });
+}
+
+// ---------------------------------------------------------------- settings of all kinds: nothing outside the sample is read
+
+TEST(LifeCycle, nothingOutsideTheSampleIsRead)
+{
+    const TempFolder folder;
+    const std::string path = folder.path("export");
+    const double fractions[] = {0.0, 0.3, 1.0, 1.5, -1.0, 1e300, NaN, infinity, -infinity};
+    const std::size_t indices[] = {0, 1, 4, 5, 1000, last - 1, last};
+
+    // all observations are 7 (x 3, y 7), so anything else was read from elsewhere
+    const auto check = [&](auto& object, std::size_t n, bool ranged) {
+        using T = std::decay_t<decltype(object)>;
+        const std::string row = std::is_base_of_v<SingleAnova, T> ? "" : paired<T> ? "3.000000\t7.000000\n" : "7.000000000000\n";
+        std::remove(path.c_str());  // some file systems are slow to write a file anew
+        EXPECT_TRUE(object.exportToR(path, "c"));
+        std::string rows = contentOf(path);
+        if (!row.empty()) {
+            rows.erase(0, rows.find('\n', 4) + 1);
+            ASSERT_LE(rows.size(), n * row.size());
+            for (std::size_t i = 0; i < rows.size(); i += row.size()) ASSERT_EQ(rows.substr(i, row.size()), row);
+        }
+        std::string listing;
+        printedToError([&] { listing = printed([&] { object.listData(0, last); }); });
+        if (!std::is_base_of_v<SingleAnova, T>) {
+            EXPECT_EQ(listing.find_first_of("124568", listing.find('\n')), std::string::npos) << listing;
+        }
+        for (const double mean : {object.geometricMean(0, last), object.geometricMean(2, 1000), object.geometricMean(last, last)})
+            EXPECT_TRUE(std::isnan(mean) || std::fabs(mean - 7.0) < 1e-14) << mean;
+        if constexpr (!paired<T>) {
+            for (const double value : {object.median(), object.quartile(1), object.quartile(3), object.quantile(5, 4),
+                                       object.quantile(-1, 4),
+                                       object.quantile(NaN, 4), object.quantile(1e300, 4), object.quantile(1, 0),
+                                       object.quantile(1, last)})
+                EXPECT_TRUE(std::isnan(value) || value == 7.0) << value;
+        }
+        if (ranged) {
+            object.analyse();
+            const basic_stat* results[] = {&object.getResult(), nullptr, nullptr};
+            if constexpr (paired<T>) {
+                results[1] = &object.getXyResult().x;
+                results[2] = &object.getXyResult().y;
+            }
+            for (const basic_stat* r : results) {
+                if (r == nullptr || r->n == 0) continue;
+                EXPECT_LE(r->n, n);
+                EXPECT_EQ(r->min, r == results[1] ? 3.0 : 7.0);
+                EXPECT_EQ(r->max, r == results[1] ? 3.0 : 7.0);
+            }
+        }
+        object.acceptH0();
+        EXPECT_EQ(printed([&] { object.reportConsole(); }).empty(), (std::is_same_v<T, Regression>));
+        printed([&] { printMore(object); });
+    };
+
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        for (const std::size_t n : {0u, 1u, 2u, 5u}) {
+            const auto sample = [&] {
+                T object;
+                for (std::size_t i = 0; i < n; ++i) {
+                    if constexpr (paired<T>) object.add(3, 7);
+                    else object.add(7);
+                }
+                return object;
+            };
+            for (const double head : fractions) {
+                for (const double tail : fractions) {
+                    SCOPED_TRACE(std::string(c.name) + " of " + std::to_string(n) + ", head " + std::to_string(head) + ", tail " +
+                                 std::to_string(tail));
+                    T object = sample();
+                    object.setHead(head);
+                    object.setTail(tail);
+                    prepare(object);
+                    object.analyse();
+                    prepare(object);
+                    check(object, n, true);
+                    if (::testing::Test::HasFailure()) return;
+                }
+            }
+            for (const std::size_t start : indices) {
+                for (const std::size_t end : indices) {
+                    SCOPED_TRACE(std::string(c.name) + " of " + std::to_string(n) + ", range " + std::to_string(start) + " to " +
+                                 std::to_string(end));
+                    T object = sample();
+                    object.setDataStart(start);
+                    object.setDataEnd(end);
+                    prepare(object);
+                    check(object, n, false);
+                    if (::testing::Test::HasFailure()) return;
+                }
+            }
+            for (const std::size_t size : indices) {
+                SCOPED_TRACE(std::string(c.name) + " of " + std::to_string(n) + ", size set to " + std::to_string(size));
+                T object = sample();
+                object.setSampleSize(size);
+                prepare(object);
+                object.setSampleSize(size);
+                check(object, n, true);
+                if (::testing::Test::HasFailure()) return;
+            }
+        }
+    });
+}
+
+TEST(LifeCycle, nothingOutsideTheTableOfClassesIsTouched)
+{
+    const TempFolder folder;
+    for (const std::size_t entries : {0u, 1u, 3u}) {
+        for (const std::size_t classes : std::initializer_list<std::size_t>{0, 1, 2, 3, 4, 1000, last}) {
+            SCOPED_TRACE(std::to_string(entries) + " entries, classes set to " + std::to_string(classes));
+            Frequency frequency;
+            fill(frequency, 10);
+            frequency.autoClassWidth(3);
+            frequency.initFrequency(entries);
+            frequency.setClasses(classes);
+            frequency.buildTable();
+            EXPECT_TRUE(frequency.analyse());
+            ASSERT_EQ(frequency.getTable().size(), entries);
+            unsigned long long counted = 0;
+            for (const frequency_class& c : frequency.getTable()) counted += c.count;
+            EXPECT_LE(counted, 9u);
+            const std::string text = printed([&] { frequency.reportConsole(); });
+            EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 4 + std::ptrdiff_t(std::min(entries, classes)));
+            EXPECT_TRUE(frequency.exportTable(folder.path("table"), "c"));
+            const std::string file = contentOf(folder.path("table"));
+            EXPECT_EQ(std::count(file.begin(), file.end(), '\n'), 2 + std::ptrdiff_t(std::min(entries, classes)));
+        }
+    }
+}
+
+TEST(LifeCycle, numbersOfAllKindsAreAnalysed)
+{
+    const TempFolder folder;
+    const std::string path = folder.path("export");
+    const double kinds[] = {0.0,     -0.0,     1.0,      -1.0,      5e-324, smallest, 1e-160, 1e160,
+                            largest, -largest, infinity, -infinity, NaN,    -NaN,     1e18,   9.3e18};
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        for (const double first : kinds) {
+            for (const double second : kinds) {
+                SCOPED_TRACE(std::string(c.name) + ": " + std::to_string(first) + ", " + std::to_string(second));
+                T object;
+                for (int i = 0; i < 3; ++i) {
+                    if constexpr (paired<T>) object.add(first, second);
+                    else object.add(i == 1 ? second : first);
+                }
+                prepare(object);
+                object.analyse();
+                const std::string text = printed([&] { printAll(object); });
+                EXPECT_FALSE(text.empty());
+                for (std::size_t at = text.find("-nan"); at != std::string::npos; at = text.find("-nan", at + 1)) {
+                    EXPECT_TRUE(std::isalnum(static_cast<unsigned char>(text[at - 1]))) << text;  // limits of a class: nan-nan
+                }
+                std::remove(path.c_str());
+                EXPECT_TRUE(object.exportToR(path, "c"));
+                const std::string file = contentOf(path);
+                EXPECT_EQ(file.find("nan"), std::string::npos) << file;
+                EXPECT_EQ(file.find("inf"), std::string::npos) << file;
+            }
+        }
+    });
+}
+
+// ---------------------------------------------------------------- what persists
+
+TEST(LifeCycle, commentsAreAppended)
+{
+    forEveryClass([&](auto c) {
+        SCOPED_TRACE(c.name);
+        typename decltype(c)::type object;
+        object.setComment("one");
+        object.setComment(", two");
+        object.resetResult();
+        object.analyse();
+        EXPECT_EQ(object.getComment(), "one, two");
+    });
+}
+
+TEST(LifeCycle, settingsSurviveAnAnalysis)
+{
+    forEveryClass([&](auto c) {
+        SCOPED_TRACE(c.name);
+        typename decltype(c)::type object;
+        fill(object, 10);
+        object.setSignificance(0.01);
+        object.setHead(0.1);
+        object.setTail(0.2);
+        object.setNullHypothesis(3);
+        object.setHypothesisInfo("H");
+        object.setNegative(true);
+        prepare(object);
+        object.analyse();
+        object.resetResult();
+        EXPECT_EQ(object.getSignificance(), 0.01);
+        EXPECT_EQ(object.getHead(), 0.1);
+        EXPECT_EQ(object.getTail(), 0.2);
+        EXPECT_EQ(object.getNullHypothesis(), 3.0);
+        EXPECT_EQ(object.getHypothesisInfo(), "H");
+        EXPECT_TRUE(object.isNegative()) << "cleared only by setNegative(false)";
+        EXPECT_EQ(object.getSampleSize(), 10u);
+    });
+}
+
+TEST(LifeCycle, secondAnalysis)  // gives the same results, but for the classes that change or gather data
+{
+    const TempFolder folder;
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        T object;
+        fill(object, 12);
+        prepare(object);
+        object.analyse();
+        const T copy = object;
+        const std::string once = told(object, folder);
+        object.analyse();
+        if constexpr (std::is_base_of_v<SingleAnova, T>) {
+            ASSERT_EQ(object.getGroups().size(), copy.getGroups().size());
+            for (std::size_t i = 0; i < copy.getGroups().size(); ++i) {
+                const anova_group &now = object.getGroups()[i], &then = copy.getGroups()[i];
+                EXPECT_NEAR(now.sumOfSquares, 2.0 * then.sumOfSquares, 1e-14 * (1.0 + then.sumOfSquares));
+                EXPECT_NEAR(now.variance, 2.0 * then.variance, 1e-14 * (1.0 + then.variance));
+            }
+            EXPECT_SAME_BITS(object.getAmong().fs, copy.getAmong().fs);
+        } else {
+            EXPECT_EQ(told(object, folder), once);
+        }
+    });
+}
+
+TEST(LifeCycle, degreesAreConvertedTwice)
+{
+    for (const CIRCULAR_DATA type : {RADIANS, DEGREES, BIN_NUMBERS}) {
+        Circular circular;
+        circular.add(90, 0);
+        circular.add(80, 0);
+        circular.setDataType(type);
+        circular.setBins(12);
+        const double factor = type == RADIANS ? 1.0 : type == DEGREES ? 0.017453292519943295 : 6.283185307179586 / 12.0;
+        circular.analyse();
+        EXPECT_SAME_BITS(circular.getDataPair(0).x, factor * 90.0);
+        circular.analyse();
+        EXPECT_SAME_BITS(circular.getDataPair(0).x, factor * (factor * 90.0));
+        EXPECT_SAME_BITS(circular.getDataPair(1).x, factor * (factor * 80.0));
+        EXPECT_NEAR(circular.getCircularResult().a, std::fmod(factor * factor * 85.0, 6.283185307179586), 1e-12);
+    }
+}
+
+TEST(LifeCycle, DOnlyGrows)
+{
+    KolmogorovSmirnov2 test;
+    test.addCumulativeFrequency(10, 5);
+    test.addCumulativeFrequency(20, 20);
+    test.analyse();
+    EXPECT_SAME_BITS(test.getD(), 0.25);
+    test.resetCumulativeFrequency();
+    test.addCumulativeFrequency(10, 9);
+    test.addCumulativeFrequency(20, 20);
+    test.analyse();
+    EXPECT_SAME_BITS(test.getD(), 0.25) << "the smaller difference, 0.05, does not lower it";
+    test.resetResult();
+    EXPECT_SAME_BITS(test.getD(), 0.25);
+    test.resetCumulativeFrequency();
+    test.addCumulativeFrequency(10, 0);
+    test.addCumulativeFrequency(20, 20);
+    test.analyse();
+    EXPECT_SAME_BITS(test.getD(), 0.5);
+    test.resetCumulativeFrequency();
+    test.analyse();
+    EXPECT_SAME_BITS(test.getD(), 0.5) << "without frequencies only the sizes change";
+    EXPECT_EQ(test.getN1() + test.getN2(), 0u);
+}
+
+TEST(LifeCycle, preparingTwiceAppends)
+{
+    SingleAnova anova;
+    fill(anova, 6);
+    anova.createSeries();
+    const std::vector<anova_group> groups = anova.getGroups();
+    anova.createSeries();
+    ASSERT_EQ(anova.getGroups().size(), groups.size());
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        std::vector<double> expected = groups[i].observations;
+        expected.insert(expected.end(), groups[i].observations.begin(), groups[i].observations.end());
+        EXPECT_EQ(anova.getGroups()[i].observations, expected);
+    }
+
+    KolmogorovSmirnov2 test;
+    test.add(1, 4);
+    test.add(2, 6);
+    test.cumulative();
+    test.cumulative();
+    const std::pair<double, double> expected[] = {{1, 4}, {3, 10}, {1, 4}, {3, 10}};
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(test.getCumulativeFrequency(i), expected[i]);
+    test.analyse();
+    EXPECT_EQ(test.getN1(), 3u);
+    EXPECT_EQ(test.getN2(), 10u);
+
+    Frequency frequency;
+    fill(frequency, 6);
+    frequency.autoClassWidth(3);
+    frequency.initFrequency(3);
+    frequency.buildTable();
+    std::vector<unsigned long long> counts;
+    for (const frequency_class& c : frequency.getTable()) counts.push_back(c.count);
+    frequency.initFrequency(2);
+    EXPECT_EQ(frequency.getTable().size(), 5u);
+    EXPECT_EQ(frequency.getClasses(), 2u);
+    frequency.setClasses(3);
+    frequency.buildTable();
+    for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(frequency.getTable()[i].count, 2 * counts[i]) << "counted on";
+}
+
+TEST(LifeCycle, observationsAccumulate)
+{
+    const TempFolder folder;
+    const std::string path = folder.write("data", "1;5\n2;6\n");
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        T object;
+        fill(object, 3);
+        EXPECT_TRUE(object.readDataFile(path));
+        EXPECT_TRUE(object.readDataFile(path));
+        EXPECT_EQ(object.getSampleSize(), 7u);
+        if constexpr (paired<T>) {
+            EXPECT_EQ(object.copyFrom({{1, 1}, {2, 2}}), 9u);
+            EXPECT_EQ(object.getDataPair(4).y, 6.0);
+            EXPECT_EQ(object.getDataEnd(), 8u) << "the last index";
+        } else {
+            EXPECT_EQ(object.copyFrom({1, 2}), 9u);
+            EXPECT_EQ(object.getDataPoint(4), 2.0);
+            EXPECT_EQ(object.getDataEnd(), 9u) << "one past the last index";
+        }
+    });
+}
+
+TEST(LifeCycle, resultsThatSurviveAReset)
+{
+    BasicXyStatistics pairs;
+    fill(pairs, 9);
+    pairs.analyse();
+    const double covariance = pairs.getXyResult().covariance;
+    EXPECT_NE(covariance, 0.0);
+    pairs.resetResult();
+    EXPECT_SAME_BITS(pairs.getXyResult().covariance, covariance);
+    EXPECT_SAME_BITS(pairs.getXyResult().sumProducts, 0.0);
+
+    Correlation correlation;
+    fill(correlation, 9);
+    correlation.analyse();
+    const correlation_stat before = correlation.getCorrelationResult();
+    EXPECT_NE(before.t, 0.0);
+    correlation.resetResult();
+    EXPECT_SAME_BITS(correlation.getCorrelationResult().r, 0.0);
+    EXPECT_SAME_BITS(correlation.getCorrelationResult().t, before.t);
+    EXPECT_SAME_BITS(correlation.getCorrelationResult().F, before.F);
+    EXPECT_SAME_BITS(correlation.getCorrelationResult().tSignificance, before.tSignificance);
+    EXPECT_SAME_BITS(correlation.getCorrelationResult().FSignificance, before.FSignificance);
+
+    TwoSamples variances;
+    fill(variances, 9);
+    prepare(variances);
+    variances.analyse();
+    const double F = variances.getF();
+    EXPECT_GT(F, 1.0);
+    EXPECT_EQ(variances.getResult().n, 9u) << "its own analysis resets nothing";
+    EXPECT_EQ(variances.getSecondSample().n, 11u);
+    variances.BasicStatistics::analyse();
+    EXPECT_EQ(variances.getResult().n, 9u);
+    expectReset(variances.getSecondSample());
+    EXPECT_SAME_BITS(variances.getF(), F);
+    variances.resetResult();
+    EXPECT_EQ(variances.getResult().n, 0u);
+    EXPECT_SAME_BITS(variances.getF(), F);
+    EXPECT_NE(variances.getCriticalF(), 0.0);
+
+    Circular circular;
+    fill(circular, 9);
+    circular.setBins(8);
+    circular.analyse();
+    const circular_stat then = circular.getCircularResult();
+    circular.resetResult();
+    const circular_stat& now = circular.getCircularResult();
+    EXPECT_EQ(now.n, 0u);
+    EXPECT_SAME_BITS(now.a, 0.0);
+    EXPECT_SAME_BITS(now.r, 0.0);
+    EXPECT_SAME_BITS(now.p, then.p);
+    EXPECT_SAME_BITS(now.z, then.z);
+    EXPECT_EQ(now.bins, 8u);
+
+    GoodnessOfFit fit;
+    fill(fit, 9);
+    fit.analyse();
+    const double X2 = fit.getX2();
+    EXPECT_GT(X2, 0.0);
+    fit.resetResult();
+    EXPECT_SAME_BITS(fit.getX2(), X2);
+}
+
+TEST(LifeCycle, univariateAnalysesSortTheSample)
+{
+    for (const auto& make : std::vector<std::function<std::unique_ptr<BasicStatistics>()>>{
+             [] { return std::make_unique<BasicStatistics>(); }, [] { return std::make_unique<Frequency>(); }}) {
+        const auto object = make();
+        for (const double x : {3.0, NaN, 1.0, -2.0, 2.0}) object->add(x);
+        object->analyse();
+        EXPECT_TRUE(object->isSorted());
+        const double expected[] = {-2.0, 1.0, 2.0, 3.0, NaN};
+        for (std::size_t i = 0; i < 5; ++i) EXPECT_SAME_BITS(object->getDataPoint(i), expected[i]);
+        object->add(0.5);
+        EXPECT_FALSE(object->isSorted());
+        object->analyse();
+        EXPECT_SAME_BITS(object->getDataPoint(1), 0.5);
+        EXPECT_TRUE(object->isNegative());
+    }
+}
+
+// ---------------------------------------------------------------- copies, bases, threads
+
+TEST(LifeCycle, copiesAreIndependent)
+{
+    const TempFolder folder;
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        T object;
+        fill(object, 8);
+        prepare(object);
+        object.analyse();
+        T copy = object;
+        const std::string before = told(object, folder);
+        EXPECT_EQ(told(copy, folder), before);
+        fill(copy, 5);
+        copy.setComment("changed");
+        prepare(copy);
+        copy.analyse();
+        EXPECT_EQ(told(object, folder), before);
+        EXPECT_NE(told(copy, folder), before);
+        copy = object;
+        EXPECT_EQ(told(copy, folder), before);
+        const T moved = std::move(copy);
+        T again = moved;
+        EXPECT_EQ(told(again, folder), before);
+    });
+}
+
+TEST(LifeCycle, drivenThroughTheRoot)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("data", "1;5\n2;6\n1;9\n2;7\n3;5\n"), path = folder.path("export");
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        T object;
+        const std::unique_ptr<BasicStatistics> root = std::make_unique<T>();
+        root->initDataList(10);
+        object.setComment("c");
+        root->setComment("c");
+        EXPECT_TRUE(object.readDataFile(file));
+        EXPECT_TRUE(root->readDataFile(file));
+        prepare(object);
+        prepare(dynamic_cast<T&>(*root));
+        EXPECT_EQ(root->analyse(), object.analyse());
+        EXPECT_EQ(root->acceptH0(), object.acceptH0());
+        EXPECT_EQ(printed([&] { root->reportConsole(); }), printed([&] { object.reportConsole(); }));
+        EXPECT_SAME_BITS(root->geometricMean(0, 3), object.geometricMean(0, 3));
+        EXPECT_TRUE(object.exportToR(path, "c"));
+        const std::string expected = contentOf(path);
+        EXPECT_TRUE(root->exportToR(path, "c"));
+        EXPECT_EQ(contentOf(path), expected);
+        root->resetResult();
+        object.resetResult();
+        EXPECT_EQ(printed([&] { root->reportConsole(); }), printed([&] { object.reportConsole(); }));
+    });
+}
+
+namespace {
+
+// Standard output that keeps the text of each thread apart.
+class PerThread : public std::streambuf {
+public:
+    PerThread() : before(std::cout.rdbuf(this)) {}
+    ~PerThread() override { std::cout.rdbuf(before); }
+    PerThread(const PerThread&) = delete;
+    PerThread& operator=(const PerThread&) = delete;
+
+    static std::string taken() { return std::exchange(text, ""); }
+
+protected:
+    int_type overflow(int_type c) override
+    {
+        if (!traits_type::eq_int_type(c, traits_type::eof())) text += traits_type::to_char_type(c);
+        return traits_type::not_eof(c);
+    }
+    std::streamsize xsputn(const char* s, std::streamsize n) override
+    {
+        text.append(s, static_cast<std::size_t>(n));
+        return n;
+    }
+
+private:
+    static thread_local std::string text;
+    std::streambuf* before;
+};
+
+thread_local std::string PerThread::text;
+
+// The life of an object of every class, loaded from files of its own.
+std::string livesOfAll(const TempFolder& folder, std::size_t seed)
+{
+    std::string text;
+    std::string content = "# data of thread " + std::to_string(seed) + "\n";
+    for (std::size_t i = 0; i < 40; ++i)
+        content += std::to_string(xOf(i + seed)) + (i % 2 == 0 ? ";" : ":|") + std::to_string(yOf(i * seed)) + "\n";
+    const std::string file = folder.write("data" + std::to_string(seed), content);
+    const std::string series = folder.write("series" + std::to_string(seed), "1:10:2\n2;" + std::to_string(seed) + "\n# note\n3|30|1\n");
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        T object;
+        bool read = object.readDataFile(file);
+        if constexpr (std::is_same_v<T, LinearRegressionMultiY>) read = read && object.readSeriesFile(series);
+        prepare(object);
+        const bool analysed = object.analyse();
+        text += std::string(c.name) + (read ? " read" : "") + (analysed ? " analysed\n" : "\n") + toldQuietly(object, folder);
+        object.reportConsole();
+        object.listData(0, 30);
+        printMore(object);
+        text += PerThread::taken();
+    });
+    RandomCpp11 random;
+    for (std::size_t i = 0; i < 100 * seed; ++i) random.getInteger();
+    text += std::to_string(random.getInteger()) + " " + std::to_string(random.getReal());
+    return text;
+}
+
+}  // namespace
+
+TEST(LifeCycle, differentObjectsInDifferentThreads)
+{
+    constexpr std::size_t count = 8;
+    const TempFolder folder;
+    PerThread output;
+    std::vector<std::string> alone, together(count);
+    for (std::size_t i = 0; i < count; ++i) alone.push_back(livesOfAll(folder, i + 1));
+    for (std::size_t i = 1; i < count; ++i) ASSERT_NE(alone[i], alone[0]);
+    EXPECT_THAT(alone[0], HasSubstr("KOLMOGOROV-SMIRNOV TWO SAMPLE TEST\n"));
+    for (int repeat = 0; repeat < 5; ++repeat) {
+        std::vector<std::thread> threads;
+        for (std::size_t i = 0; i < count; ++i) threads.emplace_back([&, i] { together[i] = livesOfAll(folder, i + 1); });
+        for (std::thread& thread : threads) thread.join();
+        for (std::size_t i = 0; i < count; ++i) EXPECT_EQ(together[i], alone[i]) << "thread " << i;
+    }
+}

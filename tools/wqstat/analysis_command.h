@@ -1,0 +1,78 @@
+// The steps that all analyses of data files share: read, check, report, list, export.
+#pragma once
+
+#include "command.h"
+#include "input_file.h"
+#include "options.h"
+
+#include <wq_stat/wq_stat.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace wqstat {
+
+class AnalysisCommand : public Command {
+public:
+    void declare(CLI::App& app) final;
+
+protected:
+    /** Adds the data files; one unless overridden. */
+    virtual void declareFiles(CLI::App& app);
+
+    /** Adds the options of the one command. */
+    virtual void declareOptions(CLI::App&) {}
+
+    /** Adds --list and --export. */
+    virtual void declareOutputs(CLI::App& app);
+
+    /** What --list and --export put out, where it is not the usual thing. */
+    virtual OutputNames outputNames() const { return {"observations", "data"}; }
+
+    /** Sets the shared options and reads the data file. */
+    const InputFile& read(wq_lib::BasicStatistics& analysis, Layout layout);
+    const InputFile& readSeries(wq_lib::LinearRegressionMultiY& analysis);
+    const InputFile& read(wq_lib::BasicStatistics& analysis, const std::string& name, Layout layout);
+
+    /** Prints warnings and report, then details, listing and export as the options ask. */
+    template <typename Analysis>
+    void present(Analysis& analysis)
+    {
+        present(analysis, [] {});
+    }
+
+    template <typename Analysis, typename Details>
+    void present(Analysis& analysis, Details printDetails)
+    {
+        guardInputs();
+        printWarnings();
+        analysis.reportConsole();
+        printDetails();
+        if (outputs.listRange()) list(analysis, *outputs.listRange());
+        if (outputs.exportName().empty()) return;
+        reportExport(exportTo(analysis, outputs.exportName(), exportComment(analysis)));
+    }
+
+private:
+    const InputFile& open(const std::string& name, Layout layout, const std::function<bool(const std::string&)>& readFile);
+    void guardInputs() const;
+    void printWarnings() const;
+    std::string exportComment(const wq_lib::BasicStatistics& analysis) const;
+    void reportExport(bool written) const;
+
+    static void list(wq_lib::BasicStatistics& analysis, ListRange range);
+    static void list(wq_lib::BasicXyStatistics& analysis, ListRange range);
+    static void list(wq_lib::SingleAnova& analysis, ListRange range);
+    static bool exportTo(wq_lib::BasicStatistics& analysis, const std::string& fileName, const std::string& comment);
+    static bool exportTo(wq_lib::Frequency& analysis, const std::string& fileName, const std::string& comment);
+
+    std::string fileName;
+    std::string commandName;
+    double alpha = 0.05;
+    Outputs outputs;
+    std::vector<std::unique_ptr<InputFile>> inputs;
+};
+
+}  // namespace wqstat

@@ -1,0 +1,39 @@
+// What a command is, and the commands there are.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+#include <vector>
+
+namespace wqstat {
+
+class Command {
+public:
+    virtual ~Command() = default;
+
+    /** Adds its options to its subcommand; they are stored in this object. */
+    virtual void declare(CLI::App& app) = 0;
+
+    /** @throws CannotAnalyse, WrongUsage */
+    virtual void run() = 0;
+};
+
+struct CommandEntry {
+    const char* name;
+    const char* summary;
+    const char* example;  ///< one command line
+    std::unique_ptr<Command> (*make)();
+};
+
+template <typename T>
+std::unique_ptr<Command> make()
+{
+    return std::make_unique<T>();
+}
+
+std::vector<CommandEntry> analysisCommands();
+CommandEntry probCommand();
+CommandEntry randomCommand();
+
+}  // namespace wqstat

@@ -1,0 +1,22 @@
+// The two ways a command fails; main() turns them into one line on standard error and the exit status.
+#pragma once
+
+#include <stdexcept>
+
+namespace wqstat {
+
+enum ExitStatus : int { done = 0, couldNotAnalyse = 1, wrongUsage = 2 };
+
+/** The data, or the place results go to, do not allow what was asked for. */
+class CannotAnalyse : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/** The command line asks for something that does not exist or makes no sense. */
+class WrongUsage : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+}  // namespace wqstat

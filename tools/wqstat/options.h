@@ -1,0 +1,58 @@
+// Options whose values are numbers, and those that all analyses share.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <cstddef>
+#include <limits>
+#include <optional>
+#include <string>
+
+namespace wqstat {
+
+/** A range of reals without its ends, and how to say so. */
+struct OpenRange {
+    double above;
+    double below;
+    const char* name;
+};
+
+constexpr OpenRange anyFinite{-std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity(), "a finite number"};
+constexpr OpenRange fraction{0.0, 1.0, "between 0 and 1"};
+
+CLI::Option* addReal(CLI::App& app, const std::string& name, double& value, OpenRange range, const std::string& description);
+
+/** A whole number, least ... most. */
+CLI::Option* addCount(CLI::App& app, const std::string& name, std::size_t& value, std::size_t least, std::size_t most,
+                      const std::string& description);
+
+constexpr std::size_t anyCount = std::numeric_limits<std::size_t>::max();
+
+/** The positions that --list prints, both included. */
+struct ListRange {
+    std::size_t from;
+    std::size_t to;
+};
+
+/** What is listed and what is exported, in words. */
+struct OutputNames {
+    std::string listed;
+    std::string exported;
+};
+
+/** --list and --export: what may follow a report. */
+class Outputs {
+public:
+    void declare(CLI::App& app, const OutputNames& names);
+
+    const std::optional<ListRange>& listRange() const { return range; }
+
+    /** Empty when nothing is to be exported. */
+    const std::string& exportName() const { return fileName; }
+
+private:
+    std::optional<ListRange> range;
+    std::string fileName;
+};
+
+}  // namespace wqstat

@@ -1,0 +1,227 @@
+// wqstat prob: the functions of the distributions header, called by name.
+#include "command.h"
+
+#include "arguments.h"
+#include "failure.h"
+#include "help_formatter.h"
+
+#include <wq_stat/distributions.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace wqstat {
+
+namespace {
+
+using Integrand = double (*)(double);
+using Arguments = std::vector<std::string>;
+
+const std::pair<const char*, Integrand> integrands[] = {
+    {"exp", [](double x) { return std::exp(x); }},
+    {"log", [](double x) { return std::log(x); }},
+    {"sqrt", [](double x) { return std::sqrt(x); }},
+    {"sin", [](double x) { return std::sin(x); }},
+    {"cos", [](double x) { return std::cos(x); }},
+    {"sqr", [](double x) { return sqr(x); }},
+    {"reciprocal", [](double x) { return 1.0 / x; }},
+    {"normalDensity", wq_lib::normalDensity},
+};
+
+std::string integrandNames()
+{
+    std::string names;
+    for (const auto& [name, function] : integrands) names += (names.empty() ? "" : ", ") + std::string(name);
+    return names;
+}
+
+// What a parameter takes, by its type.
+void convert(const std::string& text, double& value) { value = realArgument(text); }
+void convert(const std::string& text, std::size_t& value) { value = countArgument(text); }
+void convert(const std::string& text, long& value) { value = integerArgument(text); }
+void convert(const std::string& text, bool& value) { value = flagArgument(text); }
+void convert(const std::string& text, Integrand& value)
+{
+    for (const auto& [name, function] : integrands) {
+        if (text == name) {
+            value = function;
+            return;
+        }
+    }
+    throw WrongUsage(inQuotes(text) + " is no integrand; there are " + integrandNames());
+}
+
+std::string written(double value) { return shortest(value); }
+std::string written(bool value) { return value ? "true" : "false"; }
+
+/** A function with the names of its parameters. */
+struct Function {
+    const char* name;
+    Arguments parameters;
+    const char* meaning;
+    std::function<std::string(const Arguments&)> call;  // with as many arguments as parameters
+};
+
+std::string usageOf(const Function& function)
+{
+    std::string usage = function.name;
+    for (const std::string& parameter : function.parameters) usage += " " + parameter;
+    return usage;
+}
+
+template <typename Parameter>
+Parameter argument(const Function& function, const Arguments& texts, std::size_t i)
+{
+    Parameter value{};
+    try {
+        convert(texts[i], value);
+    } catch (const WrongUsage& problem) {
+        throw WrongUsage(usageOf(function) + ": " + function.parameters[i] + ": " + problem.what());
+    }
+    return value;
+}
+
+template <typename Result, typename... Parameters, std::size_t... i>
+std::string called(Result (*function)(Parameters...), const Function& description, const Arguments& texts, std::index_sequence<i...>)
+{
+    return written(function(argument<Parameters>(description, texts, i)...));
+}
+
+/** A row of the table; as many names as the function has parameters. */
+template <typename Result, typename... Parameters, typename... Names>
+Function row(const char* name, Result (*function)(Parameters...), const char* meaning, Names... names)
+{
+    static_assert(sizeof...(Parameters) == sizeof...(Names), "a name for each parameter");
+    Function description{name, {names...}, meaning, {}};
+    description.call = [function, description](const Arguments& texts) {
+        return called(function, description, texts, std::index_sequence_for<Parameters...>());
+    };
+    return description;
+}
+
+std::vector<Function> functions()
+{
+    using namespace wq_lib;
+    return {
+        row("factorial", factorial, "n!; -1 above 170", "N"),
+        row("lnGamma", lnGamma, "ln gamma(x) of an integer or half-integer; takes x steps", "X"),
+        row("betaRatio", betaRatio, "incomplete beta function I_x(p, q); BETA is ln B(p, q)", "X", "P", "Q", "BETA"),
+        row("inverseBetaRatio", inverseBetaRatio, "the x at which betaRatio is ALPHA", "ALPHA", "P", "Q", "BETA"),
+        row("simpsonIntegral", simpsonIntegral, "Simpson sum from a to b; may take seconds", "INTEGRAND", "A", "B"),
+        row("quadratureIntegral", quadratureIntegral, "integral from a to b by adaptive quadrature", "INTEGRAND", "A", "B"),
+        row("quadratureRecursion", quadratureRecursion, "one interval of quadratureIntegral", "INTEGRAND", "A", "B", "M", "FA", "FB", "FM",
+            "WHOLE", "TOLERANCE", "DEPTH"),
+        row("binomial", binomial, "probability of k successes in n trials", "K", "N", "P"),
+        row("normalDensity", normalDensity, "density of the standard normal distribution", "X"),
+        row("normalProb", normalProb, "standard normal distribution, lower tail", "X"),
+        row("normalProbApprox", normalProbApprox, "the same by a polynomial, to 2.5e-4", "X"),
+        row("normalPercentPoint", normalPercentPoint, "quantile of the standard normal distribution (lower tail p)", "P"),
+        row("t_Prob", t_Prob, "Student's t, upper tail, one- or two-sided", "T", "DF", "ONE_SIDED"),
+        row("t_PercentPoint", t_PercentPoint, "critical value of Student's t (two-sided alpha)", "ALPHA", "DF"),
+        row("chiSquareProb", chiSquareProb, "chi-square distribution, lower tail", "X", "DF"),
+        row("chiSquarePoint", chiSquarePoint, "quantile of chi-square (lower tail p)", "P", "DF"),
+        row("F_Prob", F_Prob, "F distribution, lower tail", "F", "DF1", "DF2"),
+        row("F_PercentPoint", F_PercentPoint, "quantile of F (lower tail p)", "P", "DF1", "DF2"),
+        row("z_TransformBig", z_TransformBig, "Fisher's z of a correlation coefficient", "R"),
+        row("z_TransformSmall", z_TransformSmall, "the same with a correction for small samples", "R", "N"),
+        row("z_to_r", z_to_r, "correlation coefficient of Fisher's z", "Z"),
+        row("D_GoodnessOfFit", D_GoodnessOfFit, "critical value of D, one sample; 0: none available", "ALPHA", "N"),
+        row("D_TwoSamples", D_TwoSamples, "critical value of D, two samples; 0: none available", "ALPHA", "N1", "N2"),
+        row("D_Prob", D_Prob, "significance of Kolmogorov's statistic, upper tail", "LAMBDA"),
+        row("rayleighsProb", rayleighsProb, "significance of Rayleigh's z, upper tail", "Z", "N"),
+        row("degreeToRadian", degreeToRadian, "degrees to radians", "DEGREES"),
+        row("radianToDegree", radianToDegree, "radians to degrees", "RADIANS"),
+        row("computeResultant", computeResultant, "length of the vector (x, y)", "X", "Y"),
+        row("computeAngle", computeAngle, "direction of the vector (x, y) in radians, 0 to 2 pi", "X", "Y"),
+        row("computeCircleArea", computeCircleArea, "area of a circle of radius r", "R"),
+        row("sqr", ::sqr, "x squared", "X"),
+        row("odd", ::odd, "whether n is odd", "N"),
+    };
+}
+
+std::string listOf(const std::vector<Function>& table)
+{
+    std::size_t width = 0;
+    constexpr std::size_t widest = 40;
+    for (const Function& function : table) width = std::max(width, std::min(usageOf(function).size(), widest));
+    std::string list;
+    for (const Function& function : table) {
+        std::string usage = usageOf(function);
+        if (usage.size() > width)
+            usage += "\n" + std::string(width, ' ');
+        else
+            usage.resize(width, ' ');
+        list += usage + "  " + function.meaning + "\n";
+    }
+    return list;
+}
+
+/** What the library has to say while it computes belongs beside the value, not before it. */
+class MessagesToError {
+public:
+    MessagesToError() : output(std::cout.rdbuf(std::cerr.rdbuf())) {}
+    ~MessagesToError() { std::cout.rdbuf(output); }
+    MessagesToError(const MessagesToError&) = delete;
+    MessagesToError& operator=(const MessagesToError&) = delete;
+
+private:
+    std::streambuf* output;
+};
+
+class Prob final : public Command {
+    void declare(CLI::App& app) override
+    {
+        app.add_flag("--list", list, "list the functions, with arguments and meaning");
+        app.allow_extras();  // not as options, so that arguments like -.5 and -inf are none
+        app.formatter(std::make_shared<HelpFormatter>("FUNCTION ARGUMENTS..."));
+        app.footer("Prints the value with as many digits as tell it from every other.\n"
+                   "DF, N and K are whole numbers of 0 or more. ONE_SIDED is 1, true or one for one side, 0, false or two for both.\n"
+                   "INTEGRAND is one of " + integrandNames() + ".");
+        subcommand = &app;
+    }
+
+    void run() override
+    {
+        const std::vector<Function> table = functions();
+        const Arguments words = subcommand->remaining();
+        if (list && words.empty()) {
+            std::cout << listOf(table);
+            return;
+        }
+        if (list) throw WrongUsage("--list stands alone, without " + inQuotes(words.front()));
+        if (words.empty()) throw WrongUsage("FUNCTION is required; wqstat prob --list names them");
+        const auto function = std::find_if(table.begin(), table.end(), [&](const Function& f) { return words.front() == f.name; });
+        if (function == table.end())
+            throw WrongUsage("there is no function " + inQuotes(words.front()) + "; wqstat prob --list names them");
+        const Arguments texts(words.begin() + 1, words.end());
+        if (texts.size() != function->parameters.size())
+            throw WrongUsage(usageOf(*function) + ": " + std::to_string(texts.size()) + " arguments given, " +
+                             std::to_string(function->parameters.size()) + " needed");
+        std::cout << valueOf(*function, texts) << '\n';
+    }
+
+    static std::string valueOf(const Function& function, const Arguments& texts)
+    {
+        const MessagesToError redirection;
+        return function.call(texts);
+    }
+
+    bool list = false;
+    CLI::App* subcommand = nullptr;
+};
+
+}  // namespace
+
+CommandEntry probCommand()
+{
+    return {"prob", "value of a distribution function", "wqstat prob t_PercentPoint 0.05 10", make<Prob>};
+}
+
+}  // namespace wqstat
