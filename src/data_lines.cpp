@@ -4,6 +4,7 @@
 #include <cstring>
 #include <filesystem>
 #include <ios>
+#include <locale>
 
 namespace wq_lib::detail {
 
@@ -20,6 +21,7 @@ DataLines::DataLines(const std::string& fileName, EndMarker endMarker) : marker(
 {
     std::error_code ignored;
     if (std::filesystem::is_directory(fileName, ignored)) return;
+    file.imbue(std::locale::classic());
     file.open(fileName, std::ios_base::in | std::ios_base::binary);
     if (isOpen()) block.resize(blockSize);
 }

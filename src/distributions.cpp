@@ -20,10 +20,10 @@ constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double pi = 3.141592653589793;
 constexpr double twoPi = 6.283185307179586;
 constexpr double halfPi = 1.5707963267948966;
-constexpr double squareRootOfTwoPi = 2.5066282746310002;
+constexpr double squareRootOfTwoPi = 2.506628274631000502;
 constexpr double logGammaOfHalf = 0.5723649429247001;  // ln sqrt(pi)
 
-constexpr double exactCounts = 9007199254740992.0;  // 2^53: beyond it x - 1 = x may hold, and a loop over counts has no end
+constexpr std::uint64_t exactCounts = std::uint64_t{1} << 53;  // beyond it x - 1 = x may hold, and a loop over counts has no end
 
 /** ln((x - 1)(x - 2)...), for a half-integer closed with ln sqrt(pi). */
 double logGammaProduct(double x)
@@ -59,7 +59,7 @@ double lnGamma(double x)
 {
     static const detail::LogGammaTable table(logGammaProduct);
     if (const double* const value = table.find(x)) return *value;
-    return x > exactCounts ? notANumber : logGammaProduct(x);
+    return x > static_cast<double>(exactCounts) ? notANumber : logGammaProduct(x);
 }
 
 double betaRatio(double x, double p, double q, double beta)
@@ -227,20 +227,23 @@ double quadratureRecursion(double (*f)(double), double a, double b, double m, do
 
 double binomial(std::size_t k, std::size_t n, double p)
 {
+    // Where the size of the product has settled, only its sign may go on changing.
+    const auto signAfter = [](double value, bool changes, std::size_t steps) { return changes && steps % 2 != 0 ? -value : value; };
     const double q = 1.0 - p;
     double r = 1.0;
     for (std::size_t i = 0; i < n; ++i) {
-        const double product = r * q;
-        if (product == r || std::isnan(product)) {
-            r = product;
+        const double before = r;
+        r = r * q;
+        if (std::isnan(r)) return r;
+        if (std::fabs(r) == std::fabs(before)) {
+            r = signAfter(r, q < 0.0, n - 1 - i);
             break;
         }
-        r = product;
     }
-    const bool zeroStays = p < 1.0 && !std::signbit(p);
     for (std::size_t i = 0; i < k; ++i) {
         r = r * static_cast<double>(n - i) * p / ((static_cast<double>(i) + 1.0) * q);
-        if (std::isnan(r) || (zeroStays && r == 0.0)) break;
+        if (std::isnan(r)) return r;
+        if (r == 0.0 && std::isfinite(p)) return signAfter(r, std::signbit(p) != std::signbit(q), k - 1 - i);
     }
     return r;
 }
@@ -269,7 +272,7 @@ double normalPercentPoint(double p)
 double t_Prob(double t, std::size_t df, bool oneSided)
 {
     if (df == 0) return 0.0;
-    if (df > static_cast<std::uint64_t>(exactCounts)) return notANumber;
+    if (df > exactCounts) return notANumber;
 
     const double degrees = static_cast<double>(df);
     const bool oddDegrees = odd(static_cast<long>(df));

@@ -12,7 +12,7 @@ namespace wq_lib::detail {
 /** The values of a function at 0.5, 1, 1.5 ... 128, computed once with the function itself, so that every bit is the same. */
 class LogGammaTable {
 public:
-    static constexpr double largest = 128.0;
+    static constexpr std::size_t largest = 128;
 
     template <typename LogGamma>
     explicit LogGammaTable(LogGamma&& logGamma)
@@ -23,13 +23,13 @@ public:
     /** @return the entry of x; nullptr for an x that is not in the table. */
     const double* find(double x) const
     {
-        if (!(x > 0.0 && x <= largest)) return nullptr;
+        if (!(x > 0.0 && x <= static_cast<double>(largest))) return nullptr;
         const std::size_t i = toSmallIndex(2.0 * x);
         return static_cast<double>(i) == 2.0 * x ? &values[i] : nullptr;
     }
 
 private:
-    std::array<double, static_cast<std::size_t>(2.0 * largest) + 1> values{};
+    std::array<double, 2 * largest + 1> values{};
 };
 
 }  // namespace wq_lib::detail

@@ -440,6 +440,21 @@ TEST(CsvReport, isFileReportAndTable)
     EXPECT_EQ(file.getSeparator(), ';');
 }
 
+TEST(CsvReport, aSecondFileOfTheSameObjectStartsWithoutASeparator)
+{
+    const wq_test::TempFolder folder;
+    std::string path = folder.path("cells.txt");
+    wq_lib::CsvReport file;
+    file.setFileName(path);
+    ASSERT_TRUE(file.fileOpen());
+    file.cell(1, false);  // the row is left without its end
+    ASSERT_TRUE(file.fileClose());
+    ASSERT_TRUE(file.fileOpen());
+    file.cell(2, false);
+    ASSERT_TRUE(file.fileClose());
+    EXPECT_EQ(wq_test::contentOf(path), "2");
+}
+
 TEST(CsvReport, separatorsStandBetweenCells)
 {
     // The flags of the cells of one row: 1 when more follow.

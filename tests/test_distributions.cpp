@@ -19,6 +19,7 @@
 #include <optional>
 #include <random>
 #include <set>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -62,10 +63,14 @@ const std::map<std::string, Integrand> integrands = {
 template <typename T>
 T argument(const std::string& cell)
 {
-    if constexpr (std::is_same_v<T, double>) return numberIn(cell);
-    else if constexpr (std::is_same_v<T, bool>) return countIn(cell) != 0;
-    else if constexpr (std::is_same_v<T, Integrand>) return integrands.at(cell);
-    else return countIn(cell);
+    if constexpr (std::is_same_v<T, double>)
+        return numberIn(cell);
+    else if constexpr (std::is_same_v<T, bool>)
+        return countIn(cell) != 0;
+    else if constexpr (std::is_same_v<T, Integrand>)
+        return integrands.at(cell);
+    else
+        return countIn(cell);
 }
 
 using Call = std::function<double(const TableRow&)>;
@@ -82,17 +87,19 @@ Call callable(double (*function)(Args...))
     return [function](const TableRow& row) { return callWithCells(function, row, std::index_sequence_for<Args...>()); };
 }
 
+// clang-format off
 #define WQ_FUNCTION(name) {#name, callable(&name)}
 const std::map<std::string, Call> functions = {
-    WQ_FUNCTION(factorial),        WQ_FUNCTION(lnGamma),           WQ_FUNCTION(betaRatio),          WQ_FUNCTION(inverseBetaRatio),
-    WQ_FUNCTION(simpsonIntegral),  WQ_FUNCTION(quadratureIntegral), WQ_FUNCTION(binomial),          WQ_FUNCTION(normalDensity),
-    WQ_FUNCTION(normalProb),       WQ_FUNCTION(normalProbApprox),  WQ_FUNCTION(normalPercentPoint), WQ_FUNCTION(t_Prob),
-    WQ_FUNCTION(t_PercentPoint),   WQ_FUNCTION(chiSquareProb),     WQ_FUNCTION(chiSquarePoint),     WQ_FUNCTION(F_Prob),
-    WQ_FUNCTION(F_PercentPoint),   WQ_FUNCTION(z_TransformBig),    WQ_FUNCTION(z_TransformSmall),   WQ_FUNCTION(z_to_r),
-    WQ_FUNCTION(D_GoodnessOfFit),  WQ_FUNCTION(D_TwoSamples),      WQ_FUNCTION(D_Prob),             WQ_FUNCTION(rayleighsProb),
-    WQ_FUNCTION(degreeToRadian),   WQ_FUNCTION(radianToDegree),    WQ_FUNCTION(computeResultant),   WQ_FUNCTION(computeAngle),
+    WQ_FUNCTION(factorial),       WQ_FUNCTION(lnGamma),            WQ_FUNCTION(betaRatio),          WQ_FUNCTION(inverseBetaRatio),
+    WQ_FUNCTION(simpsonIntegral), WQ_FUNCTION(quadratureIntegral), WQ_FUNCTION(binomial),           WQ_FUNCTION(normalDensity),
+    WQ_FUNCTION(normalProb),      WQ_FUNCTION(normalProbApprox),   WQ_FUNCTION(normalPercentPoint), WQ_FUNCTION(t_Prob),
+    WQ_FUNCTION(t_PercentPoint),  WQ_FUNCTION(chiSquareProb),      WQ_FUNCTION(chiSquarePoint),     WQ_FUNCTION(F_Prob),
+    WQ_FUNCTION(F_PercentPoint),  WQ_FUNCTION(z_TransformBig),     WQ_FUNCTION(z_TransformSmall),   WQ_FUNCTION(z_to_r),
+    WQ_FUNCTION(D_GoodnessOfFit), WQ_FUNCTION(D_TwoSamples),       WQ_FUNCTION(D_Prob),             WQ_FUNCTION(rayleighsProb),
+    WQ_FUNCTION(degreeToRadian),  WQ_FUNCTION(radianToDegree),     WQ_FUNCTION(computeResultant),   WQ_FUNCTION(computeAngle),
     WQ_FUNCTION(computeCircleArea)};
 #undef WQ_FUNCTION
+// clang-format on
 
 std::string textOf(const TableRow& row)
 {
@@ -142,8 +149,7 @@ INSTANTIATE_TEST_SUITE_P(Distributions, DistributionsFormula, ::testing::ValuesI
 TEST(Distributions, everyFunctionHasRowsIn50Digits)
 {
     const std::vector<std::string> names = namesIn("distributions.csv");
-    for (const auto& function : functions)
-        EXPECT_TRUE(std::binary_search(names.begin(), names.end(), function.first)) << function.first;
+    for (const auto& function : functions) EXPECT_TRUE(std::binary_search(names.begin(), names.end(), function.first)) << function.first;
     EXPECT_EQ(names.size(), functions.size());
 }
 
@@ -172,6 +178,7 @@ TEST(Distributions, workedFigures)
         const char* call;
         double value, expected, unit;
     } rows[] = {
+    // clang-format off
 #define WQ_FIGURE(call, expected, unit) {__LINE__, #call, call, expected, unit}
         WQ_FIGURE(lnGamma(0.5), 0.5723649, 1e-7),
         WQ_FIGURE(betaRatio(5.0 / 7.0, 5.0, 5.0, logBeta(5.0, 5.0)), 0.917746, 1e-6),
@@ -202,6 +209,7 @@ TEST(Distributions, workedFigures)
         WQ_FIGURE(simpsonIntegral(square, 0.0, 2.0), 8.0 / 3.0, 1e-14),
         WQ_FIGURE(quadratureIntegral(square, 0.0, 3.0), 9.0, 1e-13),
 #undef WQ_FIGURE
+        // clang-format on
     };
     for (const auto& row : rows) EXPECT_NEAR(row.value, row.expected, row.unit) << row.call << ", line " << row.line;
 }
@@ -294,7 +302,8 @@ TEST(Distributions, inverseBetaRatioOverwritesOneShapeOnly)
     for (const double alpha : {0.6, 0.9, 0.99})
         for (const auto& [p, q] : {std::pair(2.0, 5.0), std::pair(5.0, 2.0), std::pair(4.0, 4.0)}) {
             const double beta = logBeta(p, q);
-            EXPECT_SAME_BITS(inverseBetaRatio(alpha, p, q, beta), 1.0 - inverseBetaRatio(1.0 - alpha, p, p, beta)) << alpha << ", " << p << ", " << q;
+            EXPECT_SAME_BITS(inverseBetaRatio(alpha, p, q, beta), 1.0 - inverseBetaRatio(1.0 - alpha, p, p, beta))
+                << alpha << ", " << p << ", " << q;
         }
     const double x = inverseBetaRatio(0.9, 2.0, 5.0, logBeta(2.0, 5.0));
     EXPECT_GT(std::fabs(betaRatio(x, 2.0, 5.0, logBeta(2.0, 5.0)) - 0.9), 0.01) << "not the inverse";
@@ -494,6 +503,7 @@ TEST(Distributions, kolmogorovCriticalValuesNeedLargeSamples)
         std::size_t n1, n2;
         double expected;
     } rows[] = {
+        // clang-format off
         {0, 100, 0.0}, {100, 0, 0.0}, {0, 0, 0.0},
         {20, 35, 0.0}, {35, 20, 0.0}, {26, 26, 0.0}, {26, 40, 0.0}, {40, 26, 0.0}, {1, 1, 0.0},
         {30, 30, c * std::sqrt(2.0 / 30.0)}, {27, 27, c * std::sqrt(2.0 / 27.0)}, {40, 40, c * std::sqrt(2.0 / 40.0)},
@@ -503,6 +513,7 @@ TEST(Distributions, kolmogorovCriticalValuesNeedLargeSamples)
         // n1 n2 wraps: (2^64 - 2) * 100 is 2^64 - 200, 2^60 * 32 is 0.
         {largest - 1, 100, c * std::sqrt(18446744073709551716.0 / 18446744073709551416.0)},
         {std::size_t{1} << 60, 32, infinity},
+        // clang-format on
     };
     for (const auto& row : rows) {
         EXPECT_SAME_BITS(D_TwoSamples(0.05, row.n1, row.n2), row.expected) << row.n1 << ", " << row.n2;
@@ -557,12 +568,14 @@ TEST(Distributions, angleEdges)
         {__LINE__, notANumber, notANumber, 0.0},
         {__LINE__, infinity, 1.0, notANumber},
         {__LINE__, 1.0, infinity, pi / 2.0},
-        {__LINE__, tiny, tiny, 0.0},           // squares of 0
-        {__LINE__, 1e300, 1e300, pi / 2.0},    // an infinite length
+        {__LINE__, tiny, tiny, 0.0},         // squares of 0
+        {__LINE__, 1e300, 1e300, pi / 2.0},  // an infinite length
     };
     for (const auto& row : rows) {
-        if (std::isnan(row.expected)) EXPECT_SAME_BITS(computeAngle(row.x, row.y), row.expected) << "row of line " << row.line;
-        else EXPECT_NEAR(computeAngle(row.x, row.y), row.expected, 1e-15) << "row of line " << row.line;
+        if (std::isnan(row.expected))
+            EXPECT_SAME_BITS(computeAngle(row.x, row.y), row.expected) << "row of line " << row.line;
+        else
+            EXPECT_NEAR(computeAngle(row.x, row.y), row.expected, 1e-15) << "row of line " << row.line;
     }
     for (int degrees = 1; degrees < 360; ++degrees) {
         const double angle = degreeToRadian(degrees);
@@ -582,8 +595,14 @@ TEST(Distributions, inlineHelpers)
     const struct {
         long n;
         bool expected;
-    } rows[] = {{-3, true}, {-2, false}, {-1, true}, {0, false}, {1, true}, {2, false},
-                {std::numeric_limits<long>::max(), true}, {std::numeric_limits<long>::min(), false}};
+    } rows[] = {{-3, true},
+                {-2, false},
+                {-1, true},
+                {0, false},
+                {1, true},
+                {2, false},
+                {std::numeric_limits<long>::max(), true},
+                {std::numeric_limits<long>::min(), false}};
     for (const auto& row : rows) EXPECT_EQ(odd(row.n), row.expected) << row.n;
 }
 
@@ -794,8 +813,7 @@ public:
 
 }  // namespace plain
 
-#define WQ_PLAIN(name) \
-    [](auto&&... args) { return plain::name(args...); }, [](auto... args) { return wq_lib::name(args...); }
+#define WQ_PLAIN(name) [](auto&&... args) { return plain::name(args...); }, [](auto... args) { return wq_lib::name(args...); }
 
 namespace {
 
@@ -854,7 +872,8 @@ TEST(DistributionsPlainLoop, inverseBetaRatio)
         compare(WQ_PLAIN(inverseBetaRatio), any.unit(), p, q, logBeta(p, q));
     }
     for (int i = 0; i < 4000; ++i)
-        compare(WQ_PLAIN(inverseBetaRatio), any.between(-0.5, 1.5), any.between(0.1, 20.0), any.between(0.1, 20.0), any.between(-10.0, 3.0));
+        compare(WQ_PLAIN(inverseBetaRatio), any.between(-0.5, 1.5), any.between(0.1, 20.0), any.between(0.1, 20.0),
+                any.between(-10.0, 3.0));
     EXPECT_GT(compare.calls, 20000);
     EXPECT_LT(compare.endless, compare.calls / 2) << "too few calls left to compare";
 }
@@ -864,7 +883,8 @@ TEST(DistributionsPlainLoop, t_Prob)
     plain::Comparison compare;
     for (const bool oneSided : {true, false})
         for (std::size_t df = 0; df <= 300; ++df)
-            for (const double t : {-50.0, -3.0, -0.5, -0.0, 0.0, 1e-320, 0.01, 0.3, 1.0, 1.96, 2.5, 5.0, 30.0, 1e6, 1e300, infinity, notANumber})
+            for (const double t :
+                 {-50.0, -3.0, -0.5, -0.0, 0.0, 1e-320, 0.01, 0.3, 1.0, 1.96, 2.5, 5.0, 30.0, 1e6, 1e300, infinity, notANumber})
                 compare(WQ_PLAIN(t_Prob), t, df, oneSided);
     Everyday any(20240503);
     for (int i = 0; i < 20000; ++i) compare(WQ_PLAIN(t_Prob), any.between(-6.0, 6.0), any.below(20000), i % 2 == 0);
@@ -887,7 +907,8 @@ TEST(DistributionsPlainLoop, F_Prob)
     plain::Comparison compare;
     for (std::size_t df1 = 0; df1 <= 12; ++df1)
         for (std::size_t df2 = 0; df2 <= 120; df2 += df2 < 40 ? 1 : 10)
-            for (const double f : {-1.0, 0.0, 0.01, 0.5, 1.0, 1.01, 1.7, 3.10493, 4.0, 4.965, 10.0, 1000.0}) compare(WQ_PLAIN(F_Prob), f, df1, df2);
+            for (const double f : {-1.0, 0.0, 0.01, 0.5, 1.0, 1.01, 1.7, 3.10493, 4.0, 4.965, 10.0, 1000.0})
+                compare(WQ_PLAIN(F_Prob), f, df1, df2);
     Everyday any(20240505);
     for (int i = 0; i < 20000; ++i) compare(WQ_PLAIN(F_Prob), any.statistic(), any.degrees(), any.degrees());
     EXPECT_GT(compare.calls, 20000);
@@ -963,10 +984,10 @@ const std::vector<Accuracy> accuracies = {
     {"chiSquarePoint", "0.5 ... 0.999, df >= 10", [](const auto& a) { return a[0] >= 0.5 && a[0] <= 0.999 && a[1] >= 10.0; }, true, 0.007},
     {"chiSquarePoint", "0.05, df 2", [](const auto& a) { return a[0] == 0.05 && a[1] == 2.0; }, true, 0.24},
     {"chiSquarePoint", "0.05, df >= 10", [](const auto& a) { return a[0] == 0.05 && a[1] >= 10.0; }, true, 0.003},
-    {"F_Prob", "even df1 and f > 1",
-     [](const auto& a) { return a[0] > 1.0 && isEven(a[1]) && a[1] <= 2000.0 && a[2] <= 2000.0; }, false, 2e-7},
-    {"F_Prob", "even df2 and f < 1",
-     [](const auto& a) { return a[0] < 1.0 && isEven(a[2]) && a[1] <= 2000.0 && a[2] <= 2000.0; }, false, 2e-7},
+    {"F_Prob", "even df1 and f > 1", [](const auto& a) { return a[0] > 1.0 && isEven(a[1]) && a[1] <= 2000.0 && a[2] <= 2000.0; }, false,
+     2e-7},
+    {"F_Prob", "even df2 and f < 1", [](const auto& a) { return a[0] < 1.0 && isEven(a[2]) && a[1] <= 2000.0 && a[2] <= 2000.0; }, false,
+     2e-7},
     {"F_Prob", "df1 = 1, f >= 4", [](const auto& a) { return a[1] == 1.0 && a[0] >= 4.0; }, false, 0.021},
     {"F_Prob", "df1 = 1, f >= 5", [](const auto& a) { return a[1] == 1.0 && a[0] >= 5.0; }, false, 0.005},
     {"F_Prob", "df1 = 1, f >= 10", [](const auto& a) { return a[1] == 1.0 && a[0] >= 10.0; }, false, 6e-5},
@@ -975,7 +996,8 @@ const std::vector<Accuracy> accuracies = {
     {"F_Prob", "odd df1 >= 5, f > 1", [](const auto& a) { return !isEven(a[1]) && a[1] >= 5.0 && a[0] > 1.0; }, false, 0.005},
     {"F_Prob", "odd df1 >= 15, f > 1", [](const auto& a) { return !isEven(a[1]) && a[1] >= 15.0 && a[0] > 1.0; }, false, 2e-7},
     {"F_PercentPoint", "even df1, p 0.8 ... 0.99, df2 = 1", [](const auto& a) { return a[0] >= 0.8 && isEven(a[1]); }, true, 1e-5},
-    {"F_PercentPoint", "even df1, p 0.8 ... 0.99, df2 >= 2", [](const auto& a) { return a[0] >= 0.8 && isEven(a[1]) && a[2] >= 2.0; }, true, 2e-7},
+    {"F_PercentPoint", "even df1, p 0.8 ... 0.99, df2 >= 2", [](const auto& a) { return a[0] >= 0.8 && isEven(a[1]) && a[2] >= 2.0; }, true,
+     2e-7},
     {"F_PercentPoint", "df1 = 1, p 0.95, df2 <= 10", [](const auto& a) { return a[0] == 0.95 && a[1] == 1.0 && a[2] <= 10.0; }, true, 0.02},
     {"F_PercentPoint", "df1 = 1, p 0.95", [](const auto& a) { return a[0] == 0.95 && a[1] == 1.0; }, true, 0.24},
     {"F_PercentPoint", "df1 = 1, p 0.975", [](const auto& a) { return a[0] == 0.975 && a[1] == 1.0; }, true, 0.1},
@@ -1029,10 +1051,7 @@ void checkAccuracy(const std::vector<TableRow>& table, const std::set<std::strin
 
 }  // namespace
 
-TEST(DistributionsAccuracy, isWhatTheHeaderStates)
-{
-    checkAccuracy(referenceTable("distributions_textbook.csv"), {"D_GoodnessOfFit"});
-}
+TEST(DistributionsAccuracy, isWhatTheHeaderStates) { checkAccuracy(referenceTable("distributions_textbook.csv"), {"D_GoodnessOfFit"}); }
 
 // $WQ_REFERENCE_DATA/distributions.csv: exact values computed elsewhere.
 TEST(DistributionsAccuracy, isWhatTheHeaderStatesForTheReferenceData)

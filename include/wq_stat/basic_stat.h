@@ -23,7 +23,7 @@ public:
     T getLower() const { return lower; }
     T getUpper() const { return upper; }
 
-private:
+protected:
     T lower = T();
     T upper = T();
 };

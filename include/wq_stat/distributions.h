@@ -74,7 +74,8 @@ WQ_STAT_EXPORT double betaRatio(double x, double p, double q, double beta);
  *         (the two are not exchanged), so for p != q the result is not the inverse. Where the iteration circles (betaRatio
  *         jumps at half-integers), it is the x at which betaRatio crosses alpha, to the last bit. For alpha outside 0 ... 1 it is
  *         NaN, unless the iteration ends by itself (possible for p < 1), with a meaningless x close to 0 or 1. NaN where beta is
- *         NaN. Accuracy: that of betaRatio, and some 1e-8 of alpha from the iteration; see F_PercentPoint.
+ *         NaN. Accuracy: that of betaRatio, and some 1e-8 of alpha from the iteration; see F_PercentPoint. With a shape above
+ *         2^53, where p + i = p, a call may take a minute.
  */
 WQ_STAT_EXPORT double inverseBetaRatio(double alpha, double p, double q, double beta);
 

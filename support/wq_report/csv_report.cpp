@@ -29,6 +29,12 @@ Table::~Table() = default;
 CsvReport::CsvReport() = default;
 CsvReport::~CsvReport() = default;
 
+bool CsvReport::fileOpen()
+{
+    separatorDue = false;
+    return WriteFile::fileOpen();
+}
+
 void CsvReport::writeComment(const std::string& text)
 {
     std::string_view lines = text;

@@ -41,10 +41,7 @@ inline std::vector<TableRow> readTable(const std::string& path)
 }
 
 // A table made by the programs in tests/reference.
-inline std::vector<TableRow> referenceTable(const std::string& name)
-{
-    return readTable(std::string(WQ_TEST_DIR) + "/reference/" + name);
-}
+inline std::vector<TableRow> referenceTable(const std::string& name) { return readTable(std::string(WQ_TEST_DIR) + "/reference/" + name); }
 
 inline double numberIn(const std::string& cell)
 {

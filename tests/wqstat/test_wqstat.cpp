@@ -561,9 +561,9 @@ std::size_t linesRead(const TempFolder& folder, const std::vector<std::string>& 
 TEST(LineCheck, stopsAtTheLineAtWhichTheLibraryThrows)
 {
     const char* const numbers[] = {"1", "2.5", "-3", "+4", " .5", "5.", "1e3", "7 kg", "0x1f", "12"};
-    const char* const odd[] = {"x",   "-",    "+-1",  "--1",    "",        " ",       "\t",   "\r",  "\v",          ".",            "e5",
-                               "1e",  "1e+",  "1e999", "-1e999", "1e-320",  "0x",      "0x1p", "0x.p1", "inf",         "-nan",         "nan(1)",
-                               "1_0", "1,5",  "0.1e+2", "<<",     "#",       "infinit", "\xef\xbb\xbf", "99999999999", "-99999999999"};
+    const char* const odd[] = {"x", "-", "+-1", "--1", "", " ", "\t", "\r", "\v", ".", "e5", "1e", "1e+", "1e999", "-1e999", "1e-320",
+                               "0x", "0x1p", "0x.p1", "inf", "-nan", "nan(1)", "1_0", "1,5", "0.1e+2", "<<", "#", "infinit",
+                               "\xef\xbb\xbf", "99999999999", "-99999999999"};
     const char* const delimiters[] = {";", ":", "|", ";;", ":|"};
     std::mt19937 engine(20241);
     const auto pick = [&](std::size_t n) { return static_cast<std::size_t>(engine() % n); };
@@ -602,7 +602,8 @@ TEST(LineCheck, stopsAtTheLineAtWhichTheLibraryThrows)
             }
         }
     }
-    EXPECT_GT(stopped, 60);  // of 180: both ends are met
+    EXPECT_GT(stopped, 40);  // of 180: files of both kinds were met
+    EXPECT_LT(stopped, 140);
 }
 
 // ---------------------------------------------------------------- exports

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
 
 namespace wqstat {
 
@@ -18,5 +19,16 @@ class WrongUsage : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
+
+/** What read() returns; wrong usage that it meets is told with the name of the argument. */
+template <typename Read>
+auto readArgument(const std::string& argument, Read read)
+{
+    try {
+        return read();
+    } catch (const WrongUsage& problem) {
+        throw WrongUsage(argument + ": " + problem.what());
+    }
+}
 
 }  // namespace wqstat

@@ -79,13 +79,11 @@ std::string usageOf(const Function& function)
 template <typename Parameter>
 Parameter argument(const Function& function, const Arguments& texts, std::size_t i)
 {
-    Parameter value{};
-    try {
+    return readArgument(usageOf(function) + ": " + function.parameters[i], [&] {
+        Parameter value{};
         convert(texts[i], value);
-    } catch (const WrongUsage& problem) {
-        throw WrongUsage(usageOf(function) + ": " + function.parameters[i] + ": " + problem.what());
-    }
-    return value;
+        return value;
+    });
 }
 
 template <typename Result, typename... Parameters, std::size_t... i>

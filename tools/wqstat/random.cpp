@@ -53,23 +53,17 @@ class RandomNumbers final : public Command {
     {
         if (std::none_of(kinds.begin(), kinds.end(), [](const CLI::Option* kind) { return kind->count() > 0; }))
             throw WrongUsage("one of --integers, --reals and --weights is required");
-        wq_lib::RandomCpp11& generator = wq_lib::Random;
         if (low > high) throw WrongUsage("--low: " + std::to_string(low) + " is more than --high " + std::to_string(high));
         print(integers,
-              [&] { return std::to_string(generator.getInteger(static_cast<unsigned int>(low), static_cast<unsigned int>(high))); });
-        print(reals, [&] { return shortest(generator.getReal()); });
-        if (!weights.empty()) print(count, [&] { return std::to_string(generator.getInteger(weights)); });
+              [&] { return std::to_string(wq_lib::Random.getInteger(static_cast<unsigned int>(low), static_cast<unsigned int>(high))); });
+        print(reals, [&] { return shortest(wq_lib::Random.getReal()); });
+        if (!weights.empty()) print(count, [&] { return std::to_string(wq_lib::Random.getInteger(weights)); });
     }
 
     void setWeights(const std::string& text)
     {
         for (const std::string& part : commaSeparated(text)) {
-            double weight = 0.0;
-            try {
-                weight = realArgument(part);
-            } catch (const WrongUsage& problem) {
-                throw WrongUsage(std::string("--weights: ") + problem.what());
-            }
+            const double weight = readArgument("--weights", [&] { return realArgument(part); });
             if (!(weight >= 0.0 && weight <= 1.0)) throw WrongUsage("--weights: " + inQuotes(part) + " is no probability");
             weights.push_back(weight);
         }

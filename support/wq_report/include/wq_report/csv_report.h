@@ -54,6 +54,8 @@ public:
     void setSeparator(char character) { separator = character; }
     char getSeparator() const { return separator; }
 
+    bool fileOpen() override;
+
     void writeComment(const std::string& text) override;
     void writeHeader(const std::string& titles) override;
 
@@ -64,7 +66,7 @@ public:
 
     void writeEol() override;
 
-private:
+protected:
     void writeCell(bool more);
 
     char separator = ',';

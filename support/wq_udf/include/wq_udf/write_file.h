@@ -26,7 +26,7 @@ public:
     bool isAppend() const { return append; }
 
     /** Opens the named file for writing. @return false when it cannot be opened, or when a file is open already. */
-    bool fileOpen();
+    virtual bool fileOpen();
 
     /** Numbers written to the stream are in fixed notation with p digits after the point from here on. */
     void setPrecision(int p)

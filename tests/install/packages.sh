@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# The Debian packages, unpacked into an empty root folder: the tool runs from there, and a host builds against the development package.
+source "$(dirname "$0")/common.sh"
+
+command -v dpkg-deb >/dev/null || skip "dpkg-deb is missing"
+command -v dpkg-shlibdeps >/dev/null || skip "dpkg-shlibdeps is missing (Debian package: dpkg-dev)"
+
+work_in "$BUILD/tests/install/packages"
+cpack --config "$BUILD/CPackConfig.cmake" -B "$PWD/made" >cpack.txt 2>&1 || fail "$(cat cpack.txt)"
+
+for package in libwq-stat1 libwq-stat-dev wqstat; do
+    file=$(echo made/"${package}"_1.1_*.deb)
+    [ -f "$file" ] || fail "there is no package $package: $(ls made)"
+    dpkg-deb --info "$file" >"$package.info"
+    dpkg-deb --extract "$file" root
+done
+grep -q '^ Depends:.*libc6' libwq-stat1.info || fail "libwq-stat1 does not name the libraries it needs"
+grep -q '^ Depends: libwq-stat1 (= 1.1)' libwq-stat-dev.info || fail "libwq-stat-dev does not need libwq-stat1"
+grep -q '^ Depends:.*libwq-stat1 (= 1.1)' wqstat.info || fail "wqstat does not need libwq-stat1"
+
+expected=$(printf '%s\n' libwq_report.so.1 libwq_stat.so.1 libwq_udf.so.1)
+[ "$(dpkg-deb --contents made/libwq-stat1_*.deb | grep -oE 'libwq_[a-z]+\.so\.1 ' | tr -d ' ' | sort)" = "$expected" ] ||
+    fail "libwq-stat1 does not hold the three libraries"
+
+# The tool, its libraries found beside it.
+ldd root/usr/bin/wqstat | grep -q "libwq_stat.so.1 => $PWD/root/" || fail "wqstat does not use the libraries of the packages"
+root/usr/bin/wqstat --version | grep -qF 1.1 || fail "wqstat --version"
+root/usr/bin/wqstat describe "$SOURCE/examples/data/nist_numacc1.txt" | grep -qxF "sample size     : 3" || fail "wqstat describe"
+
+"$CMAKE" -S "$hosts/three_libraries" -B host -G "$GENERATOR" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_PREFIX_PATH="$PWD/root/usr" >host.txt
+"$CMAKE" --build host >>host.txt || fail "$(cat host.txt)"
