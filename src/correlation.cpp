@@ -65,12 +65,12 @@ double Correlation::t_small_n(double r, double rho, std::size_t n) const
     const double z = z_TransformSmall(r, n);
     const double zeta = z_TransformBig(rho);
     const double corrected = zeta - (3.0 * zeta + rho) / static_cast<double>(4 * n - 4);
-    return (z - corrected) * std::sqrt(static_cast<double>(n - 1));
+    return (z - corrected) * std::sqrt(static_cast<double>(n) - 1.0);
 }
 
 double Correlation::t_big_n(double r, double rho, std::size_t n) const
 {
-    return (z_TransformBig(r) - z_TransformBig(rho)) * std::sqrt(static_cast<double>(n - 3));
+    return (z_TransformBig(r) - z_TransformBig(rho)) * std::sqrt(static_cast<double>(n) - 3.0);
 }
 
 DataRange<double> Correlation::confidenceInterval(double r, std::size_t n) const

@@ -32,6 +32,7 @@ bool Frequency::autoClassWidth(std::size_t k)
 
 bool Frequency::initFrequency(std::size_t k)
 {
+    classes.reserve(k);  // refuses a k whose sum with the size would wrap
     classes.resize(classes.size() + k);
     setClasses(k);
     return true;

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <limits>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -73,6 +74,15 @@ public:
 };
 
 }  // namespace
+
+TEST(Frequency, aNumberOfClassesBeyondAllMemoryLeavesTheTable)
+{
+    wq_lib::Frequency sample;
+    sample.initFrequency(1);
+    EXPECT_THROW(sample.initFrequency(static_cast<std::size_t>(-1)), std::length_error);
+    EXPECT_EQ(sample.getTable().size(), 1u);
+    EXPECT_EQ(sample.getClasses(), 1u);
+}
 
 TEST(Frequency, newObject)
 {

@@ -11,7 +11,7 @@ namespace wq_lib {
 struct correlation_stat {
     double r = 0.0;                      ///< correlation coefficient, -1 ... 1
     double t = 0.0;                      ///< Student's t of the last t test, n - 2 degrees of freedom
-    double tSignificance = 0.0;          ///< one minus the two-sided t_Prob: the probability of a smaller |t|; negative for r < 0
+    double tSignificance = 0.0;          ///< one minus the two-sided t_Prob; negative for r < 0, and above 1 for some odd n
     double F = 0.0;                      ///< (1 + |r|) / (1 - |r|)
     double FSignificance = 0.0;          ///< upper-tail probability of F, half the two-sided one of r
     DataRange<double> confidenceLimits;  ///< in Fisher's z scale, not in r; (0, 0) when n <= 50

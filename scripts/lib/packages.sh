@@ -18,6 +18,8 @@ for_testing='
     locales             file /usr/share/i18n/locales/de_DE
     r-base-core         program Rscript
     python3             program python3
+    dpkg-dev            program dpkg-shlibdeps
+    file                program file
 '
 
 # is_present KIND WHAT
