@@ -63,13 +63,16 @@ bool BasicStatistics::readDataFile()
 {
     detail::DataLines lines(dataFile, detail::EndMarker::endsData);
     if (!lines.isOpen()) return false;
-    while (lines.next()) {
+    data.reserve(data.size() + lines.expectedLines());
+    for (;;) {
+        double x;
+        while (lines.takeNumber(x)) add(x);
+        if (!lines.next()) return !lines.hasFailed();
         if (lines.isComment())
             setComment(removeChar(std::string(lines.text()), '#'));
         else
             add(detail::readDouble(lines.text()));
     }
-    return !lines.hasFailed();
 }
 
 bool BasicStatistics::readDataFile(const std::string& name)
@@ -114,21 +117,17 @@ bool BasicStatistics::analyse()
     if (data.empty() || dataEnd - dataStart < 2) return false;
 
     const StoredRange range = storedRange(dataStart, dataEnd, data.size());
-    for (std::size_t i = range.begin; i < range.end; ++i) {
-        ++result.n;
-        detail::extendExtremes(result, data[i]);
-        result.sum += data[i];
-    }
-    const double n = static_cast<double>(result.n);
-    result.mean = result.sum / n;
-
+    const double* const begin = data.data() + range.begin;
+    const double* const end = data.data() + range.end;
+    basic_stat sums = result;  // not in place: a sum in memory makes every addition wait for the one before it to be stored
     double logSum = 0.0;
     double positiveCount = 0.0;
     double reciprocalSum = 0.0;
     double reciprocalCount = 0.0;
-    for (std::size_t i = range.begin; i < range.end; ++i) {
-        const double x = data[i];
-        result.sumOfSquares += sqr(x - result.mean);
+    for (const double* value = begin; value != end; ++value) {
+        const double x = *value;
+        detail::extendExtremes(sums, x);
+        sums.sum += x;
         if (x > 0.0) {
             logSum += std::log(x);
             positiveCount += 1.0;
@@ -140,6 +139,11 @@ bool BasicStatistics::analyse()
             reciprocalCount += 1.0;
         }
     }
+    sums.n += range.end - range.begin;
+    const double n = static_cast<double>(sums.n);
+    sums.mean = sums.sum / n;
+    for (const double* value = begin; value != end; ++value) sums.sumOfSquares += sqr(*value - sums.mean);
+    result = sums;
     result.variance = result.sumOfSquares / n;
     result.sampleVariance = result.sumOfSquares / static_cast<double>(result.n - 1);
     result.stdev = standardDeviation(result.variance);

@@ -57,20 +57,23 @@ bool BasicXyStatistics::readDataFile()
 {
     detail::DataLines lines(dataFile, detail::EndMarker::endsData);
     if (!lines.isOpen()) return false;
-    while (lines.next()) {
+    pairs.reserve(pairs.size() + lines.expectedLines());
+    for (;;) {
+        double x;
+        double y;
+        while (lines.takePair(x, y)) add(x, y);
+        if (!lines.next()) return !lines.hasFailed();
         if (lines.isComment()) {
-            comment.clear();
-            setComment(removeChar(std::string(lines.text()), '#'));
+            comment = removeChar(std::string(lines.text()), '#');
             continue;
         }
         std::string_view rest = lines.text();
         std::string_view field;
         if (!detail::takeField(rest, field)) continue;
-        const double x = detail::readDoubleOrZero(field);
-        const double y = detail::takeField(rest, field) ? detail::readDouble(field) : 0.0;
+        x = detail::readDoubleOrZero(field);
+        y = detail::takeField(rest, field) ? detail::readDouble(field) : 0.0;
         add(x, y);
     }
-    return !lines.hasFailed();
 }
 
 data_pair BasicXyStatistics::getDataPair(std::size_t i) { return pairs[i]; }
@@ -89,7 +92,7 @@ bool BasicXyStatistics::analyse()
     resetResult();
     setDataRange();
     if (pairs.empty() || dataEnd - dataStart < 1) return false;
-    detail::pairedPasses<detail::Untransformed>(*this, storedRange(dataStart, dataEnd, pairs.size()), xyResult);
+    detail::pairedPasses<detail::Untransformed>(*this, pairs, storedRange(dataStart, dataEnd, pairs.size()), xyResult);
     xyResult.covariance = xyResult.sumProducts / (static_cast<double>(xyResult.x.n) - 1.0);
     return true;
 }

@@ -1,5 +1,7 @@
 #include "data_lines.h"
 
+#include "plain_decimal.h"
+
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
@@ -15,15 +17,31 @@ constexpr std::size_t blockSize = std::size_t{1} << 16;
 
 bool isDelimiter(char c) { return c == ':' || c == ';' || c == '|'; }
 
+/** Takes a plain decimal with its sign off the text. @return its end; nullptr for what is none, and for what is left to the general conversion. */
+const char* takeDecimal(const char* text, double& value)
+{
+    const bool minus = *text == '-';
+    const PlainDecimal number = scanPlainDecimal(minus ? text + 1 : text);
+    if (!number.isConvertible() || !nearestDouble(number, value)) return nullptr;
+    if (minus) value = -value;
+    return number.end;
+}
+
 }  // namespace
 
 DataLines::DataLines(const std::string& fileName, EndMarker endMarker) : marker(endMarker)
 {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(fileName, ignored)) return;
+    std::error_code unknown;
+    if (std::filesystem::is_directory(fileName, unknown)) return;
     file.imbue(std::locale::classic());
     file.open(fileName, std::ios_base::in | std::ios_base::binary);
-    if (isOpen()) block.resize(blockSize);
+    if (!isOpen()) return;
+    block.resize(blockSize + plainDecimalSlack);
+    readOn();
+    const std::uintmax_t size = filled == blockSize ? std::filesystem::file_size(fileName, unknown) : 0;
+    if (unknown || size <= blockSize) return;
+    const auto lines = static_cast<std::uintmax_t>(std::count(block.begin(), block.end(), '\n'));
+    expected = static_cast<std::size_t>((size / blockSize + 1) * lines);
 }
 
 bool DataLines::next()
@@ -35,6 +53,36 @@ bool DataLines::next()
         return comment || marker == EndMarker::isData || line.substr(0, 2) != "<<";
     }
     return false;
+}
+
+bool DataLines::takeNumber(double& value)
+{
+    double number = 0.0;
+    if (finished || !endLine(takeDecimal(block.data() + position, number))) return false;
+    value = number;
+    return true;
+}
+
+bool DataLines::takePair(double& first, double& second)
+{
+    if (finished) return false;
+    double x = 0.0;
+    double y = 0.0;
+    const char* const delimiter = takeDecimal(block.data() + position, x);
+    if (delimiter == nullptr || !isDelimiter(*delimiter) || !endLine(takeDecimal(delimiter + 1, y))) return false;
+    first = x;
+    second = y;
+    return true;
+}
+
+/** Moves behind the line when what was read up to end is all of it. */
+bool DataLines::endLine(const char* end)
+{
+    if (end == nullptr) return false;
+    if (*end == '\r') ++end;
+    if (*end != '\n') return false;
+    position = static_cast<std::size_t>(end + 1 - block.data());
+    return true;
 }
 
 /** Makes the next line of the file the current one. @return false when there is none. */
@@ -62,10 +110,12 @@ void DataLines::readOn()
     std::copy(block.begin() + static_cast<std::ptrdiff_t>(position), block.begin() + static_cast<std::ptrdiff_t>(filled), block.begin());
     filled -= position;
     position = 0;
-    if (!file) return;
-    file.read(block.data() + filled, static_cast<std::streamsize>(block.size() - filled));
-    filled += static_cast<std::size_t>(file.gcount());
-    failed = file.bad();
+    if (file) {
+        file.read(block.data() + filled, static_cast<std::streamsize>(blockSize - filled));
+        filled += static_cast<std::size_t>(file.gcount());
+        failed = file.bad();
+    }
+    std::fill_n(block.begin() + static_cast<std::ptrdiff_t>(filled), plainDecimalSlack, '\0');  // no number goes on behind the end
 }
 
 bool takeField(std::string_view& rest, std::string_view& field)

@@ -27,6 +27,18 @@ public:
     /** Moves to the next line. @return false at the end of the data. */
     bool next();
 
+    /** How many lines the file seems to hold, by its size and its first block; 0 when that is not known, or few. */
+    std::size_t expectedLines() const { return expected; }
+
+    /**
+     * Takes the next line when it is nothing but a plain decimal; next() takes all others.
+     * @return false, with the value unchanged, when it is not taken.
+     */
+    bool takeNumber(double& value);
+
+    /** Takes the next line when it is nothing but two plain decimals with a ':', ';' or '|' between them. */
+    bool takePair(double& first, double& second);
+
     /** The current line, valid until the next call of next(). */
     std::string_view text() const { return line; }
 
@@ -38,6 +50,7 @@ public:
 
 private:
     bool takeLine();
+    bool endLine(const char* end);
     void readOn();
 
     std::ifstream file;
@@ -45,6 +58,7 @@ private:
     std::vector<char> block;
     std::size_t position = 0;  // of the next line in block
     std::size_t filled = 0;    // characters in block
+    std::size_t expected = 0;
     std::string_view line;
     bool comment = false;
     bool finished = false;

@@ -38,6 +38,12 @@ double logGammaProduct(double x)
     return sum;
 }
 
+/**
+ * Whether a term no longer changes a sum. Where a host rounds upwards every term changes it; there a term ends the series that is far
+ * below the last digit.
+ */
+bool changesNothing(double term, double sum) { return sum + term == sum || std::fabs(term) < 1e-20 * std::fabs(sum); }
+
 double logBeta(double p, double q) { return lnGamma(p) + lnGamma(q) - lnGamma(p + q); }
 
 }  // namespace
@@ -100,7 +106,7 @@ double betaRatio(double x, double p, double q, double beta)
         if (sum >= std::fabs(term) && 1e-7 * sum >= std::fabs(term)) break;
 
         // Where the sum is negative that never holds. The terms shrink from here on and change nothing, or there are none.
-        const bool settled = ns <= 0 && std::fabs(xx * rx) <= pp + i && sum + term == sum;
+        const bool settled = ns <= 0 && std::fabs(xx * rx) <= pp + i && changesNothing(term, sum);
         if (term == 0.0 || !std::isfinite(sum) || settled) break;
     }
     const double result = sum * std::exp(pp * std::log(xx) + (qq - 1.0) * std::log(cx) - beta) / pp;
@@ -155,7 +161,9 @@ double inverseBetaRatio(double alpha, double p, double q, double beta)
         double correction = d;
         double candidate = x - correction;
         while ((candidate <= 0.0 || candidate >= 1.0) && candidate != x) {
+            const double whole = correction;
             correction = correction / 2.0;
+            if (correction == whole) break;  // the smallest number, rounded upwards
             candidate = x - correction;
         }
         if (candidate <= 0.0 || candidate >= 1.0) break;
@@ -286,7 +294,7 @@ double t_Prob(double t, std::size_t df, bool oneSided)
         for (std::size_t k = oddDegrees ? 3 : 2; k < df; k += 2) {
             const double factor = static_cast<double>(k);
             term = term * sqr(c) * (factor - 1.0) / factor;
-            if (sum + term == sum) break;  // the terms only shrink
+            if (changesNothing(term, sum)) break;  // the terms only shrink
             sum = sum + term;
             if (std::isnan(sum)) break;
         }

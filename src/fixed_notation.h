@@ -2,6 +2,8 @@
 #ifndef WQ_STAT_SRC_FIXED_NOTATION_H
 #define WQ_STAT_SRC_FIXED_NOTATION_H
 
+#include "wide_product.h"
+
 #include <charconv>
 #include <cstdint>
 #include <cstring>
@@ -15,20 +17,29 @@ constexpr char digitPairs[] =
     "00010203040506070809101112131415161718192021222324252627282930313233343536373839404142434445464748495051525354555657585960"
     "616263646566676869707172737475767778798081828384858687888990919293949596979899";
 
-/** high 2^64 + low */
-struct Wide {
-    std::uint64_t high;
-    std::uint64_t low;
-};
+/** Writes the pair of digits of a number below 100. */
+inline void writePair(char* out, std::uint32_t number) { std::memcpy(out, digitPairs + 2 * number, 2); }
 
-inline Wide product(std::uint64_t a, std::uint64_t b)
+/** Writes a number below 10^8 as eight digits. */
+inline void writeEightDigits(char* out, std::uint32_t number)
 {
-    const std::uint64_t aHigh = a >> 32, aLow = a & 0xFFFFFFFFu;
-    const std::uint64_t bHigh = b >> 32, bLow = b & 0xFFFFFFFFu;
-    const std::uint64_t low = aLow * bLow;
-    const std::uint64_t middle1 = aHigh * bLow + (low >> 32);
-    const std::uint64_t middle2 = aLow * bHigh + (middle1 & 0xFFFFFFFFu);
-    return {aHigh * bHigh + (middle1 >> 32) + (middle2 >> 32), (middle2 << 32) | (low & 0xFFFFFFFFu)};
+    const std::uint32_t high = number / 10000;
+    const std::uint32_t low = number % 10000;
+    writePair(out, high / 100);
+    writePair(out + 2, high % 100);
+    writePair(out + 4, low / 100);
+    writePair(out + 6, low % 100);
+}
+
+/** Writes a number as so many digits, which are enough for it. @return the end. */
+inline char* writeDigits(char* out, std::uint64_t number, int count)
+{
+    char* const end = out + count;
+    for (; count >= 8; number /= 100000000u) writeEightDigits(out + (count -= 8), static_cast<std::uint32_t>(number % 100000000u));
+    auto rest = static_cast<std::uint32_t>(number);
+    for (; count >= 2; rest /= 100) writePair(out + (count -= 2), rest % 100);
+    if (count == 1) *out = static_cast<char>('0' + rest);
+    return end;
 }
 
 /** A number divided by 2^shift, 0 < shift < 128: quotient, and what is left compared with one half. */
@@ -99,11 +110,7 @@ inline char* writeFixed(char* out, double value, int decimals)
     out = std::to_chars(out, out + 20, whole).ptr;
     if (decimals == 0) return out;
     *out++ = '.';
-    char* const end = out + decimals;
-    char* digit = end;
-    for (; digit - out >= 2; fraction /= 100) std::memcpy(digit -= 2, digitPairs + 2 * (fraction % 100), 2);
-    if (digit != out) *out = static_cast<char>('0' + fraction);
-    return end;
+    return writeDigits(out, fraction, decimals);
 }
 
 }  // namespace wq_lib::detail

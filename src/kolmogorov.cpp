@@ -23,11 +23,12 @@ KolmogorovSmirnov2::~KolmogorovSmirnov2() = default;
 
 void KolmogorovSmirnov2::cumulative()
 {
+    const detail::StoredRange range = detail::storedRange(dataStart, dataEnd, pairs.size());
+    cumulativeFrequencies.reserve(cumulativeFrequencies.size() + (range.end - range.begin));  // all of them, or none
     n1 = 0;
     n2 = 0;
     double c1 = 0.0;
     double c2 = 0.0;
-    const detail::StoredRange range = detail::storedRange(dataStart, dataEnd, pairs.size());
     for (std::size_t i = range.begin; i < range.end; ++i) {
         const data_pair pair = getDataPair(i);
         c1 = c1 + pair.x;

@@ -5,6 +5,7 @@
 #include "to_integer.h"
 
 #include <array>
+#include <cfenv>
 #include <cstddef>
 
 namespace wq_lib::detail {
@@ -17,7 +18,11 @@ public:
     template <typename LogGamma>
     explicit LogGammaTable(LogGamma&& logGamma)
     {
+        // The values outlive the call that happens to be the first, so they must not depend on the rounding mode of its host.
+        const int modeOfHost = std::fegetround();
+        std::fesetround(FE_TONEAREST);
         for (std::size_t i = 1; i < values.size(); ++i) values[i] = logGamma(static_cast<double>(i) / 2.0);
+        std::fesetround(modeOfHost);
     }
 
     /** @return the entry of x; nullptr for an x that is not in the table. */

@@ -1,5 +1,7 @@
 #include "number_reading.h"
 
+#include "plain_decimal.h"
+
 #include <charconv>
 #include <cfloat>
 #include <climits>
@@ -161,31 +163,17 @@ LeadingNumber hexadecimalNumber(std::string_view text)
     return roundedBinary(bits, exponent, more);
 }
 
-/**
- * A number of at most 15 digits without an exponent: both the digits and the power of ten are exact doubles, so their quotient is
- * rounded once, as it must be. Not found for any other number.
- */
-LeadingNumber shortDecimal(std::string_view text)
+/** A plain decimal of up to 19 digits; not found for any other number, and for the few that need a general conversion. */
+LeadingNumber plainDecimal(std::string_view text)
 {
-    static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    const char* const begin = text.data();
-    const char* const end = begin + text.size();
-    const char* c = begin;
-    std::uint64_t digits = 0;  // of up to 20 characters; it may wrap where there are too many
-    for (; c != end && isDigit(*c); ++c) digits = 10 * digits + static_cast<std::uint64_t>(*c - '0');
-    std::ptrdiff_t count = c - begin;
-    std::ptrdiff_t decimals = 0;
-    if (c != end && *c == '.') {
-        const char* const point = c++;
-        for (; c != end && isDigit(*c); ++c) digits = 10 * digits + static_cast<std::uint64_t>(*c - '0');
-        decimals = c - point - 1;
-        count += decimals;
-    }
+    constexpr std::size_t longest = mostPlainDigits + 2;  // with its point and the character behind it
+    char characters[longest + plainDecimalSlack] = {};
+    text.copy(characters, longest);
+    const PlainDecimal plain = scanPlainDecimal(characters);
     LeadingNumber number;
-    if (count < 1 || count > 15) return number;
-    if (c != end && (*c == 'e' || *c == 'E' || *c == 'x' || *c == 'X')) return number;
-    number.found = true;
-    number.value = static_cast<double>(digits) / powers[decimals];
+    const char next = *plain.end;
+    if (!plain.isConvertible() || next == 'e' || next == 'E' || next == 'x' || next == 'X') return number;
+    number.found = nearestDouble(plain, number.value);
     return number;
 }
 
@@ -203,7 +191,7 @@ LeadingNumber leadingNumber(std::string_view text)
     if (minus || at(text, 0) == '+') text.remove_prefix(1);
     if (at(text, 0) == '-') return {};  // from_chars would take a second sign
 
-    LeadingNumber number = shortDecimal(text.substr(0, 20));
+    LeadingNumber number = plainDecimal(text);
     if (!number.found && at(text, 0) == '0' && (at(text, 1) == 'x' || at(text, 1) == 'X')) number = hexadecimalNumber(text.substr(2));
     if (!number.found) number = decimalNumber(text);
     if (minus && number.found) number.value = -number.value;

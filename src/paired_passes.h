@@ -2,6 +2,7 @@
 #ifndef WQ_STAT_SRC_PAIRED_PASSES_H
 #define WQ_STAT_SRC_PAIRED_PASSES_H
 
+#include "pair_source.h"
 #include "sample_extremes.h"
 #include "stored_range.h"
 
@@ -10,6 +11,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <vector>
 
 namespace wq_lib::detail {
 
@@ -43,37 +45,46 @@ struct LogarithmOfBoth {
 
 /**
  * Fills count, extremes (of the values as they are), sums, means, sums of squares and products, and variances of a freshly reset
- * record; not the covariance. Every pair is read through the sample's getDataPair. The first pass leaves out the pairs that the
- * transformation does not keep; the second takes all of them in, so that a value without a logarithm shows in the sums of squares.
+ * record; not the covariance. The first pass leaves out the pairs that the transformation does not keep; the second takes all of
+ * them in, so that a value without a logarithm shows in the sums of squares.
  */
-template <typename Transformation>
-void pairedPasses(BasicXyStatistics& sample, StoredRange range, xy_stat& result)
+template <typename Transformation, typename Pairs>
+void pairedPasses(const Pairs& pairs, StoredRange range, xy_stat& result)
 {
+    xy_stat sums = result;  // a record in memory would make every addition wait for the one before it to be stored
     for (std::size_t i = range.begin; i < range.end; ++i) {
-        const data_pair pair = sample.getDataPair(i);
+        const data_pair pair = pairs[i];
         if (!Transformation::keeps(pair)) continue;
-        ++result.x.n;
-        extendExtremes(result.x, pair.x);
-        extendExtremes(result.y, pair.y);
-        result.x.sum += Transformation::x(pair);
-        result.y.sum += Transformation::y(pair);
+        ++sums.x.n;
+        extendExtremes(sums.x, pair.x);
+        extendExtremes(sums.y, pair.y);
+        sums.x.sum += Transformation::x(pair);
+        sums.y.sum += Transformation::y(pair);
     }
-    const double n = static_cast<double>(result.x.n);
-    result.x.mean = result.x.sum / n;
-    result.y.mean = result.y.sum / n;
+    const double n = static_cast<double>(sums.x.n);
+    sums.x.mean = sums.x.sum / n;
+    sums.y.mean = sums.y.sum / n;
 
     for (std::size_t i = range.begin; i < range.end; ++i) {
-        const data_pair pair = sample.getDataPair(i);
-        const double dx = Transformation::x(pair) - result.x.mean;
-        const double dy = Transformation::y(pair) - result.y.mean;
-        result.x.sumOfSquares += sqr(dx);
-        result.y.sumOfSquares += sqr(dy);
-        result.sumProducts += dx * dy;
+        const data_pair pair = pairs[i];
+        const double dx = Transformation::x(pair) - sums.x.mean;
+        const double dy = Transformation::y(pair) - sums.y.mean;
+        sums.x.sumOfSquares += sqr(dx);
+        sums.y.sumOfSquares += sqr(dy);
+        sums.sumProducts += dx * dy;
     }
-    result.x.variance = result.x.sumOfSquares / n;
-    result.x.sampleVariance = result.x.sumOfSquares / (n - 1.0);
-    result.y.variance = result.y.sumOfSquares / n;
-    result.y.sampleVariance = result.y.sumOfSquares / (n - 1.0);
+    sums.x.variance = sums.x.sumOfSquares / n;
+    sums.x.sampleVariance = sums.x.sumOfSquares / (n - 1.0);
+    sums.y.variance = sums.y.sumOfSquares / n;
+    sums.y.sampleVariance = sums.y.sumOfSquares / (n - 1.0);
+    result = sums;
+}
+
+/** The same for a sample: its stored pairs, or what an override of getDataPair makes of them. */
+template <typename Transformation>
+void pairedPasses(BasicXyStatistics& sample, const std::vector<data_pair>& stored, StoredRange range, xy_stat& result)
+{
+    withPairs(sample, stored, [&](const auto& pairs) { pairedPasses<Transformation>(pairs, range, result); });
 }
 
 }  // namespace wq_lib::detail

@@ -1,5 +1,7 @@
 #include <wq_stat/random.h>
 
+#include <cmath>
+#include <cstdint>
 #include <utility>
 
 namespace wq_lib {
@@ -50,7 +52,7 @@ void RandomCpp11::initialize()
 unsigned int RandomCpp11::getInteger()
 {
     ++draws;
-    return std::uniform_int_distribution<unsigned int>(0, 0xFFFFFFFF)(engine);
+    return static_cast<unsigned int>(engine());  // what a uniform distribution over all 32-bit integers gives
 }
 
 unsigned int RandomCpp11::getInteger(unsigned int n)
@@ -65,8 +67,12 @@ unsigned int RandomCpp11::getInteger(std::vector<double> weights) { return Rando
 
 double RandomCpp11::getReal()
 {
+    // As std::generate_canonical<double, 53> with this engine: two draws, the first one less significant.
     ++draws;
-    return std::uniform_real_distribution<double>(0.0, 1.0)(engine);
+    const double low = static_cast<double>(static_cast<std::uint32_t>(engine()));
+    const double high = static_cast<double>(static_cast<std::uint32_t>(engine()));
+    const double real = (low + high * 0x1p32) * 0x1p-64;
+    return real < 1.0 ? real : std::nextafter(1.0, 0.0);  // the sum may have been rounded up
 }
 
 RandomCpp11 Random;

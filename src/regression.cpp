@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <string_view>
+#include <vector>
 
 namespace wq_lib {
 
@@ -95,11 +96,12 @@ namespace {
 
 /** Fills the paired record from the logarithms. There is no least number of pairs. */
 template <typename Transformation>
-bool fillTransformed(BasicXyStatistics& sample, std::size_t stored, xy_stat& result)
+bool fillTransformed(BasicXyStatistics& sample, const std::vector<data_pair>& stored, xy_stat& result)
 {
     sample.resetResult();
     sample.setDataRange();
-    detail::pairedPasses<Transformation>(sample, detail::storedRange(sample.getDataStart(), sample.getDataEnd(), stored), result);
+    const detail::StoredRange range = detail::storedRange(sample.getDataStart(), sample.getDataEnd(), stored.size());
+    detail::pairedPasses<Transformation>(sample, stored, range, result);
     return true;
 }
 
@@ -142,7 +144,7 @@ LogarithmicRegression::~LogarithmicRegression() = default;
 
 bool LogarithmicRegression::analyseDataPair()
 {
-    return fillTransformed<detail::LogarithmOfX>(*this, pairs.size(), xyResult);
+    return fillTransformed<detail::LogarithmOfX>(*this, pairs, xyResult);
 }
 
 void LogarithmicRegression::reportConsole()
@@ -165,7 +167,7 @@ bool ExponentialRegression::analyse()
 
 bool ExponentialRegression::analyseDataPair()
 {
-    return fillTransformed<detail::LogarithmOfY>(*this, pairs.size(), xyResult);
+    return fillTransformed<detail::LogarithmOfY>(*this, pairs, xyResult);
 }
 
 void ExponentialRegression::reportConsole()
@@ -188,7 +190,7 @@ bool PowerRegression::analyse()
 
 bool PowerRegression::analyseDataPair()
 {
-    return fillTransformed<detail::LogarithmOfBoth>(*this, pairs.size(), xyResult);
+    return fillTransformed<detail::LogarithmOfBoth>(*this, pairs, xyResult);
 }
 
 void PowerRegression::reportConsole()

@@ -36,29 +36,53 @@ void insertionSort(double* values, std::size_t n)
     }
 }
 
+/** What one look at values tells. */
+struct Look {
+    double smallest;
+    double largest;
+    bool numbers;  // no NaN among the values; else the extremes mean nothing
+};
+
+/** @param n at least 1. */
+Look lookAt(const double* values, std::size_t n)
+{
+    // Four of everything side by side hide each other's waiting time.
+    constexpr std::size_t chains = 4;
+    double low[chains];
+    double high[chains];
+    std::uint64_t notNumbers[chains] = {};
+    std::fill_n(low, chains, values[0]);
+    std::fill_n(high, chains, values[0]);
+    const auto take = [&](std::size_t chain, double value) {
+        low[chain] = value < low[chain] ? value : low[chain];
+        high[chain] = value > high[chain] ? value : high[chain];
+        notNumbers[chain] += value != value ? 1 : 0;
+    };
+    std::size_t i = 0;
+    for (; i + chains <= n; i += chains)
+        for (std::size_t chain = 0; chain < chains; ++chain) take(chain, values[i + chain]);
+    for (; i < n; ++i) take(0, values[i]);
+    return {*std::min_element(low, low + chains), *std::max_element(high, high + chains),
+            std::all_of(notNumbers, notNumbers + chains, [](std::uint64_t count) { return count == 0; })};
+}
+
+/** Whether the values ascend; false where a NaN is among them. */
+bool isAscending(const double* values, std::size_t n)
+{
+    for (std::size_t i = 1; i < n; ++i)
+        if (!(values[i - 1] <= values[i])) return false;
+    return n != 1 || !std::isnan(values[0]);
+}
+
 /**
- * A linear map of the values to buckets 0 ... count - 1. A larger value never goes to a lower bucket, since a difference and a
+ * A linear map of values to buckets 0 ... count - 1. A larger value never goes to a lower bucket, since a difference and a
  * product with a positive number stay in order when rounded.
  */
 class LinearMap {
 public:
-    LinearMap(const double* values, std::size_t n, std::size_t count)
+    LinearMap(const Look& look, std::size_t count)
+        : smallest(look.smallest), scale(static_cast<double>(count - 1) / (look.largest - look.smallest))
     {
-        // Four extremes side by side hide each other's waiting time.
-        std::array<double, 4> low;
-        std::array<double, 4> high;
-        low.fill(values[0]);
-        high.fill(values[0]);
-        const auto take = [&](std::size_t chain, double value) {
-            low[chain] = value < low[chain] ? value : low[chain];
-            high[chain] = value > high[chain] ? value : high[chain];
-        };
-        std::size_t i = 0;
-        for (; i + 4 <= n; i += 4)
-            for (std::size_t chain = 0; chain < 4; ++chain) take(chain, values[i + chain]);
-        for (; i < n; ++i) take(0, values[i]);
-        smallest = *std::min_element(low.begin(), low.end());
-        scale = static_cast<double>(count - 1) / (*std::max_element(high.begin(), high.end()) - smallest);
     }
 
     /** False for infinite values, for those too far apart or too close together to divide, and for values that are all equal. */
@@ -138,10 +162,10 @@ void radixSort(double* values, double* scratch, std::size_t n, DigitCounts* coun
 }
 
 /** Sorts up to cachedValues values from one place to another: about one value per bucket, then a short insertion pass. */
-void sortFew(double* from, double* to, std::size_t n, Workspace& space, int depth)
+void sortFew(double* from, double* to, std::size_t n, Workspace& space, int depth, const Look& look)
 {
     if (n > fewValues && depth < deepest) {
-        const LinearMap bucket(from, n, n);
+        const LinearMap bucket(look, n);
         std::uint32_t* const counts = space.bucketCounts(depth);
         std::uint32_t largest = 0;
         if (bucket.isUsable()) {
@@ -161,7 +185,7 @@ void sortFew(double* from, double* to, std::size_t n, Workspace& space, int dept
                 const std::size_t size = counts[i] - begin;
                 if (size > fewValues) {
                     std::copy(to + begin, to + begin + size, from + begin);
-                    sortFew(from + begin, to + begin, size, space, depth + 1);
+                    sortFew(from + begin, to + begin, size, space, depth + 1, lookAt(from + begin, size));
                 } else {
                     insertionSort(to + begin, size);
                 }
@@ -180,15 +204,15 @@ void sortFew(double* from, double* to, std::size_t n, Workspace& space, int dept
 }
 
 /** Sorts any number of values in place: scattered into pieces that fit the cache, each sorted back. */
-void sortMany(double* values, double* scratch, std::size_t n, Workspace& space, int depth)
+void sortMany(double* values, double* scratch, std::size_t n, Workspace& space, int depth, const Look& look)
 {
     if (n <= cachedValues) {
         std::copy(values, values + n, scratch);
-        sortFew(scratch, values, n, space, 0);
+        sortFew(scratch, values, n, space, 0, look);
         return;
     }
     const std::size_t pieces = std::min(mostPieces, n / (cachedValues / 4));
-    const LinearMap piece(values, n, pieces);
+    const LinearMap piece(look, pieces);
     if (!piece.isUsable() || depth == deepest) {
         radixSort(values, scratch, n, space.digitCounts());
         return;
@@ -205,10 +229,10 @@ void sortMany(double* values, double* scratch, std::size_t n, Workspace& space, 
     for (std::size_t i = 0; i < pieces; ++i) {
         const std::size_t size = counts[i] - begin;
         if (size <= cachedValues) {
-            sortFew(scratch + begin, values + begin, size, space, 0);
+            if (size > 0) sortFew(scratch + begin, values + begin, size, space, 0, lookAt(scratch + begin, size));
         } else {
             std::copy(scratch + begin, scratch + begin + size, values + begin);
-            sortMany(values + begin, scratch + begin, size, space, depth + 1);
+            sortMany(values + begin, scratch + begin, size, space, depth + 1, lookAt(values + begin, size));
         }
         begin += size;
     }
@@ -218,17 +242,21 @@ void sortMany(double* values, double* scratch, std::size_t n, Workspace& space, 
 
 void sortSample(std::vector<double>& data)
 {
-    const auto isNumber = [](double x) { return !std::isnan(x); };
-    auto numbersEnd = data.end();
-    if (!std::all_of(data.begin(), data.end(), isNumber)) numbersEnd = std::stable_partition(data.begin(), data.end(), isNumber);
-    const auto n = static_cast<std::size_t>(numbersEnd - data.begin());
-    if (std::is_sorted(data.begin(), numbersEnd)) return;
+    std::size_t n = data.size();
+    double* const values = data.data();
+    if (isAscending(values, n)) return;
+    Look look = lookAt(values, n);
+    if (!look.numbers) {
+        n = static_cast<std::size_t>(std::stable_partition(values, values + n, [](double x) { return !std::isnan(x); }) - values);
+        if (isAscending(values, n)) return;
+        look = lookAt(values, n);
+    }
     if (n > UINT32_MAX) {
-        std::stable_sort(data.begin(), numbersEnd);
+        std::stable_sort(values, values + n);
         return;
     }
     Workspace space(n);
-    sortMany(data.data(), space.scratch(), n, space, 0);
+    sortMany(values, space.scratch(), n, space, 0, look);
 }
 
 }  // namespace wq_lib::detail

@@ -10,6 +10,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <new>
+#include <utility>
+#include <vector>
 
 namespace wq_lib {
 
@@ -41,24 +45,38 @@ bool SingleAnova::createSeries()
     for (std::size_t i = 0; i < groups.size(); ++i)
         if (!std::isnan(groups[i].id)) index.findOrEnter(groups[i].id, i);
 
-    // Positions first, so that every group grows once.
-    std::vector<std::size_t> positions;
+    // Positions and counts first, so that the list of groups, and then every group, grows once.
+    std::vector<std::uint32_t> positions;
     std::vector<std::size_t> counts(groups.size());
+    std::vector<double> newIds;
     positions.reserve(pairs.size());
     for (const data_pair& pair : pairs) {
-        std::size_t position = std::isnan(pair.x) ? index.none : index.findOrEnter(pair.x, groups.size());
+        std::size_t position = std::isnan(pair.x) ? index.none : index.findOrEnter(pair.x, counts.size());
         if (position == index.none) {
-            position = groups.size();
-            createGroup(pair.x);
+            position = counts.size();
+            if (position > UINT32_MAX) throw std::bad_alloc();  // so many groups fit no memory
             counts.push_back(0);
+            newIds.push_back(pair.x);
         }
         ++counts[position];
-        positions.push_back(position);
+        positions.push_back(static_cast<std::uint32_t>(position));
     }
-    for (std::size_t i = 0; i < groups.size(); ++i) groups[i].observations.reserve(groups[i].observations.size() + counts[i]);
 
+    // All memory before the first change, so that everything is gathered or nothing.
     std::vector<double*> ends;
-    ends.reserve(groups.size());
+    ends.reserve(counts.size());
+    for (std::size_t i = 0; i < groups.size(); ++i) groups[i].observations.reserve(groups[i].observations.size() + counts[i]);
+    std::vector<anova_group> newGroups(newIds.size());
+    for (std::size_t i = 0; i < newIds.size(); ++i) {
+        newGroups[i].id = newIds[i];
+        newGroups[i].observations.reserve(counts[groups.size() + i]);
+    }
+    groups.reserve(counts.size());
+
+    for (anova_group& group : newGroups) {
+        groups.push_back(std::move(group));
+        increaseGroups();
+    }
     for (std::size_t i = 0; i < groups.size(); ++i) {
         std::vector<double>& observations = groups[i].observations;
         observations.resize(observations.size() + counts[i]);
@@ -99,16 +117,20 @@ bool SingleAnova::analyse()
 {
     resetResult();
     for (anova_group& group : groups) {
-        group.sum = 0.0;
-        group.sumSquaredObservations = 0.0;
+        double sum = 0.0;
+        double sumSquaredGroup = 0.0;
         for (const double y : group.observations) {
-            group.sum += y;
-            group.sumSquaredObservations += sqr(y);
+            sum += y;
+            sumSquaredGroup += sqr(y);
         }
+        group.sum = sum;
+        group.sumSquaredObservations = sumSquaredGroup;
         group.n = static_cast<std::int64_t>(group.observations.size());
         const double n = static_cast<double>(group.n);
         group.mean = group.sum / n;
-        for (const double y : group.observations) group.sumOfSquares += sqr(y - group.mean);  // goes on from the last analysis
+        double sumOfSquares = group.sumOfSquares;  // goes on from the last analysis
+        for (const double y : group.observations) sumOfSquares += sqr(y - group.mean);
+        group.sumOfSquares = sumOfSquares;
         group.variance = group.n > 1 ? group.sumOfSquares / static_cast<double>(group.n - 1) : 0.0;
 
         totalObservations += group.n;

@@ -1,12 +1,14 @@
 // Where the library takes a faster way than the plain one, both give the same bits. The plain counterparts stand here.
 
 #include "support/bits.h"
-#include "support/console.h"
 #include "support/files.h"
+#include "../src/wide_product.h"
 
 #include <wq_report/csv_report.h>
 #include <wq_stat/basic_stat.h>
+#include <wq_stat/basic_xy_stat.h>
 #include <wq_stat/distributions.h>
+#include <wq_stat/random.h>
 
 #include <gtest/gtest.h>
 
@@ -158,31 +160,142 @@ TEST(FastPaths, fixedNotationAtTheEdges)
 
 // ---------------------------------------------------------------- text to numbers
 
-TEST(FastPaths, shortDecimalsAreThoseOfTheStandardConversion)
+std::string digits(Generator& random, std::uint64_t count)
 {
-    Generator random(11);
+    std::string text;
+    for (; count > 0; --count) text += static_cast<char>('0' + random() % 10);
+    return text;
+}
+
+/** Numbers as people and programs write them, and others that are close to the plain ones. */
+std::string numberToRead(Generator& random)
+{
+    std::string number;
+    if (random() % 4 == 0) number += random() % 2 == 0 ? "-" : "+";
+    number += digits(random, random() % 12);
+    if (random() % 3 != 0) number += "." + digits(random, random() % 14);
+    if (number.find_first_of("0123456789") == std::string::npos) number += '7';
+    if (random() % 8 == 0) number += "e" + std::to_string(static_cast<int>(random() % 40) - 20);
+    if (random() % 8 == 0) number += random() % 2 == 0 ? " kg" : "\t/";
+    return number;
+}
+
+/** Up to 21 digits; often next to the middle between two doubles, where rounding is hardest. */
+std::string longDecimal(Generator& random)
+{
+    if (random() % 2 == 0) {
+        const std::uint64_t whole = random() % 19 + 1;
+        return digits(random, whole) + "." + digits(random, random() % (21 - whole));
+    }
+    const double value = std::ldexp(static_cast<double>((random() >> 11) | (std::uint64_t{1} << 52)), -static_cast<int>(random() % 60));
+    const double half = std::ldexp(1.0, std::ilogb(value) - 53);
+    const long double middle = static_cast<long double>(value) + static_cast<long double>(half);
+    char text[64];
+    std::snprintf(text, sizeof text, "%.*Lf", static_cast<int>(random() % 18), middle);
+    return text;
+}
+
+/** Every line read as a sample is what std::stod gives. */
+void expectReadAsByStod(const std::vector<std::string>& lines)
+{
     std::string text;
     std::vector<double> expected;
-    for (int i = 0; i < 200000; ++i) {
-        std::string number;
-        if (random() % 4 == 0) number += random() % 2 == 0 ? "-" : "+";
-        for (std::uint64_t k = random() % 12; k > 0; --k) number += static_cast<char>('0' + random() % 10);
-        if (random() % 3 != 0) {
-            number += '.';
-            for (std::uint64_t k = random() % 14; k > 0; --k) number += static_cast<char>('0' + random() % 10);
-        }
-        if (number.find_first_of("0123456789") == std::string::npos) number += '7';
-        if (random() % 8 == 0) number += "e" + std::to_string(static_cast<int>(random() % 40) - 20);
-        if (random() % 8 == 0) number += random() % 2 == 0 ? " kg" : "\t;";
-        expected.push_back(std::stod(number));
-        text += number + "\n";
+    for (const std::string& line : lines) {
+        text += line + "\n";
+        expected.push_back(std::stod(line));
     }
     const wq_test::TempFolder folder;
     wq_lib::BasicStatistics sample;
     ASSERT_TRUE(sample.readDataFile(folder.write("numbers.txt", text)));
     ASSERT_EQ(sample.getSampleSize(), expected.size());
     std::size_t wrong = 0;
-    for (std::size_t i = 0; i < expected.size(); ++i) wrong += wq_test::sameBits(sample.getDataPoint(i), expected[i]) ? 0u : 1u;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        if (wq_test::sameBits(sample.getDataPoint(i), expected[i])) continue;
+        if (++wrong < 10) ADD_FAILURE() << lines[i] << " is read as " << sample.getDataPoint(i);
+    }
+    EXPECT_EQ(wrong, 0u);
+}
+
+TEST(FastPaths, decimalsAreThoseOfTheStandardConversion)
+{
+    Generator random(11);
+    std::vector<std::string> lines(200000);
+    for (std::string& line : lines) line = numberToRead(random);
+    expectReadAsByStod(lines);
+}
+
+TEST(FastPaths, longDecimalsAreThoseOfTheStandardConversion)
+{
+    Generator random(12);
+    std::vector<std::string> lines(400000);
+    for (std::string& line : lines) line = longDecimal(random);
+    expectReadAsByStod(lines);
+}
+
+TEST(FastPaths, decimalsAtTheEdges)
+{
+    expectReadAsByStod({"9007199254740991", "9007199254740992", "9007199254740993", "9007199254740994", "9007199254740995",
+                        "4503599627370496.5", "4503599627370497.5", "4503599627370496.500000000000001", "0.5000000000000000000",
+                        "0.1250000000000000000", "1.000000000000000000", "9999999999999999999", "9.999999999999999999",
+                        "0.9999999999999999999", "18446744073709551615", "18446744073709551616", "10000000000000000000",
+                        "0.0000000000000000001", "0.0000000000000000000", "-0.0", "-0", "00000000000000000001", "0000000000000000000.5",
+                        "12345678", "123456789", "1234567.", ".12345678", "1.", ".5", "-.5", "1.5\r", "1.5 ", " 1.5", "1..5", "1.5.5", "1e5",
+                        "1.5E-3", "0x10", "0x1p3", "17976931348623157000", "5e-1"});
+}
+
+TEST(FastPaths, pairsAreReadAsByStodAcrossBlocks)
+{
+    Generator random(13);
+    std::string text;
+    std::vector<wq_lib::data_pair> expected;
+    constexpr const char* delimiters[] = {";", ":", "|", ";;", "|:", " ; "};
+    for (int i = 0; i < 100000; ++i) {
+        const std::string x = random() % 3 == 0 ? longDecimal(random) : numberToRead(random);
+        const std::string y = random() % 3 == 0 ? longDecimal(random) : numberToRead(random);
+        text += x + delimiters[random() % 6] + y + (random() % 9 == 0 ? "\r\n" : "\n");
+        if (random() % 50 == 0) text += "\n";
+        expected.push_back({std::stod(x), std::stod(y)});
+    }
+    const wq_test::TempFolder folder;
+    wq_lib::BasicXyStatistics sample;
+    ASSERT_TRUE(sample.readDataFile(folder.write("pairs.txt", text)));
+    ASSERT_EQ(sample.getSampleSize(), expected.size());
+    std::size_t wrong = 0;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        const wq_lib::data_pair pair = sample.getDataPair(i);
+        wrong += wq_test::sameBits(pair.x, expected[i].x) && wq_test::sameBits(pair.y, expected[i].y) ? 0u : 1u;
+    }
+    EXPECT_EQ(wrong, 0u);
+}
+
+TEST(FastPaths, wideProductFromHalvesIsTheProcessors)
+{
+    Generator random(14);
+    for (int i = 0; i < 100000; ++i) {
+        const std::uint64_t a = random() >> (random() % 64);
+        const std::uint64_t b = i % 100 == 0 ? UINT64_MAX : random() >> (random() % 64);
+        const wq_lib::detail::Wide whole = wq_lib::detail::product(a, b);
+        const wq_lib::detail::Wide parts = wq_lib::detail::productOfHalves(a, b);
+        ASSERT_TRUE(whole.high == parts.high && whole.low == parts.low) << a << " " << b;
+    }
+}
+
+// ---------------------------------------------------------------- random numbers
+
+TEST(FastPaths, drawsAreThoseOfTheStandardDistributions)
+{
+    wq_lib::RandomCpp11 random;
+    std::mt19937 engine(0);
+    engine.discard(999);
+    std::uniform_int_distribution<unsigned int> integer(0, 0xFFFFFFFF);
+    std::uniform_real_distribution<double> real(0.0, 1.0);
+    std::size_t wrong = 0;
+    for (int i = 0; i < 300000; ++i) {
+        if (i % 3 == 0)
+            wrong += random.getInteger() == integer(engine) ? 0u : 1u;
+        else
+            wrong += wq_test::sameBits(random.getReal(), real(engine)) ? 0u : 1u;
+    }
     EXPECT_EQ(wrong, 0u);
 }
 

@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_BASIC_STAT_H
 #define WQ_STAT_BASIC_STAT_H
 
+/// @file
+/// Descriptive statistics of one sample, the confidence interval and the t test of its mean.
+
 #include <wq_stat/export.h>
 
 #include <cstddef>
@@ -13,19 +16,20 @@ namespace wq_lib {
 template <typename T>
 class DataRange {
 public:
-    void setLower(T value) { lower = value; }
-    void setUpper(T value) { upper = value; }
+    void setLower(T value) { lower = value; }  ///< the lower limit alone
+    void setUpper(T value) { upper = value; }  ///< the upper limit alone
+    /** Both limits; nothing is checked. */
     void setRange(T lowerValue, T upperValue)
     {
         lower = lowerValue;
         upper = upperValue;
     }
-    T getLower() const { return lower; }
-    T getUpper() const { return upper; }
+    T getLower() const { return lower; }  ///< the lower limit
+    T getUpper() const { return upper; }  ///< the upper limit
 
 protected:
-    T lower = T();
-    T upper = T();
+    T lower = T();  ///< 0 in a new object
+    T upper = T();  ///< 0 in a new object
 };
 
 /** Results of one univariate sample. BasicStatistics::resetSet gives the state before an analysis. */
@@ -35,22 +39,22 @@ struct basic_stat {
     double min = 0.0;             ///< smallest value; the largest finite double after a reset
     double max = 0.0;             ///< largest value; the smallest positive normal double (2.2e-308) after a reset, and so for a
                                   ///< sample without a value above it, all negative ones included
-    double mean = 0.0;            ///< arithmetic mean
-    double geoMean = 0.0;         ///< geometric mean of the positive values; NaN when there is none
-    double harmMean = 0.0;        ///< harmonic mean of the values other than 0
-    double median = 0.0;          ///< middle value, or the mean of the two middle values
-    double quartile1 = 0.0;       ///< sorted value at index floor(n/4) of the range, never interpolated
-    double quartile3 = 0.0;       ///< sorted value at index floor(3n/4) of the range, never interpolated
-    double reserved2 = 0.0;       ///< not used
-    double sum = 0.0;             ///< sum of the values
-    double variance = 0.0;        ///< sumOfSquares / n
-    double sampleVariance = 0.0;  ///< sumOfSquares / (n - 1)
-    double stdev = 0.0;           ///< square root of variance; NaN when that is 0
-    double sampleStdev = 0.0;     ///< square root of sampleVariance; NaN when that is 0
-    double stdError = 0.0;        ///< standard error of the mean; NaN when the variance is 0
-    double cv = 0.0;              ///< coefficient of variation, a ratio; 0 when the variance is 0
-    double sumOfSquares = 0.0;    ///< sum of squared deviations from the mean
-    double significance = 0.0;    ///< significance level of the analysis
+    double mean = 0.0;                   ///< arithmetic mean
+    double geoMean = 0.0;                ///< geometric mean of the positive values; NaN when there is none
+    double harmMean = 0.0;               ///< harmonic mean of the values other than 0
+    double median = 0.0;                 ///< middle value, or the mean of the two middle values
+    double quartile1 = 0.0;              ///< sorted value at index floor(n/4) of the range, never interpolated
+    double quartile3 = 0.0;              ///< sorted value at index floor(3n/4) of the range, never interpolated
+    double reserved2 = 0.0;              ///< not used
+    double sum = 0.0;                    ///< sum of the values
+    double variance = 0.0;               ///< sumOfSquares / n
+    double sampleVariance = 0.0;         ///< sumOfSquares / (n - 1)
+    double stdev = 0.0;                  ///< square root of variance; NaN when that is 0
+    double sampleStdev = 0.0;            ///< square root of sampleVariance; NaN when that is 0
+    double stdError = 0.0;               ///< standard error of the mean; NaN when the variance is 0
+    double cv = 0.0;                     ///< coefficient of variation, a ratio; 0 when the variance is 0
+    double sumOfSquares = 0.0;           ///< sum of squared deviations from the mean
+    double significance = 0.0;           ///< significance level of the analysis
     DataRange<double> confidenceLimits;  ///< of the mean
 };
 
@@ -125,45 +129,52 @@ public:
 
     /** Fraction of the sorted sample to leave out at the low end; the number of values is rounded up. */
     void setHead(double fraction) { head = fraction; }
-    double getHead() const { return head; }
+    double getHead() const { return head; }  ///< what setHead set; 0 in a new object
 
     /** Fraction of the sorted sample to leave out at the high end; the number of values is rounded down. */
     void setTail(double fraction) { tail = fraction; }
-    double getTail() const { return tail; }
+    double getTail() const { return tail; }  ///< what setTail set; 0 in a new object
 
+    /** The number of observations held; filling the sample counts it. */
     void setSampleSize(std::size_t n) { sampleSize = n; }
-    std::size_t getSampleSize() const { return sampleSize; }
+    std::size_t getSampleSize() const { return sampleSize; }  ///< observations held, trimmed ones included
+    /** Index of the first observation of the analysed range; analyse() sets it anew. */
     void setDataStart(std::size_t index) { dataStart = index; }
-    std::size_t getDataStart() const { return dataStart; }
+    std::size_t getDataStart() const { return dataStart; }  ///< the first index
+    /** Index of the last observation of the analysed range, included; analyse() sets it anew. */
     void setDataEnd(std::size_t index) { dataEnd = index; }
-    std::size_t getDataEnd() const { return dataEnd; }
+    std::size_t getDataEnd() const { return dataEnd; }  ///< the last index
 
     /** Significance level of intervals and tests, a fraction; 0.05 in a new object. */
     void setSignificance(double level) { significance = level; }
-    double getSignificance() const { return significance; }
-    double getConfidence() const { return 1.0 - significance; }
+    double getSignificance() const { return significance; }      ///< the level, as set
+    double getConfidence() const { return 1.0 - significance; }  ///< one minus the level
 
     /** The mean under H0. */
     void setNullHypothesis(double mean) { nullHypothesis = mean; }
-    double getNullHypothesis() const { return nullHypothesis; }
+    double getNullHypothesis() const { return nullHypothesis; }  ///< the mean under H0; 0 in a new object
 
     /** Tells that a negative value was met; set by analyse() and geometricMean(), cleared only here. */
     void setNegative(bool on) { negative = on; }
-    bool isNegative() const { return negative; }
+    bool isNegative() const { return negative; }  ///< whether one was met
+    /** Whether the sample counts as sorted, so that quantile() need not sort it. */
     void setSorted(bool on) { sorted = on; }
-    bool isSorted() const { return sorted; }
+    bool isSorted() const { return sorted; }  ///< as set by sortData() and cleared by add()
 
+    /** Name of the file that readDataFile() reads. */
     void setDataFile(const std::string& name) { dataFile = name; }
-    std::string getDataFile() const { return dataFile; }
+    std::string getDataFile() const { return dataFile; }  ///< the name, as set
+    /** H0 in words, as the reports of the tests print it; each class sets its own. */
     void setHypothesisInfo(const std::string& text) { hypothesisInfo = text; }
-    std::string getHypothesisInfo() const { return hypothesisInfo; }
+    std::string getHypothesisInfo() const { return hypothesisInfo; }  ///< the text, as set
 
     /** Appends the text to the comment that reports print. */
     void setComment(const std::string& text) { comment += text; }
-    std::string getComment() const { return comment; }
+    std::string getComment() const { return comment; }  ///< all texts appended so far
 
+    /** Appends a column name; a new object has those its listing and export use. */
     void addColumnName(const std::string& name) { columnNames.push_back(name); }
-    void clearColumnNames() { columnNames.clear(); }
+    void clearColumnNames() { columnNames.clear(); }  ///< removes all of them
 
     /** @return column name i, which must exist. */
     std::string getColumnName(int i) const { return columnNames[static_cast<std::size_t>(i)]; }
@@ -222,21 +233,21 @@ public:
     const basic_stat& getResult() const { return result; }
 
 protected:
-    basic_stat result;
-    std::vector<double> data;
-    std::string dataFile;
-    double head = 0.0;
-    double tail = 0.0;
-    std::size_t dataStart = 0;
-    std::size_t dataEnd = 0;
-    std::size_t sampleSize = 0;
-    double significance = 0.05;
-    double nullHypothesis = 0.0;
-    bool sorted = false;
-    std::vector<std::string> columnNames;
-    std::string hypothesisInfo;
-    std::string comment;
-    bool negative = false;
+    basic_stat result;                     ///< of the last analyse()
+    std::vector<double> data;              ///< the observations; sorted in place by analyse()
+    std::string dataFile;                  ///< name of the file that readDataFile() reads
+    double head = 0.0;                     ///< fraction left out at the low end
+    double tail = 0.0;                     ///< fraction left out at the high end
+    std::size_t dataStart = 0;             ///< index of the first observation of the analysed range
+    std::size_t dataEnd = 0;               ///< index of the last one, included
+    std::size_t sampleSize = 0;            ///< observations held, trimmed ones included
+    double significance = 0.05;            ///< significance level, a fraction
+    double nullHypothesis = 0.0;           ///< the mean under H0
+    bool sorted = false;                   ///< whether the observations are in ascending order
+    std::vector<std::string> columnNames;  ///< of listings and exports, from left to right
+    std::string hypothesisInfo;            ///< H0 in words
+    std::string comment;                   ///< printed below the title of a report
+    bool negative = false;                 ///< whether a negative value was met
 };
 
 }  // namespace wq_lib

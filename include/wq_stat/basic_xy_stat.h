@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_BASIC_XY_STAT_H
 #define WQ_STAT_BASIC_XY_STAT_H
 
+/// @file
+/// Descriptive statistics of paired samples.
+
 #include <wq_stat/basic_stat.h>
 
 #include <cstddef>
@@ -26,7 +29,7 @@ WQ_STAT_EXPORT bool keyY(data_pair a, data_pair b);
  * sampleVariance are filled.
  */
 struct xy_stat {
-    basic_stat x;
+    basic_stat x;              ///< x.n is the number of pairs
     basic_stat y;              ///< y.n stays 0: the pairs are counted in x.n
     double sumProducts = 0.0;  ///< sum of products of the deviations from the means
     double covariance = 0.0;   ///< sumProducts / (n - 1); survives resetResult()
@@ -102,8 +105,8 @@ public:
     const xy_stat& getXyResult() const { return xyResult; }
 
 protected:
-    std::vector<data_pair> pairs;
-    xy_stat xyResult;
+    std::vector<data_pair> pairs;  ///< in order of arrival
+    xy_stat xyResult;              ///< of the last analyse()
 };
 
 }  // namespace wq_lib

@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_CIRCULAR_H
 #define WQ_STAT_CIRCULAR_H
 
+/// @file
+/// Mean direction and Rayleigh's test.
+
 #include <wq_stat/basic_xy_stat.h>
 
 #include <cstddef>
@@ -10,8 +13,8 @@ namespace wq_lib {
 
 /** Unit of the angles given to Circular. */
 enum CIRCULAR_DATA : int {
-    RADIANS = 0,
-    DEGREES = 1,
+    RADIANS = 0,     ///< as the analysis computes
+    DEGREES = 1,     ///< a full circle is 360
     BIN_NUMBERS = 2  ///< multiplied by the bin size
 };
 
@@ -58,27 +61,29 @@ public:
     /** Prints the results of the last analyse() to the console. */
     void reportConsole() override;
 
+    /** Unit of the stored x; nothing is converted before analyse(). RADIANS in a new object. */
     void setDataType(CIRCULAR_DATA type) { dataType = type; }
-    CIRCULAR_DATA getDataType() const { return dataType; }
+    CIRCULAR_DATA getDataType() const { return dataType; }  ///< the unit, as set
 
     /** Name printed before the number of the mean bin, such as "month". */
     void setBinName(const std::string& name) { binName = name; }
-    std::string getBinName() const { return binName; }
+    std::string getBinName() const { return binName; }  ///< the name, as set
 
     /** Overwritten by analyse(), which lets the data decide. */
     void setGrouped(bool on) { grouped = on; }
-    bool isGrouped() const { return grouped; }
+    bool isGrouped() const { return grouped; }  ///< whether any frequency was above 0
 
     /** Number of bins around the circle. */
     void setBins(std::size_t count) { circularResult.bins = count; }
-    std::size_t getBins() const { return circularResult.bins; }
+    std::size_t getBins() const { return circularResult.bins; }  ///< the number, as set; 0 in a new object
 
     /** Number of the first bin. */
     void setBin0(double number) { circularResult.bin0 = number; }
+    /** @return the number of the first bin, as set, without its fraction; 0 in a new object. */
     std::size_t getBin0() const;
 
-    double getBinSize() const { return binSize; }
-    std::size_t getMeanBin() const { return circularResult.meanBin; }
+    double getBinSize() const { return binSize; }                      ///< radians per bin, from computeBinSize()
+    std::size_t getMeanBin() const { return circularResult.meanBin; }  ///< bin of the mean angle, of the last analyse()
 
     /** Sets grouped to whether any frequency in the data range is above 0. */
     void checkGrouped();
@@ -96,11 +101,11 @@ public:
     const circular_stat& getCircularResult() const { return circularResult; }
 
 protected:
-    circular_stat circularResult;
-    bool grouped = false;
-    std::string binName;
-    double binSize = 0.0;
-    CIRCULAR_DATA dataType = RADIANS;
+    circular_stat circularResult;      ///< of the last analyse(), with the bins that were set
+    bool grouped = false;              ///< whether y holds frequencies
+    std::string binName;               ///< what a bin is, such as "month"
+    double binSize = 0.0;              ///< radians per bin
+    CIRCULAR_DATA dataType = RADIANS;  ///< unit of the stored x
 };
 
 }  // namespace wq_lib

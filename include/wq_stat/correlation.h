@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_CORRELATION_H
 #define WQ_STAT_CORRELATION_H
 
+/// @file
+/// Correlation coefficient with its t test and F test.
+
 #include <wq_stat/basic_xy_stat.h>
 
 #include <cstddef>
@@ -68,7 +71,7 @@ public:
     const correlation_stat& getCorrelationResult() const { return correlationResult; }
 
 protected:
-    correlation_stat correlationResult;
+    correlation_stat correlationResult;  ///< of the last analyse() and of the tests called after it
 };
 
 }  // namespace wq_lib

@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_DISTRIBUTIONS_H
 #define WQ_STAT_DISTRIBUTIONS_H
 
+/// @file
+/// Special functions, integrators, probability distributions, angles.
+
 #include <wq_stat/export.h>
 
 #include <cstddef>
@@ -18,7 +21,7 @@ inline bool odd(long n) { return (n & 1) != 0; }
  * places where they leave the textbook, are part of the library's interface: reports and decisions rest on
  * the exact values. "Accuracy" below is the departure from the exact value; where it is poor the comment says
  * so, and the value stays. The figures were measured with the formulas against 30 digits (tests/reference), and a test holds
- * the library to them.
+ * the library to them; docs/accuracy.md measures each function over a grid and names the analyses in which its departure shows.
  *
  * Tails: normalProb, normalProbApprox, chiSquareProb and F_Prob are lower-tail probabilities, and their
  * percent points take one. t_Prob, D_Prob and rayleighsProb are upper-tail probabilities. t_PercentPoint,
@@ -99,7 +102,9 @@ WQ_STAT_EXPORT double quadratureIntegral(double (*f)(double), double a, double b
 
 /**
  * One interval of quadratureIntegral.
- * @param a, b, m the interval and its middle; fa, fb, fm the values there.
+ * @param f the integrand.
+ * @param a, b, m the interval and its middle.
+ * @param fa, fb, fm the values of f there.
  * @param whole Simpson's estimate for the interval.
  * @param tolerance how far the estimates of the halves may differ from it.
  * @param depth 1 for the whole integral.
@@ -110,7 +115,9 @@ WQ_STAT_EXPORT double quadratureRecursion(double (*f)(double), double a, double 
                                           double fm, double whole, double tolerance, std::size_t depth);
 
 /**
- * Binomial probability P(X = k) of k successes in n trials.
+ * Binomial probability P(X = k).
+ * @param k number of successes.
+ * @param n number of trials.
  * @param p probability of success, 0 <= p < 1; for p = 1 the result is NaN unless k = 0.
  * @return P(X = k), relative error below 3e-16 (n + 2k) while (1 - p)^n is above 1e-308; below that it loses its digits, and the
  *         result with them, down to 0. 0 for k > n, where n - i reaches 0. By n and k multiplications, so a tiny p with a huge n takes
@@ -244,6 +251,7 @@ WQ_STAT_EXPORT double z_to_r(double z);
 /**
  * Critical value of the one-sample Kolmogorov-Smirnov D, large samples.
  * @param alpha significance level, 0 < alpha <= 2.
+ * @param n sample size.
  * @return sqrt(-ln(alpha/2)/(2n)), the first term of the limiting distribution; 0, meaning none available, for n < 101. NaN for
  *         alpha outside 0 ... 2.
  */
@@ -252,6 +260,7 @@ WQ_STAT_EXPORT double D_GoodnessOfFit(double alpha, std::size_t n);
 /**
  * Critical value of the two-sample Kolmogorov-Smirnov D, large samples.
  * @param alpha significance level, 0 < alpha <= 2; 0 gives 0.
+ * @param n1, n2 sample sizes.
  * @return sqrt(-ln(alpha/2)/2) sqrt((n1 + n2)/(n1 n2)); 0, meaning none available, when a size is 0 and when both are
  *         below 41 unless both lie in 27 ... 40.
  */
@@ -271,6 +280,7 @@ WQ_STAT_EXPORT double D_Prob(double lambda);
  * Source: the series of Greenwood and Durand (1955), as given by Zar (Biostatistical Analysis), below 50 observations, exp(-z) from
  * there on.
  * @param z n times the squared mean resultant length, 0 ... n; not checked.
+ * @param n number of observations.
  * @return the upper-tail probability; 0 for n = 0. Absolute error below 1e-3 for n = 7 ... 49, there 1 % of the value for n >= 10 and
  *         z <= 4.6; below 2.5e-3 from n = 50 on (at n = 50 and z = 4.6 0.0101 instead of 0.0094). For n = 6 ... 12 and z near n the
  *         series is slightly negative (down to -1.1e-4).

@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_EXPORT_H
 #define WQ_STAT_EXPORT_H
 
+/// @file
+/// What is visible outside libwq_stat.
+
 /// Marks what libwq_stat offers to hosts; everything else in the library is hidden.
 #if defined(_WIN32)
 #  if defined(WQ_STAT_BUILDING)

@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_FREQUENCY_H
 #define WQ_STAT_FREQUENCY_H
 
+/// @file
+/// Tables of frequency classes.
+
 #include <wq_stat/basic_stat.h>
 
 #include <cstddef>
@@ -30,13 +33,14 @@ public:
     /** Prints the table to the console. */
     void reportConsole() override;
 
+    /** The number of classes; the table itself is made by initFrequency(). */
     void setClasses(std::size_t k) { numberOfClasses = k; }
-    std::size_t getClasses() const { return numberOfClasses; }
+    std::size_t getClasses() const { return numberOfClasses; }  ///< the number, as set or as autoClassWidth() and initFrequency() made it
 
     /** Lower limit of the first class. */
     void setStartClass(double lower) { startClass = lower; }
-    double getStartClass() const { return startClass; }
-    double getClassWidth() const { return classWidth; }
+    double getStartClass() const { return startClass; }  ///< lower limit of the first class
+    double getClassWidth() const { return classWidth; }  ///< upper minus lower limit of each class; 0 in a new object
 
     /**
      * Divides the range of the sample into classes.
@@ -60,13 +64,13 @@ public:
      */
     bool exportTable(const std::string& fileName, const std::string& comment);
 
-    const std::vector<frequency_class>& getTable() const { return classes; }
+    const std::vector<frequency_class>& getTable() const { return classes; }  ///< the classes, the lowest first
 
 protected:
-    std::vector<frequency_class> classes;
-    std::size_t numberOfClasses = 0;
-    double startClass = 0.0;
-    double classWidth = 0.0;
+    std::vector<frequency_class> classes;  ///< the table, the lowest class first
+    std::size_t numberOfClasses = 0;       ///< as set; the table may have more after a second initFrequency()
+    double startClass = 0.0;               ///< lower limit of the first class
+    double classWidth = 0.0;               ///< of every class
 };
 
 }  // namespace wq_lib

@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_GOODNESS_FIT_H
 #define WQ_STAT_GOODNESS_FIT_H
 
+/// @file
+/// Chi-square and G test of observed against expected frequencies.
+
 #include <wq_stat/basic_xy_stat.h>
 
 namespace wq_lib {
@@ -29,24 +32,24 @@ public:
 
     /** Yates' continuity correction of chi-square, applied to two classes only; off in a new object. */
     void setYatesCorrection(bool on) { yatesCorrection = on; }
-    bool isYatesCorrection() const { return yatesCorrection; }
+    bool isYatesCorrection() const { return yatesCorrection; }  ///< whether it is on
 
     /** Williams' correction of G; on in a new object. */
     void setWilliamsCorrection(bool on) { williamsCorrection = on; }
-    bool isWilliamsCorrection() const { return williamsCorrection; }
+    bool isWilliamsCorrection() const { return williamsCorrection; }  ///< whether it is on
 
-    double getX2() const { return X2; }
-    double getG() const { return G; }
+    double getX2() const { return X2; }  ///< chi-square of the last analyse()
+    double getG() const { return G; }    ///< G of the last analyse(), uncorrected
 
     /** @return G after Williams' correction; equal to G when that is off. */
     double getGAdjusted() const { return GAdjusted; }
 
 protected:
-    double X2 = 0.0;
-    double G = 0.0;
-    double GAdjusted = 0.0;
-    bool yatesCorrection = false;
-    bool williamsCorrection = true;
+    double X2 = 0.0;                 ///< chi-square
+    double G = 0.0;                  ///< without correction
+    double GAdjusted = 0.0;          ///< after Williams' correction
+    bool yatesCorrection = false;    ///< of chi-square
+    bool williamsCorrection = true;  ///< of G
 };
 
 }  // namespace wq_lib

@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_KOLMOGOROV_H
 #define WQ_STAT_KOLMOGOROV_H
 
+/// @file
+/// Kolmogorov-Smirnov test of two samples.
+
 #include <wq_stat/goodness_fit.h>
 
 #include <cstddef>
@@ -47,15 +50,15 @@ public:
     /** Prints the table of cumulative frequencies; the relative ones divide by n1 and n2 of the last analyse(). */
     void listFrequencies();
 
-    double getD() const { return D; }
-    std::size_t getN1() const { return n1; }
-    std::size_t getN2() const { return n2; }
+    double getD() const { return D; }         ///< the largest difference met by any analyse() of this object
+    std::size_t getN1() const { return n1; }  ///< size of sample 1, of the last analyse()
+    std::size_t getN2() const { return n2; }  ///< size of sample 2, of the last analyse()
 
 protected:
-    std::vector<std::pair<double, double>> cumulativeFrequencies;
-    double D = 0.0;
-    std::size_t n1 = 0;
-    std::size_t n2 = 0;
+    std::vector<std::pair<double, double>> cumulativeFrequencies;  ///< of both samples, one pair per class
+    double D = 0.0;                                                ///< largest difference of the relative cumulative frequencies
+    std::size_t n1 = 0;                                            ///< size of sample 1
+    std::size_t n2 = 0;                                            ///< size of sample 2
 };
 
 }  // namespace wq_lib

@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_RANDOM_H
 #define WQ_STAT_RANDOM_H
 
+/// @file
+/// Random numbers.
+
 #include <wq_stat/export.h>
 
 #include <cstddef>
@@ -46,16 +49,17 @@ public:
     /** Draws n - 1 integers and discards them; none for n = 0. */
     void warmUp(std::size_t n);
 
+    /** What the method is called; nothing depends on it. */
     void setGeneratorName(std::string name);
-    std::string getGeneratorName() const { return generatorName; }
+    std::string getGeneratorName() const { return generatorName; }  ///< the name, as set
 
     /** The number of calls that drew a value; a host may set it. */
     void setDraws(unsigned long long count) { draws = count; }
-    unsigned long long getDraws() const { return draws; }
+    unsigned long long getDraws() const { return draws; }  ///< the counter
 
 protected:
-    std::string generatorName;
-    unsigned long long draws = 0;
+    std::string generatorName;     ///< of the method, for messages of a host
+    unsigned long long draws = 0;  ///< values drawn so far
 };
 
 /**
@@ -79,7 +83,7 @@ public:
     double getReal() override;
 
 protected:
-    std::mt19937 engine;
+    std::mt19937 engine;  ///< its sequence is fixed by the C++ standard
 };
 
 /** The generator that all parts of a host share; made when the library is loaded. */

@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_REGRESSION_H
 #define WQ_STAT_REGRESSION_H
 
+/// @file
+/// Linear, logarithmic, exponential and power regression.
+
 #include <wq_stat/basic_xy_stat.h>
 
 #include <cstddef>
@@ -19,8 +22,8 @@ struct regression_stat {
     double tB = 0.0;                ///< t of b, n - 2 degrees of freedom
     double pB = 0.0;                ///< t_Prob(tB, n - 2, false)
     DataRange<double> limitsB;      ///< confidence limits of b
-    double meanX = 0.0;
-    double meanY = 0.0;
+    double meanX = 0.0;             ///< mean of the x used
+    double meanY = 0.0;             ///< mean of the y used
     double seY = 0.0;               ///< standard error of Y at the mean of X
     DataRange<double> limitsY;      ///< confidence limits of Y at the mean of X
     std::size_t n = 0;              ///< pairs used
@@ -64,7 +67,7 @@ public:
     const regression_stat& getRegressionResult() const { return regressionResult; }
 
 protected:
-    regression_stat regressionResult;
+    regression_stat regressionResult;  ///< of the last analyse()
 };
 
 /** y = a + b x. */

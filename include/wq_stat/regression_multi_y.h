@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_REGRESSION_MULTI_Y_H
 #define WQ_STAT_REGRESSION_MULTI_Y_H
 
+/// @file
+/// Linear regression with several y for each x.
+
 #include <wq_stat/single_anova.h>
 
 #include <cstddef>
@@ -10,20 +13,20 @@ namespace wq_lib {
 
 /** Results of LinearRegressionMultiY; all 0 when no line was fitted. */
 struct regression_multi_y_stat {
-    double sumX = 0.0;         ///< sum of n x over the groups
-    double sumX2 = 0.0;        ///< sum of n x^2
-    double sumXT = 0.0;        ///< sum of x times the group's sum of y
-    double correctionX = 0.0;  ///< sumX^2 / N
-    double ssX = 0.0;          ///< sum of squares of x
-    double spXY = 0.0;         ///< sum of products
-    double a = 0.0;            ///< intercept
-    double b = 0.0;            ///< regression coefficient
-    double explained = 0.0;    ///< sum of squares explained by the line
-    double unexplained = 0.0;  ///< sum of squares of the deviations from the line
-    double reserved1 = 0.0;    ///< not used
-    double seB = 0.0;          ///< standard error of b
-    double tB = 0.0;           ///< t of b
-    double pT = 0.0;           ///< t_Prob(tB, 2, false)
+    double sumX = 0.0;            ///< sum of n x over the groups
+    double sumX2 = 0.0;           ///< sum of n x^2
+    double sumXT = 0.0;           ///< sum of x times the group's sum of y
+    double correctionX = 0.0;     ///< sumX^2 / N
+    double ssX = 0.0;             ///< sum of squares of x
+    double spXY = 0.0;            ///< sum of products
+    double a = 0.0;               ///< intercept
+    double b = 0.0;               ///< regression coefficient
+    double explained = 0.0;       ///< sum of squares explained by the line
+    double unexplained = 0.0;     ///< sum of squares of the deviations from the line
+    double reserved1 = 0.0;       ///< not used
+    double seB = 0.0;             ///< standard error of b
+    double tB = 0.0;              ///< t of b
+    double pT = 0.0;              ///< t_Prob(tB, 2, false)
     DataRange<double> limitsB;    ///< confidence limits of b, from t_PercentPoint((confidence + 1) / 2, 2): far too narrow
     double reserved2 = 0.0;       ///< not used
     double reserved3 = 0.0;       ///< not used
@@ -67,7 +70,7 @@ public:
 
     /** Overwritten by analyse() with its own decision. */
     void setComputeRegression(bool on) { computeRegression = on; }
-    bool isComputeRegression() const { return computeRegression; }
+    bool isComputeRegression() const { return computeRegression; }  ///< whether a line was fitted
 
     /** Sets the record to 0, but for three members that are not used. */
     void resetRegression();
@@ -85,10 +88,10 @@ public:
     const anova_source& getDeviations() const { return deviations; }
 
 protected:
-    regression_multi_y_stat regressionResult;
-    anova_source regression;
-    anova_source deviations;
-    bool computeRegression = true;
+    regression_multi_y_stat regressionResult;  ///< of the last analyse()
+    anova_source regression;                   ///< table row of the regression
+    anova_source deviations;                   ///< table row of the deviations from the line
+    bool computeRegression = true;             ///< whether a line is fitted
 };
 
 }  // namespace wq_lib

@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_SINGLE_ANOVA_H
 #define WQ_STAT_SINGLE_ANOVA_H
 
+/// @file
+/// Single classification analysis of variance.
+
 #include <wq_stat/basic_xy_stat.h>
 
 #include <cstddef>
@@ -15,9 +18,9 @@ namespace wq_lib {
 struct anova_group {
     double id = 0.0;                      ///< the x that the group's pairs share
     std::int64_t n = 0;                   ///< number of observations
-    double mean = 0.0;
-    double sum = 0.0;
-    double sumSquaredObservations = 0.0;
+    double mean = 0.0;                    ///< sum / n
+    double sum = 0.0;                     ///< of the observations
+    double sumSquaredObservations = 0.0;  ///< sum of the squared observations
     double sumOfSquares = 0.0;            ///< of deviations from the mean; every further analyse() adds it once more
     double variance = 0.0;                ///< sumOfSquares / (n - 1); 0 for n < 2
     std::vector<double> observations;     ///< in order of arrival
@@ -26,7 +29,9 @@ struct anova_group {
 /** Predicate: has a group the same id as the key? Exact equality; a NaN id never matches. */
 class find_group_id {
 public:
+    /** @param group the key; only its id counts. */
     explicit find_group_id(anova_group group) : key(std::move(group)) {}
+    /** @return whether g has the id of the key. */
     bool operator()(const anova_group& g) const { return g.id == key.id; }
 
 private:
@@ -50,6 +55,7 @@ struct anova_source {
  */
 class WQ_STAT_EXPORT SingleAnova : public BasicXyStatistics {
 public:
+    /** A place in the list of groups; creating a group makes it invalid. */
     using group_iterator = std::vector<anova_group>::iterator;
 
     SingleAnova();
@@ -100,30 +106,30 @@ public:
 
     /** Number of the Anova model, kept for the host; 2 in a new object. */
     void setModel(int number) { model = number; }
-    int getModel() const { return model; }
+    int getModel() const { return model; }  ///< the number, as set
 
     /** The counter of created groups. */
     void setGroups(std::size_t n) { groupsCreated = n; }
-    void increaseGroups() { ++groupsCreated; }
-    std::size_t getGroupsCreated() const { return groupsCreated; }
+    void increaseGroups() { ++groupsCreated; }                      ///< counts one more
+    std::size_t getGroupsCreated() const { return groupsCreated; }  ///< the counter
 
     /** Whether all groups have the same size; set by analyse(). */
     void setEqual(bool on) { equal = on; }
-    bool isEqual() const { return equal; }
+    bool isEqual() const { return equal; }  ///< as the last analyse() found, or as set
 
-    std::size_t getGroupCount() const { return groupCount; }
-    std::int64_t getTotalObservations() const { return totalObservations; }
-    double getGrandTotal() const { return grandTotal; }
-    double getCorrectionTerm() const { return correctionTerm; }
-    double getSumSquaredObservations() const { return sumSquaredObservations; }
+    std::size_t getGroupCount() const { return groupCount; }                     ///< number of groups
+    std::int64_t getTotalObservations() const { return totalObservations; }      ///< observations in all groups
+    double getGrandTotal() const { return grandTotal; }                          ///< sum of all observations
+    double getCorrectionTerm() const { return correctionTerm; }                  ///< squared grand total / number of observations
+    double getSumSquaredObservations() const { return sumSquaredObservations; }  ///< sum of all squared observations
 
     /** @return the sum over groups of squared total / group size. */
     double getSumSquaredGroupTotals() const { return sumSquaredGroupTotals; }
-    double getSumSquaredSampleSizes() const { return sumSquaredSampleSizes; }
-    const anova_source& getTotal() const { return total; }
-    const anova_source& getAmong() const { return among; }
-    const anova_source& getWithin() const { return within; }
-    double getMeanSampleSize() const { return meanSampleSize; }
+    double getSumSquaredSampleSizes() const { return sumSquaredSampleSizes; }  ///< sum of the squared group sizes
+    const anova_source& getTotal() const { return total; }                     ///< table row of the total
+    const anova_source& getAmong() const { return among; }                     ///< table row among groups; its fs is the F of the test
+    const anova_source& getWithin() const { return within; }                   ///< table row within groups, the error
+    double getMeanSampleSize() const { return meanSampleSize; }                ///< observations / groups
 
     /** @return the weighted mean sample size. */
     double getN0() const { return n0; }
@@ -133,27 +139,27 @@ public:
 
     /** @return the component's share of the total variance, printed as r_i. */
     double getVarianceComponentRatio() const { return varianceComponentRatio; }
-    const std::vector<anova_group>& getGroups() const { return groups; }
+    const std::vector<anova_group>& getGroups() const { return groups; }  ///< in order of creation
 
 protected:
-    std::size_t groupCount = 0;
-    std::int64_t totalObservations = 0;
-    double grandTotal = 0.0;
-    double correctionTerm = 0.0;
-    double sumSquaredObservations = 0.0;
-    double sumSquaredGroupTotals = 0.0;
-    double sumSquaredSampleSizes = 0.0;
-    anova_source total;
-    anova_source among;
-    anova_source within;
-    double meanSampleSize = 0.0;
-    double n0 = 0.0;
-    double varianceComponent = 0.0;
-    double varianceComponentRatio = 0.0;
-    std::vector<anova_group> groups;
-    std::size_t groupsCreated = 0;
-    bool equal = true;
-    int model = 2;
+    std::size_t groupCount = 0;           ///< groups, as counted by analyse()
+    std::int64_t totalObservations = 0;   ///< observations in all groups
+    double grandTotal = 0.0;              ///< sum of all observations
+    double correctionTerm = 0.0;          ///< squared grand total / number of observations
+    double sumSquaredObservations = 0.0;  ///< sum of all squared observations
+    double sumSquaredGroupTotals = 0.0;   ///< sum over groups of squared total / group size
+    double sumSquaredSampleSizes = 0.0;   ///< sum of the squared group sizes
+    anova_source total;                   ///< table row of the total
+    anova_source among;                   ///< table row among groups
+    anova_source within;                  ///< table row within groups
+    double meanSampleSize = 0.0;          ///< observations / groups
+    double n0 = 0.0;                      ///< weighted mean sample size
+    double varianceComponent = 0.0;       ///< added variance component among groups
+    double varianceComponentRatio = 0.0;  ///< its share of the total variance
+    std::vector<anova_group> groups;      ///< in order of creation
+    std::size_t groupsCreated = 0;        ///< counter of created groups
+    bool equal = true;                    ///< whether all groups have the same size
+    int model = 2;                        ///< number of the Anova model, for the host
 };
 
 }  // namespace wq_lib

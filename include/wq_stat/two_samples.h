@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_TWO_SAMPLES_H
 #define WQ_STAT_TWO_SAMPLES_H
 
+/// @file
+/// F test of the variances of two samples.
+
 #include <wq_stat/basic_stat.h>
 
 #include <cstddef>
@@ -32,25 +35,27 @@ public:
     /** @return the larger variance over the smaller one; v2 / v1 when neither is larger. */
     double compute_ratio(double v1, double v2) const;
 
+    /** The record of the first sample, of which n and sampleVariance are used. */
     void setFirstSample(const basic_stat& sample) { result = sample; }
+    /** The record of the second sample, likewise. */
     void setSecondSample(const basic_stat& sample) { secondSample = sample; }
-    const basic_stat& getSecondSample() const { return secondSample; }
+    const basic_stat& getSecondSample() const { return secondSample; }  ///< the record, as set
 
-    double getF() const { return F; }
-    double getFProbability() const { return FProbability; }
-    double getCriticalF() const { return criticalF; }
+    double getF() const { return F; }                        ///< the larger sample variance / the smaller one
+    double getFProbability() const { return FProbability; }  ///< lower-tail probability of F
+    double getCriticalF() const { return criticalF; }        ///< what F must stay below
 
     /** @return the degrees of freedom of the sample with the larger variance; of the second when they are equal. */
     std::size_t getDf1() const { return df1; }
-    std::size_t getDf2() const { return df2; }
+    std::size_t getDf2() const { return df2; }  ///< those of the other sample
 
 protected:
-    basic_stat secondSample;
-    double F = 0.0;
-    double FProbability = 0.0;
-    double criticalF = 0.0;
-    std::size_t df1 = 0;
-    std::size_t df2 = 0;
+    basic_stat secondSample;    ///< the record of the second sample
+    double F = 0.0;             ///< the larger sample variance / the smaller one
+    double FProbability = 0.0;  ///< lower-tail probability of F
+    double criticalF = 0.0;     ///< what F must stay below
+    std::size_t df1 = 0;        ///< of the sample with the larger variance
+    std::size_t df2 = 0;        ///< of the other sample
 };
 
 }  // namespace wq_lib

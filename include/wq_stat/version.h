@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_VERSION_H
 #define WQ_STAT_VERSION_H
 
+/// @file
+/// The version of the library that is loaded.
+
 #include <wq_stat/export.h>
 
 extern "C" {

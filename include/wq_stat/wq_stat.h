@@ -1,6 +1,9 @@
 #ifndef WQ_STAT_WQ_STAT_H
 #define WQ_STAT_WQ_STAT_H
 
+/// @file
+/// All headers of libwq_stat.
+
 #include <wq_stat/basic_stat.h>
 #include <wq_stat/basic_xy_stat.h>
 #include <wq_stat/circular.h>

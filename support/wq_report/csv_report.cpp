@@ -3,6 +3,8 @@
 #include "number_text.h"
 
 #include <cmath>
+#include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace wq_lib {
@@ -37,7 +39,11 @@ bool CsvReport::fileOpen()
 
 void CsvReport::writeComment(const std::string& text)
 {
-    std::string_view lines = text;
+    // To R a carriage return ends a line by itself too: behind one inside of a line a new comment line starts.
+    std::string marked = text;
+    for (std::size_t i = 0; i + 1 < marked.size(); ++i)
+        if (marked[i] == '\r' && marked[i + 1] != '\n') marked[i] = '\n';
+    std::string_view lines = marked;
     if (!lines.empty() && lines.back() == '\n') lines.remove_suffix(1);
     forEachPiece(lines, '\n', [this](std::string_view line, bool) {
         write(line.empty() ? "#" : "# ");
@@ -56,35 +62,37 @@ void CsvReport::cell(const std::string& text, bool more)
 {
     const char special[] = {separator, '"', '#', '\n', '\r'};
     if (text.find_first_of(special, 0, sizeof special) == std::string::npos) {
-        cellText = text;
-    } else {
-        cellText = '"';
-        for (const char c : text) {
-            if (c == '"') cellText += '"';
-            cellText += c;
-        }
-        cellText += '"';
+        writeCell(text, more);
+        return;
     }
-    writeCell(more);
+    std::string quoted(1, '"');
+    for (const char c : text) {
+        if (c == '"') quoted += '"';
+        quoted += c;
+    }
+    quoted += '"';
+    writeCell(quoted, more);
 }
 
 void CsvReport::cell(double value, int precision, bool more)
 {
-    cellText.clear();
-    if (std::isnan(value))
-        cellText = "NaN";
-    else if (std::isinf(value))
-        cellText = value > 0.0 ? "Inf" : "-Inf";
-    else
-        detail::appendFixed(cellText, value, precision);
-    writeCell(more);
+    if (std::isnan(value)) return writeCell("NaN", more);
+    if (std::isinf(value)) return writeCell(value > 0.0 ? "Inf" : "-Inf", more);
+    char digits[detail::longestFixedText];
+    if (precision >= 0 && precision <= detail::mostFixedDecimals) {
+        if (const char* const end = detail::writeFixed(digits, value, precision))
+            return writeCell({digits, static_cast<std::size_t>(end - digits)}, more);
+    }
+    std::string text;
+    detail::appendFixed(text, value, precision);
+    writeCell(text, more);
 }
 
 void CsvReport::cell(int value, bool more)
 {
-    cellText.clear();
-    detail::appendInteger(cellText, value);
-    writeCell(more);
+    std::string text;
+    detail::appendInteger(text, value);
+    writeCell(text, more);
 }
 
 void CsvReport::writeEol()
@@ -93,12 +101,12 @@ void CsvReport::writeEol()
     separatorDue = false;
 }
 
-/** Writes cellText with the separators that belong to it. */
-void CsvReport::writeCell(bool more)
+/** Writes a cell with the separators that belong to it. */
+void CsvReport::writeCell(std::string_view text, bool more)
 {
     if (separatorDue) write({&separator, 1});
-    if (more) cellText += separator;
-    write(cellText);
+    write(text);
+    if (more) write({&separator, 1});
     separatorDue = !more;
 }
 

@@ -1,10 +1,14 @@
 #ifndef WQ_REPORT_CSV_REPORT_H
 #define WQ_REPORT_CSV_REPORT_H
 
+/// @file
+/// Files of separated values.
+
 #include <wq_report/export.h>
 #include <wq_udf/write_file.h>
 
 #include <string>
+#include <string_view>
 
 namespace wq_lib {
 
@@ -25,11 +29,13 @@ class WQ_REPORT_EXPORT Table {
 public:
     virtual ~Table();
 
+    /** A text, quoted where it must be. */
     virtual void cell(const std::string& text, bool more) = 0;
 
     /** In fixed notation with precision digits after the point; a value that is not finite as R spells it: NaN, Inf, -Inf. */
     virtual void cell(double value, int precision, bool more) = 0;
 
+    /** A whole number, in decimal digits. */
     virtual void cell(int value, bool more) = 0;
 
     /** Not to be had: without its precision a double would silently turn into an integer. */
@@ -52,7 +58,7 @@ public:
 
     /** The character between cells; a comma in a new object. */
     void setSeparator(char character) { separator = character; }
-    char getSeparator() const { return separator; }
+    char getSeparator() const { return separator; }  ///< the character, as set
 
     bool fileOpen() override;
 
@@ -67,11 +73,11 @@ public:
     void writeEol() override;
 
 protected:
-    void writeCell(bool more);
+    /** Writes a cell and the separators due. */
+    void writeCell(std::string_view text, bool more);
 
-    char separator = ',';
-    std::string cellText;       // of the cell that is being written
-    bool separatorDue = false;  // a cell of this row said that none would follow
+    char separator = ',';       ///< stands between cells
+    bool separatorDue = false;  ///< a cell of this row said that none would follow
 };
 
 }  // namespace wq_lib

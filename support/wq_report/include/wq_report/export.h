@@ -1,6 +1,9 @@
 #ifndef WQ_REPORT_EXPORT_H
 #define WQ_REPORT_EXPORT_H
 
+/// @file
+/// What is visible outside libwq_report.
+
 /// Marks what libwq_report offers to hosts; everything else in the library is hidden.
 #if defined(_WIN32)
 #  if defined(WQ_REPORT_BUILDING)

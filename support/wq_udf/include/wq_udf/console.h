@@ -1,6 +1,9 @@
 #ifndef WQ_UDF_CONSOLE_H
 #define WQ_UDF_CONSOLE_H
 
+/// @file
+/// Texts and messages on standard output and standard error.
+
 #include <wq_udf/export.h>
 
 #include <string>

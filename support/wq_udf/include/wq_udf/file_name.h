@@ -1,6 +1,9 @@
 #ifndef WQ_UDF_FILE_NAME_H
 #define WQ_UDF_FILE_NAME_H
 
+/// @file
+/// File names in their parts.
+
 #include <wq_udf/export.h>
 
 #include <string>
@@ -27,7 +30,7 @@ public:
     std::string getFileName() const { return fileName.folder + fileName.name + fileName.extension; }
 
 protected:
-    name_of_file fileName;
+    name_of_file fileName;  ///< in its parts
 };
 
 }  // namespace wq_lib

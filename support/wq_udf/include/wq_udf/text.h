@@ -1,6 +1,9 @@
 #ifndef WQ_UDF_TEXT_H
 #define WQ_UDF_TEXT_H
 
+/// @file
+/// Rules and other text that reports are made of.
+
 #include <wq_udf/export.h>
 
 #include <iosfwd>
@@ -8,9 +11,9 @@
 
 namespace wq_lib {
 
-const std::string BRACKET = "()";
-const std::string CURLY_BRACKET = "{}";
-const std::string SQUARE_BRACKET = "[]";
+const std::string BRACKET = "()";         ///< an opening and a closing one
+const std::string CURLY_BRACKET = "{}";   ///< likewise
+const std::string SQUARE_BRACKET = "[]";  ///< likewise
 
 /** @return count copies of the character; the empty text when count is 0 or negative. */
 WQ_UDF_EXPORT std::string replicateChar(int character, int count);

@@ -1,11 +1,15 @@
 #ifndef WQ_UDF_WRITE_FILE_H
 #define WQ_UDF_WRITE_FILE_H
 
+/// @file
+/// Text files written from front to back.
+
 #include <wq_udf/export.h>
 #include <wq_udf/file_name.h>
 
 #include <fstream>
 #include <ios>
+#include <memory>
 #include <string_view>
 
 namespace wq_lib {
@@ -23,7 +27,7 @@ public:
 
     /** With true, fileOpen adds to an existing file; with false (the state of a new object) it starts a new one. */
     void setAppend(bool on) { append = on; }
-    bool isAppend() const { return append; }
+    bool isAppend() const { return append; }  ///< what setAppend set
 
     /** Opens the named file for writing. @return false when it cannot be opened, or when a file is open already. */
     virtual bool fileOpen();
@@ -48,8 +52,12 @@ protected:
     /** Writes a text as it is. */
     void write(std::string_view text);
 
-    std::ofstream stream;
-    bool append = false;
+    std::ofstream stream;  ///< the open file
+    bool append = false;   ///< whether fileOpen adds to an existing file
+
+private:
+    class Buffer;
+    std::unique_ptr<Buffer> buffer;
 };
 
 }  // namespace wq_lib

@@ -1,0 +1,51 @@
+// Where an analysis reads its pairs: straight from memory, or through an override of getDataPair.
+#ifndef WQ_STAT_SRC_PAIR_SOURCE_H
+#define WQ_STAT_SRC_PAIR_SOURCE_H
+
+#include <wq_stat/basic_xy_stat.h>
+#include <wq_stat/correlation.h>
+#include <wq_stat/regression.h>
+
+#include <cstddef>
+#include <typeinfo>
+#include <vector>
+
+namespace wq_lib::detail {
+
+template <typename... Classes>
+bool isExactlyOneOf(const BasicXyStatistics& sample)
+{
+    const std::type_info& type = typeid(sample);
+    return ((type == typeid(Classes)) || ...);
+}
+
+/** Whether getDataPair is the library's own. The class of a host, which may override it, is never among these. */
+inline bool readsStoredPairs(const BasicXyStatistics& sample)
+{
+    return isExactlyOneOf<BasicXyStatistics, Correlation, LinearRegression, LogarithmicRegression, ExponentialRegression, PowerRegression>(
+        sample);
+}
+
+/** The pairs that getDataPair gives, one virtual call each. */
+class CalledPairs {
+public:
+    explicit CalledPairs(BasicXyStatistics& calledSample) : sample(calledSample) {}
+    data_pair operator[](std::size_t i) const { return sample.getDataPair(i); }
+
+private:
+    BasicXyStatistics& sample;
+};
+
+/** Calls work with something that gives pair i as [i]: decided once per analysis, since a virtual call costs more than the work on a pair. */
+template <typename Work>
+void withPairs(BasicXyStatistics& sample, const std::vector<data_pair>& stored, Work&& work)
+{
+    if (readsStoredPairs(sample))
+        work(stored.data());
+    else
+        work(CalledPairs(sample));
+}
+
+}  // namespace wq_lib::detail
+
+#endif
