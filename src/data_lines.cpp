@@ -17,8 +17,11 @@ constexpr std::size_t blockSize = std::size_t{1} << 16;
 
 bool isDelimiter(char c) { return c == ':' || c == ';' || c == '|'; }
 
-/** Takes a plain decimal with its sign off the text. @return its end; nullptr for what is none, and for what is left to the general conversion. */
-const char* takeDecimal(const char* text, double& value)
+/**
+ * Takes a plain decimal with its sign off the text. A call per number would cost a twentieth of the time that reading takes.
+ * @return its end; nullptr for what is none, and for what is left to the general conversion.
+ */
+[[gnu::always_inline]] inline const char* takeDecimal(const char* text, double& value)
 {
     const bool minus = *text == '-';
     const PlainDecimal number = scanPlainDecimal(minus ? text + 1 : text);

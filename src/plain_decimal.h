@@ -38,13 +38,28 @@ inline std::uint64_t numberOfEight(std::uint64_t digits)
     return ((pairs & everyOtherPair) * 0x000F424000000064u + ((pairs >> 16) & everyOtherPair) * 0x0000271000000001u) >> 32;
 }
 
+/** The same of four digits, whatever follows them. */
+inline std::uint64_t numberOfFour(std::uint64_t digits)
+{
+    const std::uint64_t pairs = digits * 10 + (digits >> 8);
+    return (pairs & 0xFFu) * 100 + ((pairs >> 16) & 0xFFu);
+}
+
 /** Takes digits off the text as long as there are any, appending them to the number. @return the end of the digits. */
 inline const char* takeDigits(const char* text, std::uint64_t& number)
 {
     for (;; text += 8) {
         const std::uint64_t values = eightCharacters(text) ^ 0x3030303030303030u;  // a digit becomes its value
-        if ((((values + 0x7676767676767676u) | values) & 0x8080808080808080u) != 0) break;
-        number = number * 100000000u + numberOfEight(values);
+        const std::uint64_t others = ((values + 0x7676767676767676u) | values) & 0x8080808080808080u;
+        if (others == 0) {
+            number = number * 100000000u + numberOfEight(values);
+            continue;
+        }
+        if ((others & 0xFFFFFFFFu) == 0) {
+            number = number * 10000u + numberOfFour(values);
+            text += 4;
+        }
+        break;
     }
     // One by one: the processor guesses the length, and so goes on to the next number before this one is known.
     for (; *text >= '0' && *text <= '9'; ++text) number = number * 10 + static_cast<std::uint64_t>(*text - '0');
