@@ -3,6 +3,7 @@
 #include "plain_decimal.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <ios>
@@ -14,6 +15,7 @@ namespace {
 
 constexpr std::size_t longestLine = 254;
 constexpr std::size_t blockSize = std::size_t{1} << 16;
+constexpr std::uintmax_t mostExpectedLines = std::uintmax_t{1} << 24;  // the size of a file may promise more than it holds
 
 bool isDelimiter(char c) { return c == ':' || c == ';' || c == '|'; }
 
@@ -44,7 +46,7 @@ DataLines::DataLines(const std::string& fileName, EndMarker endMarker) : marker(
     const std::uintmax_t size = filled == blockSize ? std::filesystem::file_size(fileName, unknown) : 0;
     if (unknown || size <= blockSize) return;
     const auto lines = static_cast<std::uintmax_t>(std::count(block.begin(), block.end(), '\n'));
-    expected = static_cast<std::size_t>((size / blockSize + 1) * lines);
+    expected = static_cast<std::size_t>(std::min((size / blockSize + 1) * lines, mostExpectedLines));
 }
 
 bool DataLines::next()

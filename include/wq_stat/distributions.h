@@ -27,8 +27,8 @@ inline bool odd(long n) { return (n & 1) != 0; }
  * percent points take one. t_Prob, D_Prob and rayleighsProb are upper-tail probabilities. t_PercentPoint,
  * D_GoodnessOfFit and D_TwoSamples take a significance level.
  *
- * No function keeps state, allocates or throws. Every call returns; where a series or an iteration would
- * not end by itself the comment says what comes back.
+ * No function keeps state, allocates or throws, but for the message of quadratureRecursion, which takes memory. Every call
+ * returns; where a series or an iteration would not end by itself the comment says what comes back.
  */
 namespace wq_lib {
 
@@ -77,8 +77,8 @@ WQ_STAT_EXPORT double betaRatio(double x, double p, double q, double beta);
  *         (the two are not exchanged), so for p != q the result is not the inverse. Where the iteration circles (betaRatio
  *         jumps at half-integers), it is the x at which betaRatio crosses alpha, to the last bit. For alpha outside 0 ... 1 it is
  *         NaN, unless the iteration ends by itself (possible for p < 1), with a meaningless x close to 0 or 1. NaN where beta is
- *         NaN. Accuracy: that of betaRatio, and some 1e-8 of alpha from the iteration; see F_PercentPoint. With a shape above
- *         2^53, where p + i = p, a call may take a minute.
+ *         NaN. Accuracy: that of betaRatio, and some 1e-8 of alpha from the iteration; see F_PercentPoint. With a shape from
+ *         2^43 on a call may take a second or two, from 2^52 on, where p + i stays p, a minute.
  */
 WQ_STAT_EXPORT double inverseBetaRatio(double alpha, double p, double q, double beta);
 
@@ -253,7 +253,7 @@ WQ_STAT_EXPORT double z_to_r(double z);
  * @param alpha significance level, 0 < alpha <= 2.
  * @param n sample size.
  * @return sqrt(-ln(alpha/2)/(2n)), the first term of the limiting distribution; 0, meaning none available, for n < 101. NaN for
- *         alpha outside 0 ... 2.
+ *         alpha outside 0 ... 2. For alpha in 0.01 ... 0.2 it is 1.2 to 1.6 % above the exact value at n = 101, 0.7 to 0.9 % at 300.
  */
 WQ_STAT_EXPORT double D_GoodnessOfFit(double alpha, std::size_t n);
 
@@ -262,7 +262,8 @@ WQ_STAT_EXPORT double D_GoodnessOfFit(double alpha, std::size_t n);
  * @param alpha significance level, 0 < alpha <= 2; 0 gives 0.
  * @param n1, n2 sample sizes.
  * @return sqrt(-ln(alpha/2)/2) sqrt((n1 + n2)/(n1 n2)); 0, meaning none available, when a size is 0 and when both are
- *         below 41 unless both lie in 27 ... 40.
+ *         below 41 unless both lie in 27 ... 40. A test that rejects a D above it keeps the level for continuous data, and stays below
+ *         it: at alpha = 0.05 its level is 0.029 for sizes of 40 and 40, 0.036 for 100 and 100, 0.045 for 400 and 100.
  */
 WQ_STAT_EXPORT double D_TwoSamples(double alpha, std::size_t n1, std::size_t n2);
 

@@ -10,9 +10,9 @@
 namespace wq_lib {
 
 /** Stands between the stream and its file: small pieces only wait here in order, which the buffer of a file stream makes expensive. */
-class WriteFile::Buffer : public std::streambuf {
+class [[gnu::visibility("hidden")]] WriteFile::Buffer : public std::streambuf {
 public:
-    explicit Buffer(std::streambuf& target) : file(target) { setp(characters.data(), characters.data() + characters.size()); }
+    explicit Buffer(std::streambuf& target) : file(target) { clear(); }
 
     /** @return false when the file took less than it should. */
     bool put(const char* text, std::size_t length)
@@ -29,9 +29,11 @@ public:
     bool flush()
     {
         const auto length = static_cast<std::size_t>(pptr() - pbase());
-        setp(characters.data(), characters.data() + characters.size());
+        clear();
         return passOn(characters.data(), length);
     }
+
+    void clear() { setp(characters.data(), characters.data() + characters.size()); }
 
 protected:
     std::streamsize xsputn(const char* text, std::streamsize length) override
@@ -71,6 +73,7 @@ bool WriteFile::fileOpen()
 {
     if (stream.is_open()) return false;
     stream.clear();
+    buffer->clear();  // of what was written while no file was open
     try {
         stream.open(getFileName(), std::ios_base::out | std::ios_base::binary | (append ? std::ios_base::app : std::ios_base::trunc));
     } catch (...) {  // no memory for the stream's buffer: the file is open by then
