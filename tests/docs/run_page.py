@@ -8,7 +8,10 @@
     ```LANG file=NAME    any block with a file name is not run but written to that file
 
 A block that fails or prints something else, a text block that belongs to nothing, and a page without examples fail the test. Blocks whose program is
-not there (R, or wqstat when the tools are not built) are named and left out, and the test counts as skipped.
+not there (R, gnuplot, or wqstat when the tools are not built) are named and left out, and the test counts as skipped.
+
+An SVG picture that the page shows has to be drawn by its examples, under the same name, as it is committed. With WQ_RENEW_PICTURES=1 in the
+environment it is replaced by what they draw.
 """
 import argparse
 import difflib
@@ -45,6 +48,30 @@ def blocks(page):
 def run(command, folder, env, text=None):
     return subprocess.run(command, cwd=folder, env=env, input=text, text=True, encoding="utf-8", stdout=subprocess.PIPE,
                           stderr=subprocess.PIPE, timeout=300)
+
+
+def same_picture(committed, drawn):
+    """Byte by byte, but another version of gnuplot draws another file: then the texts, which have the numbers, decide."""
+    pictures = [path.read_text(encoding="utf-8") for path in (committed, drawn)]
+    version, texts = re.compile(r"<desc>(.*?)</desc>", re.DOTALL), re.compile(r"<text>(.*?)</text>", re.DOTALL)
+    if version.findall(pictures[0]) == version.findall(pictures[1]):
+        return pictures[0] == pictures[1]
+    written = [sorted(re.sub(r"<[^>]*>", "", text).strip() for text in texts.findall(picture)) for picture in pictures]
+    return bool(written[0]) and written[0] == written[1]
+
+
+def picture_problems(page, work):
+    """What is wrong with the SVG pictures that the page shows; none when they are to be renewed."""
+    for link in dict.fromkeys(re.findall(r"!\[[^]]*\]\(([^)\s]+\.svg)\)", page.read_text(encoding="utf-8"))):
+        committed = page.parent / link
+        drawn = work / committed.name
+        if not drawn.exists():
+            yield f"{page}: no example draws {committed.name}"
+        elif os.environ.get("WQ_RENEW_PICTURES") == "1":
+            shutil.copyfile(drawn, committed)
+        elif not committed.exists() or not same_picture(committed, drawn):
+            yield (f"{page}: {link} is not what the example draws ({drawn}); where that is right, renew it: "
+                   "WQ_RENEW_PICTURES=1 ctest --test-dir BUILD -R '^docs[.]'")
 
 
 def main():
@@ -93,6 +120,10 @@ def main():
                 skipped.append(f"{where}: wqstat is not built")
                 output = skipped
                 continue
+            if "--plot" in text and not shutil.which("gnuplot", path=env["PATH"]):
+                skipped.append(f"{where}: there is no gnuplot")
+                output = skipped
+                continue
             done = run(["sh", "-eu"], options.work, env, text)
         elif language == "r":
             if not shutil.which("Rscript"):
@@ -107,6 +138,11 @@ def main():
         if done.returncode != 0:
             failures += 1
             print(f"{where}: exit status {done.returncode}\n{done.stdout}{done.stderr}")
+
+    if not skipped:
+        for problem in picture_problems(options.page, options.work):
+            failures += 1
+            print(problem)
 
     print(f"{options.page}: {ran} examples run, {failures} failed")
     for reason in skipped:

@@ -11,6 +11,7 @@
 #include <ostream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 extern char** environ;
@@ -40,16 +41,16 @@ inline std::ostream& operator<<(std::ostream& stream, const Outcome& outcome)
 struct Streams {
     std::string input = "/dev/null";
     std::string output;
+    std::string errors = "";
 };
 
-inline Outcome run(const Words& arguments, const Streams& streams = {})
+// Runs a command line; its first word is looked for as the shell does.
+inline Outcome runCommand(Words words, const Streams& streams = {})
 {
     const TempFolder folder;
     const std::string output = streams.output.empty() ? folder.path("output") : streams.output;
-    const std::string errors = folder.path("errors");
+    const std::string errors = streams.errors.empty() ? folder.path("errors") : streams.errors;
 
-    Words words = arguments;
-    words.insert(words.begin(), WQSTAT);
     std::vector<char*> argv;
     for (std::string& word : words) argv.push_back(word.data());
     argv.push_back(nullptr);
@@ -58,11 +59,11 @@ inline Outcome run(const Words& arguments, const Streams& streams = {})
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, streams.input.c_str(), O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, 0600);
     pid_t child = 0;
-    const int failed = posix_spawn(&child, WQSTAT, &actions, nullptr, argv.data(), environ);
+    const int failed = posix_spawnp(&child, argv[0], &actions, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
-    if (failed != 0) throw std::runtime_error("cannot run " WQSTAT);
+    if (failed != 0) throw std::runtime_error("cannot run " + words[0]);
 
     int ended = 0;
     while (waitpid(child, &ended, 0) < 0) {
@@ -70,8 +71,14 @@ inline Outcome run(const Words& arguments, const Streams& streams = {})
     Outcome outcome;
     if (WIFEXITED(ended)) outcome.status = WEXITSTATUS(ended);
     if (streams.output.empty()) outcome.output = contentOf(output);
-    outcome.errors = contentOf(errors);
+    if (streams.errors.empty()) outcome.errors = contentOf(errors);
     return outcome;
+}
+
+inline Outcome run(Words arguments, const Streams& streams = {})
+{
+    arguments.insert(arguments.begin(), WQSTAT);
+    return runCommand(std::move(arguments), streams);
 }
 
 }  // namespace wq_test

@@ -1,5 +1,6 @@
 // The command-line host: what each command prints, what it says about bad input, and how it ends.
-#include "program.h"
+#include "commands.h"
+#include "data_files.h"
 
 #include "support/bits.h"
 #include "support/console.h"
@@ -29,33 +30,10 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
-using wq_test::contentOf;
-using wq_test::golden;
-using wq_test::Outcome;
-using wq_test::printed;
-using wq_test::run;
-using wq_test::shipped;
-using wq_test::TempFolder;
-using wq_test::Words;
-
-constexpr int done = 0;
-constexpr int couldNotAnalyse = 1;
-constexpr int wrongUsage = 2;
-
-std::string joined(const Words& words)
-{
-    std::string text;
-    for (const std::string& word : words) text += " " + word;
-    return text;
-}
+using namespace wq_test;
+using namespace wq_test::data_files;
 
 Outcome printedOnly(const std::string& output) { return {done, output, ""}; }
-Outcome failed(int status, const std::string& text) { return {status, "", "wqstat: " + text + "\n"}; }
-Outcome cannotAnalyse(const std::string& text) { return failed(couldNotAnalyse, text); }
-Outcome refused(const std::string& text, const std::string& command)
-{
-    return failed(wrongUsage, text + " (see wqstat " + (command.empty() ? "" : command + " ") + "--help)");
-}
 
 std::string replaced(std::string text, const std::string& from, const std::string& to)
 {
@@ -72,16 +50,6 @@ std::vector<std::string> linesOf(const std::string& text)
 }
 
 // ---------------------------------------------------------------- reports
-
-const std::string cavendish = shipped("cavendish.txt");
-const std::string norris = shipped("nist_norris.txt");
-const std::string resistivity = shipped("nist_sirstv.txt");
-const std::string instrument1 = shipped("nist_sirstv_instrument1.txt");
-const std::string instrument2 = shipped("nist_sirstv_instrument2.txt");
-const std::string seedlings = shipped("seedlings.txt");
-const std::string peas = shipped("mendel_peas.txt");
-const std::string digits = shipped("pi_e_digits.txt");
-const std::string pigeons = shipped("directions.txt");
 
 // An analysis as a host of the library runs it, with the report at the end.
 template <typename Analysis, typename Prepare>
@@ -277,6 +245,9 @@ TEST(Input, isStandardInputForADash)
     EXPECT_EQ(run({"describe", "-"}, {cavendish, ""}), expected);
     EXPECT_EQ(run({"pairs", "-"}, {norris, ""}), run({"pairs", norris}));
     EXPECT_EQ(run({"multiy", "-"}, {seedlings, ""}), run({"multiy", seedlings}));
+    EXPECT_EQ(run({"variances", "-", instrument2}, {instrument1, ""}), run({"variances", instrument1, instrument2}));
+    EXPECT_EQ(run({"variances", instrument1, "-"}, {instrument2, ""}), run({"variances", instrument1, instrument2}));
+    EXPECT_EQ(run({"variances", "-", "-"}, {instrument1, ""}), refused("FILE2: standard input can be read only once", "variances"));
     EXPECT_EQ(run({"describe", "-"}), cannotAnalyse("standard input: no data"));
 }
 
@@ -309,90 +280,7 @@ TEST(Input, withoutAnEndIsLeftAtTheFirstLineThatStopsTheReader)
 }
 
 // ---------------------------------------------------------------- data that cannot be analysed
-
-// Each command on files of its own kind; FILE stands for the file.
-const struct AnalysisCommand {
-    Words arguments;
-    std::string goodLine;
-    std::string badLine;
-    std::string badField;
-    std::size_t least;  // observations
-} analyses[] = {
-    {{"describe", "FILE"}, "1.5", "x", "x", 3},
-    {{"frequency", "FILE"}, "2", "1e999", "1e999", 3},
-    {{"variances", "FILE", cavendish}, "2.5", "-", "-", 3},
-    {{"variances", cavendish, "FILE"}, "2.5", " ", " ", 3},
-    {{"pairs", "FILE"}, "1;2", "3;y", "y", 2},
-    {{"regress", "--model", "linear", "FILE"}, "1:2", "x:y", "y", 2},
-    {{"regress", "--model", "logarithmic", "FILE"}, "1|2", "3||;:", "", 1},
-    {{"regress", "--model", "exponential", "FILE"}, "1;2", "1;--2", "--2", 1},
-    {{"regress", "--model", "power", "FILE"}, "1;2", "1; ", " ", 1},
-    {{"correlate", "FILE"}, "1;2", "1;two", "two", 2},
-    {{"anova", "FILE"}, "1;2", "1;.", ".", 1},
-    {{"multiy", "FILE"}, "1;2;1", "x;2;1", "x", 1},
-    {{"fit", "FILE"}, "3;4", "3;e4", "e4", 1},
-    {{"ks", "FILE"}, "3;4", "3;\t", "\\t", 1},
-    {{"circular", "FILE"}, "1;0", "1;N", "N", 1},
-};
-
-Words withFile(Words arguments, const std::string& file)
-{
-    std::replace(arguments.begin(), arguments.end(), std::string("FILE"), file);
-    return arguments;
-}
-
-TEST(BadData, isNamedInOneLineByEveryCommand)
-{
-    const TempFolder folder;
-    const std::string missing = folder.path("missing");
-    const std::string empty = folder.write("empty", "");
-    const std::string comments = folder.write("comments", "# nothing\n\n# but # this\n");
-    const std::string atEnd = folder.write("end", "");
-    const std::string zeroByte = folder.write("binary", std::string("\x7f" "ELF\x02\x01\x01\0\0\0\n", 11));
-    for (const auto& command : analyses) {
-        SCOPED_TRACE(joined(command.arguments));
-        const auto outcome = [&](const std::string& file) { return run(withFile(command.arguments, file)); };
-        EXPECT_EQ(outcome(missing), cannotAnalyse(missing + ": No such file or directory"));
-        EXPECT_EQ(outcome(""), cannotAnalyse("'': No such file or directory"));
-        EXPECT_EQ(outcome(folder.path("")), cannotAnalyse(folder.path("") + ": Is a directory"));
-        EXPECT_EQ(outcome(empty + "/file"), cannotAnalyse(empty + "/file: Not a directory"));
-        EXPECT_EQ(outcome(empty), cannotAnalyse(empty + ": no data"));
-        EXPECT_EQ(outcome(comments), cannotAnalyse(comments + ": no data"));
-        EXPECT_EQ(outcome(zeroByte), cannotAnalyse(zeroByte + ":1: there is a zero byte: this is no text file"));
-    }
-}
-
-TEST(BadData, inTheMiddleIsNamedByLineAndText)
-{
-    const TempFolder folder;
-    for (const auto& command : analyses) {
-        if (command.badField.empty()) continue;
-        SCOPED_TRACE(joined(command.arguments));
-        const std::string good = command.goodLine + "\n";
-        const std::string file =
-            folder.write("data", "# title\n\n" + good + good + good + command.badLine + "\n" + good + "worse;worse\n");
-        const bool range = command.badField == "1e999";
-        EXPECT_EQ(run(withFile(command.arguments, file)),
-                  cannotAnalyse(file + ":6: " + (range ? "the number is out of range: '" : "a number is expected, not '") +
-                                command.badField + "'"));
-    }
-}
-
-TEST(BadData, ofTooFewObservationsSaysHowManyAreNeeded)
-{
-    const TempFolder folder;
-    for (const auto& command : analyses) {
-        SCOPED_TRACE(joined(command.arguments));
-        std::string content;
-        for (std::size_t n = 1; n < command.least; ++n) {
-            content += command.goodLine + "\n";
-            const std::string file = folder.write("data", content);
-            EXPECT_EQ(run(withFile(command.arguments, file)),
-                      cannotAnalyse(file + ": " + (n == 1 ? "1 observation" : "2 observations") + ", at least " +
-                                    std::to_string(command.least) + " are needed"));
-        }
-    }
-}
+// What holds for every command is in test_error_matrix.cpp.
 
 TEST(BadData, isFoundInEveryFieldOfASeries)
 {
@@ -736,6 +624,8 @@ TEST(WrongUsage, isExplainedInOneLine)
         {__LINE__, {}, "a command is required", ""},
         {__LINE__, {"analyse", cavendish}, "there is no command 'analyse'", ""},
         {__LINE__, {"--alpha", "0.05"}, "The following arguments were not expected: 0.05 --alpha", ""},
+        {__LINE__, {"--generate", "html"}, "--generate: html not in {man,bash,fish}", ""},
+        {__LINE__, {"--generate", "man", "describe", cavendish}, "--generate stands alone, without a command", "describe"},
         {__LINE__, {"describe"}, "FILE is required", "describe"},
         {__LINE__, {"variances", cavendish}, "FILE2 is required", "variances"},
         {__LINE__, {"describe", cavendish, norris}, "The following argument was not expected: " + norris, "describe"},

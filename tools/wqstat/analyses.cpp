@@ -2,6 +2,7 @@
 #include "analysis_command.h"
 
 #include "failure.h"
+#include "two_data_files.h"
 
 #include <cstddef>
 #include <limits>
@@ -52,6 +53,8 @@ class Describe final : public AnalysisCommand {
 class FrequencyClasses final : public AnalysisCommand {
     void declareOptions(CLI::App& app) override { addCount(app, "--classes", classes, 1, 1'000'000, "number of classes, 10 unless given"); }
 
+    bool hasTest() const override { return hasTextbook<wq_lib::Frequency>; }
+
     OutputNames outputNames() const override { return {"sorted values", "table"}; }
 
     void run() override
@@ -72,7 +75,7 @@ class FrequencyClasses final : public AnalysisCommand {
 class Variances final : public AnalysisCommand {
     void declareFiles(CLI::App& app) override
     {
-        app.add_option("FILE1", firstName, "data file of the first sample; - is standard input")->required()->type_name("");
+        app.add_option("FILE1", firstName, "data file of the first sample; - is standard input, for one of the two")->required()->type_name("");
         app.add_option("FILE2", secondName, "data file of the second sample")->required()->type_name("");
     }
 
@@ -80,12 +83,12 @@ class Variances final : public AnalysisCommand {
 
     void run() override
     {
-        wq_lib::TwoSamples samples;
-        wq_lib::BasicStatistics second;
+        if (firstName == "-" && secondName == "-") throw WrongUsage("FILE2: standard input can be read only once");
+        TwoDataFiles samples;
         analyse(samples, firstName);
-        analyse(second, secondName);
-        samples.setSecondSample(second.getResult());
-        samples.setComment(second.getComment());
+        analyse(samples.second, secondName);
+        samples.setSecondSample(samples.second.getResult());
+        samples.setComment(samples.second.getComment());
         samples.analyse();
         present(samples);
     }
@@ -105,6 +108,8 @@ class Variances final : public AnalysisCommand {
 
 template <typename Analysis>
 class Paired final : public AnalysisCommand {
+    bool hasTest() const override { return hasTextbook<Analysis>; }
+
     void run() override
     {
         Analysis analysis;

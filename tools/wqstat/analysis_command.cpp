@@ -2,9 +2,11 @@
 
 #include "arguments.h"
 #include "failure.h"
+#include "progress.h"
 
 #include <filesystem>
 #include <iostream>
+#include <utility>
 
 namespace wqstat {
 
@@ -17,6 +19,8 @@ void AnalysisCommand::declare(CLI::App& app)
     addReal(app, "--alpha", alpha, fraction, "significance level, 0.05 unless given");
     declareOptions(app);
     declareOutputs(app);
+    views.declare(app, hasTest());
+    views.declarePlot(app);
 }
 
 void AnalysisCommand::declareFiles(CLI::App& app)
@@ -30,9 +34,12 @@ void AnalysisCommand::declareOutputs(CLI::App& app) { outputs.declare(app, outpu
 
 const InputFile& AnalysisCommand::open(const std::string& name, Layout layout, const std::function<bool(const std::string&)>& readFile)
 {
+    inputNames.push_back(name);
     inputs.push_back(std::make_unique<InputFile>(name, layout));
     const InputFile& input = *inputs.back();
+    progress().show("reading " + input.name());
     if (!readFile(input.path())) throw CannotAnalyse(input.name() + ": reading failed");
+    progress().show("analysing");
     return input;
 }
 
@@ -52,13 +59,31 @@ const InputFile& AnalysisCommand::readSeries(wq_lib::LinearRegressionMultiY& ana
 
 // ---------------------------------------------------------------- results
 
-/** A mistyped export must not cost the data. */
-void AnalysisCommand::guardInputs() const
+namespace {
+
+/** Whether both names mean one file, be it there or not. */
+bool isSameFile(const std::filesystem::path& a, const std::filesystem::path& b)
 {
     std::error_code ignored;
-    for (const auto& input : inputs)
-        if (!outputs.exportName().empty() && std::filesystem::equivalent(input->path(), outputs.exportName(), ignored))
-            throw WrongUsage("--export: " + shown(outputs.exportName()) + " is the data file");
+    return std::filesystem::equivalent(a, b, ignored) ||
+           std::filesystem::weakly_canonical(absolute(a), ignored) == std::filesystem::weakly_canonical(absolute(b), ignored);
+}
+
+}  // namespace
+
+/** A mistyped name must not cost the data, and what cannot be drawn is said before anything is printed. */
+void AnalysisCommand::guardInputs() const
+{
+    const std::pair<const char*, const std::string&> written[] = {{"--export", outputs.exportName()}, {"--plot", views.plot().fileName}};
+    std::error_code ignored;
+    for (const auto& [option, name] : written)
+        for (const auto& input : inputs)
+            if (!name.empty() && std::filesystem::equivalent(input->path(), name, ignored))
+                throw WrongUsage(std::string(option) + ": " + shown(name) + " is the data file");
+    if (views.plot().fileName.empty()) return;
+    if (!outputs.exportName().empty() && isSameFile(outputs.exportName(), views.plot().fileName))
+        throw WrongUsage("--plot: " + shown(views.plot().fileName) + " is the export file");
+    requireGnuplot();
 }
 
 void AnalysisCommand::printWarnings() const
@@ -80,6 +105,13 @@ std::string AnalysisCommand::exportComment(const wq_lib::BasicStatistics& analys
 void AnalysisCommand::reportExport(bool written) const
 {
     if (!written) throw CannotAnalyse(shown(outputs.exportName()) + ": the export cannot be written");
+}
+
+PictureWords AnalysisCommand::pictureWords() const
+{
+    std::string source = "wqstat " + commandName;
+    for (const auto& input : inputs) source += " " + input->name();
+    return {source, views.plot().xLabel, views.plot().yLabel};
 }
 
 void AnalysisCommand::list(wq_lib::BasicStatistics& analysis, ListRange range) { analysis.listData(range.from, range.to); }

@@ -2,6 +2,7 @@
 
 #include "failure.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <system_error>
@@ -35,8 +36,11 @@ std::size_t utf8Length(std::string_view text)
     for (std::size_t i = 1; i < length; ++i)
         if (byte(i) < 0x80 || byte(i) > 0xbf) return 0;
     const bool control = first == 0xc2 && byte(1) < 0xa0;
-    const bool byteOrderMark = text.substr(0, length) == "\xef\xbb\xbf";  // cannot be seen
-    return control || byteOrderMark ? 0 : length;
+    const bool tooLong = (first == 0xe0 && byte(1) < 0xa0) || (first == 0xf0 && byte(1) < 0x90);  // a shorter form exists
+    const bool surrogate = first == 0xed && byte(1) > 0x9f;
+    const bool beyondUnicode = first == 0xf4 && byte(1) > 0x8f;
+    const bool unseen = first == 0xef && ((byte(1) == 0xbb && byte(2) == 0xbf) || (byte(1) == 0xbf && byte(2) > 0xbd));  // U+FEFF; none
+    return control || tooLong || surrogate || beyondUnicode || unseen ? 0 : length;
 }
 
 }  // namespace
@@ -73,10 +77,18 @@ std::string shortest(double value)
     return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
 }
 
+std::string sixDigits(double value)
+{
+    char buffer[32];
+    return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 6).ptr};
+}
+
 std::string shown(std::string_view text)
 {
     constexpr std::size_t longest = 200;
-    const std::string_view begin = text.substr(0, longest);
+    std::size_t end = std::min(text.size(), longest);
+    while (end < text.size() && end > longest - 3 && (text[end] & 0xc0) == 0x80) --end;  // not in the middle of a character
+    const std::string_view begin = text.substr(0, end);
     std::string line;
     for (std::size_t i = 0; i < begin.size(); ++i) {
         const char c = begin[i];

@@ -26,6 +26,9 @@ std::vector<std::string> commaSeparated(const std::string& text);
 /** The shortest text that reads back as the same double; every NaN is "nan". */
 std::string shortest(double value);
 
+/** Six significant digits, as most reports print a number. */
+std::string sixDigits(double value);
+
 /** A foreign text for a message: on one line, without control characters, shortened when it is long. */
 std::string shown(std::string_view text);
 

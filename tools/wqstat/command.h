@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace wqstat {
@@ -14,6 +15,9 @@ public:
 
     /** Adds its options to its subcommand; they are stored in this object. */
     virtual void declare(CLI::App& app) = 0;
+
+    /** What may stand first behind the command, where that is not a file. */
+    virtual std::vector<std::string> words() const { return {}; }
 
     /** @throws CannotAnalyse, WrongUsage */
     virtual void run() = 0;

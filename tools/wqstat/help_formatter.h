@@ -14,6 +14,8 @@ public:
     /** @param operandsText what stands behind the options where the parser does not know it. */
     explicit HelpFormatter(std::string operandsText = "") : operands(std::move(operandsText)) { column_width(22); }
 
+    const std::string& operandsText() const { return operands; }
+
     std::string make_usage(const CLI::App* app, std::string name) const override
     {
         std::string usage = CLI::Formatter::make_usage(app, name);

@@ -2,8 +2,10 @@
 
 #include "arguments.h"
 #include "failure.h"
+#include "progress.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -35,6 +37,7 @@ InputFile::InputFile(const std::string& fileName, Layout layout) : givenName(sho
 {
     if (fileName == "-") {
         givenName = "standard input";
+        progress().show("reading " + givenName);
         checkCopying(std::cin, layout);
         return;
     }
@@ -44,10 +47,14 @@ InputFile::InputFile(const std::string& fileName, Layout layout) : givenName(sho
     errno = 0;
     std::ifstream file(fileName, std::ios_base::binary);
     if (!file) throw CannotAnalyse(givenName + ": " + reason(errno));
-    if (std::filesystem::is_regular_file(fileName, ignored))
+    if (std::filesystem::is_regular_file(fileName, ignored)) {
+        const std::uintmax_t size = std::filesystem::file_size(fileName, ignored);
+        progress().show("checking " + givenName, ignored ? 0 : size);
         check(file, layout);
-    else
+    } else {
+        progress().show("reading " + givenName);
         checkCopying(file, layout);
+    }
 }
 
 void InputFile::require(std::size_t held, std::size_t least) const

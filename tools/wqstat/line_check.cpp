@@ -1,6 +1,7 @@
 #include "line_check.h"
 
 #include "arguments.h"
+#include "progress.h"
 
 #include <stdexcept>
 
@@ -11,6 +12,7 @@ namespace {
 constexpr std::string_view whiteSpace = " \t\n\v\f\r";
 constexpr std::string_view digits = "0123456789";
 constexpr std::size_t shownPerKind = 3;
+constexpr std::size_t progressStep = 1 << 16;
 
 /** The ways in which a line may be read that its author hardly meant. */
 enum Kind : std::size_t { blankPair, noNumber, blankSeparator, restIgnored, noCount, kinds };
@@ -236,8 +238,14 @@ LineCheck checkLines(std::istream& source, const std::string& name, Layout layou
     DataLines lines(source);
     Checker checker(name, layout);
     bool goOn = true;
+    std::size_t seen = 0;
     while (goOn && lines.next()) {
         goOn = checker.see(lines);
+        seen += lines.text().size() + 1;
+        if (seen >= progressStep) {
+            progress().advance(seen);
+            seen = 0;
+        }
         if (copy != nullptr) goOn = lines.writeTo(copy) && goOn;
     }
     return checker.findings();

@@ -1,8 +1,12 @@
 // wqstat: the analyses of the library on the command line.
 #include "arguments.h"
 #include "command.h"
+#include "command_description.h"
+#include "completion.h"
 #include "failure.h"
 #include "help_formatter.h"
+#include "manual_page.h"
+#include "progress.h"
 
 #include <wq_stat/version.h>
 
@@ -46,20 +50,30 @@ public:
             commands.emplace_back(subcommand, entry.make());
             commands.back().second->declare(*subcommand);
             const std::string notes = subcommand->get_footer();
+            descriptions.push_back(described(entry, *commands.back().second, *subcommand));
             subcommand->footer((notes.empty() ? "" : notes + "\n\n") + "Example:\n  " + entry.example);
             examples += std::string("  ") + entry.example + "\n";
         }
         app.footer(examples + "\nExit status: 0 done; 1 the data could not be analysed, or the results not written; 2 wrong usage.");
-        app.set_version_flag("--version", versionText());
+        app.set_version_flag("--version", versionText(), "Print the version and exit");
+        app.add_option("--generate", generated, "Print the man page, or completion for a shell: man, bash or fish")
+            ->check(CLI::IsMember({"man", "bash", "fish"}))
+            ->type_name("KIND");
     }
 
     int run(int argc, const char* const* argv)
     {
         try {
             app.parse(argc, argv);
+            if (!generated.empty()) {
+                if (!app.get_subcommands().empty()) throw WrongUsage("--generate stands alone, without a command");
+                std::cout << generatedText();
+                return finished();
+            }
             if (app.get_subcommands().empty()) throw WrongUsage("a command is required");
             for (const auto& [subcommand, command] : commands)
                 if (subcommand->parsed()) command->run();
+            progress().hide();
             return finished();
         } catch (const CLI::Success& wantsText) {  // --help, --version
             app.exit(wantsText);
@@ -79,6 +93,25 @@ public:
     }
 
 private:
+    static CommandDescription described(const CommandEntry& entry, const Command& command, const CLI::App& subcommand)
+    {
+        CommandDescription description = describedOptions(subcommand);
+        description.name = entry.name;
+        description.summary = entry.summary;
+        description.notes = subcommand.get_footer();
+        description.example = entry.example;
+        description.words = command.words();
+        return description;
+    }
+
+    std::string generatedText() const
+    {
+        const std::vector<OptionDescription> options = describedOptions(app).options;
+        if (generated == "bash") return bashCompletion(options, descriptions);
+        if (generated == "fish") return fishCompletion(options, descriptions);
+        return manualPage(options, descriptions);
+    }
+
     static int finished()
     {
         if (std::cout.flush()) return done;
@@ -87,6 +120,7 @@ private:
 
     static int failure(const std::string& text, ExitStatus status)
     {
+        progress().hide();
         std::cerr << "wqstat: " << text << '\n';
         return status;
     }
@@ -100,6 +134,8 @@ private:
 
     CLI::App app;
     std::vector<std::pair<CLI::App*, std::unique_ptr<Command>>> commands;
+    std::vector<CommandDescription> descriptions;
+    std::string generated;
 };
 
 }  // namespace

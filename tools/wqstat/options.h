@@ -55,4 +55,33 @@ private:
     std::string fileName;
 };
 
+/** A picture that is wanted, and what its axes show, where that is said. */
+struct PlotRequest {
+    std::string fileName;  ///< empty when no picture is wanted
+    std::string xLabel;
+    std::string yLabel;
+};
+
+/** What there is to see besides the report, or in its place. */
+class Views {
+public:
+    /**
+     * --json, and --textbook where there is a test to look up. To be called after the options that --json excludes are there: those that
+     * add to the report.
+     */
+    void declare(CLI::App& app, bool hasTest);
+
+    /** --plot, and the labels of its axes. */
+    void declarePlot(CLI::App& app);
+
+    bool json() const { return asJson; }
+    bool textbook() const { return withTextbook; }
+    const PlotRequest& plot() const { return picture; }
+
+private:
+    bool asJson = false;
+    bool withTextbook = false;
+    PlotRequest picture;
+};
+
 }  // namespace wqstat

@@ -4,6 +4,7 @@
 #include "arguments.h"
 #include "failure.h"
 #include "help_formatter.h"
+#include "progress.h"
 
 #include <wq_stat/distributions.h>
 
@@ -13,6 +14,7 @@
 #include <functional>
 #include <iostream>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -161,15 +163,21 @@ std::string listOf(const std::vector<Function>& table)
     return list;
 }
 
-/** What the library has to say while it computes belongs beside the value, not before it. */
+/** What the library has to say while it computes belongs beside the value, not before it; it is told when all is done. */
 class MessagesToError {
 public:
-    MessagesToError() : output(std::cout.rdbuf(std::cerr.rdbuf())) {}
-    ~MessagesToError() { std::cout.rdbuf(output); }
+    MessagesToError() : output(std::cout.rdbuf(messages.rdbuf())) {}
+    ~MessagesToError()
+    {
+        std::cout.rdbuf(output);
+        progress().hide();
+        std::cerr << messages.str();
+    }
     MessagesToError(const MessagesToError&) = delete;
     MessagesToError& operator=(const MessagesToError&) = delete;
 
 private:
+    std::ostringstream messages;
     std::streambuf* output;
 };
 
@@ -183,6 +191,13 @@ class Prob final : public Command {
                    "DF, N and K are whole numbers of 0 or more. ONE_SIDED is 1, true or one for one side, 0, false or two for both.\n"
                    "INTEGRAND is one of " + integrandNames() + ".");
         subcommand = &app;
+    }
+
+    std::vector<std::string> words() const override
+    {
+        std::vector<std::string> names;
+        for (const Function& function : functions()) names.emplace_back(function.name);
+        return names;
     }
 
     void run() override
@@ -207,6 +222,7 @@ class Prob final : public Command {
 
     static std::string valueOf(const Function& function, const Arguments& texts)
     {
+        progress().show(std::string("computing ") + function.name);
         const MessagesToError redirection;
         return function.call(texts);
     }

@@ -1,0 +1,123 @@
+#!/usr/bin/python3
+"""Checks that what wqstat --json prints keeps to docs/wqstat.schema.json, and that the schema refuses what does not.
+
+Usage: check_schema.py WQSTAT SCHEMA DATA    DATA: the folder of the example data
+"""
+import copy
+import json
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+try:
+    import jsonschema
+except ImportError:
+    print("python3-jsonschema is not there")
+    sys.exit(77)
+
+WQSTAT, SCHEMA, DATA = sys.argv[1], pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3])
+
+# Each analysis with its options, and each with data that leave results undefined.
+ORDINARY = [
+    "describe --mu 5.5 --head 0.1 --tail 0.1 cavendish.txt",
+    "pairs nist_norris.txt",
+    "regress --model linear nist_norris.txt",
+    "regress --model logarithmic nist_norris.txt",
+    "regress --model exponential nist_norris.txt",
+    "regress --model power nist_norris.txt",
+    "correlate --alpha 0.01 toothgrowth_supp.txt",
+    "anova toothgrowth_supp.txt",
+    "multiy seedlings.txt",
+    "fit mendel_peas.txt",
+    "fit --yates --no-williams mendel_peas.txt",
+    "ks pi_e_digits.txt",
+    "variances nist_sirstv_instrument1.txt nist_sirstv_instrument2.txt",
+    "frequency --classes 7 cavendish.txt",
+    "circular --unit degrees directions.txt",
+    "circular --unit bins --bins 360 --bin0 1 --bin-name degree directions.txt",
+]
+EXTREME = {
+    "describe equal.txt": "2\n2\n2\n",
+    "describe infinite.txt": "-inf\n1\ninf\n",
+    "pairs equal_pairs.txt": "1;1\n1;1\n",
+    "regress --model linear vertical.txt": "1;2\n1;5\n",
+    "regress --model power one_pair.txt": "1;2\n",
+    "correlate two.txt": "1;2\n2;5\n",
+    "anova one.txt": "1;2\n",
+    "multiy one_series.txt": "1;2;3\n",
+    "multiy no_line.txt": "1;2;1\n2;3;1\n1;3;1\n2;2;1\n",
+    "fit nothing.txt": "0;0\n",
+    "ks one_sample.txt": "3;0\n4;0\n",
+    "variances flat.txt flat.txt": "1\n1\n1\n",
+    "frequency flat.txt": "1\n1\n1\n",
+    "circular one_angle.txt": "1;0\n",
+}
+WITHOUT_TEST = ("pairs", "frequency")
+
+
+def document(arguments, folder, options):
+    words = [str(folder / word) if word.endswith(".txt") else word for word in arguments.split()]
+    done = subprocess.run([WQSTAT] + words + ["--json"] + options, stdout=subprocess.PIPE, check=True, timeout=60)
+    # NaN and Infinity are no JSON, though this parser would take them.
+    return json.loads(done.stdout.decode("utf-8"), parse_constant=lambda name: sys.exit(f"{arguments}: {name} is no JSON"))
+
+
+def members(value, path=()):
+    """The path of each member of an object, at any depth; of an array only the first item."""
+    if isinstance(value, dict):
+        for name, member in value.items():
+            yield path + (name,)
+            yield from members(member, path + (name,))
+    elif isinstance(value, list) and value:
+        yield from members(value[0], path + (0,))
+
+
+def damaged(json_document, path, change):
+    copied = copy.deepcopy(json_document)
+    place = copied
+    for name in path[:-1]:
+        place = place[name]
+    change(place, path[-1])
+    return copied
+
+
+OPTIONAL = {("textbook",), ("textbook", "GAdjusted"), ("textbook", "pTheseSizes"), ("textbook", "criticalDTheseSizes")}
+DAMAGES = {
+    "removed": lambda place, name: place.pop(name),
+    "of another type": lambda place, name: place.update({name: "no such value"} if place[name] != "no such value" else {name: 0}),
+    "joined by another": lambda place, name: place.update({name + "?": 0}),
+}
+TEXTS = {("wqstat",), ("comment",), ("hypothesis",), ("settings", "binName")}  # any text will do
+
+
+def main():
+    schema = json.loads(SCHEMA.read_text(encoding="utf-8"))
+    checker = jsonschema.Draft202012Validator
+    checker.check_schema(schema)
+    validator = checker(schema)
+    checked = refused = 0
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        for arguments, text in EXTREME.items():
+            (folder / arguments.split()[-1]).write_text(text, encoding="utf-8")
+        for arguments, where in [(line, DATA) for line in ORDINARY] + [(line, folder) for line in EXTREME]:
+            for options in [[]] if arguments.split()[0] in WITHOUT_TEST else [[], ["--textbook"]]:
+                found = document(arguments, where, options)
+                for error in validator.iter_errors(found):
+                    sys.exit(f"{arguments}: {list(error.absolute_path)}: {error.message}")
+                checked += 1
+                if where is folder:
+                    continue
+                for path in members(found):
+                    for what, change in DAMAGES.items():
+                        if (what == "removed" and path in OPTIONAL) or (what == "of another type" and path in TEXTS):
+                            continue
+                        if validator.is_valid(damaged(found, path, change)):
+                            sys.exit(f"{arguments}: {path} {what} is taken for valid")
+                        refused += 1
+    print(f"{checked} documents are valid, {refused} damaged ones are not")
+
+
+if __name__ == "__main__":
+    main()
