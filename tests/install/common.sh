@@ -4,12 +4,27 @@
 #   PREFIX                                   the installed tree under test
 #   LIBRARIES                                name of the folder in it that holds the libraries
 #   WARNINGS                                 the warning options of the project
+#   COMPILER_ID                              the compiler of the build, as CMake calls it
 # and work in a folder of their own, which is empty at the start.
 set -euo pipefail
 unset LD_LIBRARY_PATH PKG_CONFIG_PATH
 
 hosts=$SOURCE/tests/hosts
 family=(udf report stat)
+
+# The committed baseline of the binary interface: what the libraries export, and how that is laid out.
+abi=$SOURCE/tests/install/abi
+renew_hint="A program built against an earlier version may break on a change; docs/abi-and-versions.md says what may change.
+Where the change is meant and compatible (an addition), renew the baseline and commit it with the change:
+    cmake --build $BUILD --target abi_baseline"
+
+# symbols_of LIBRARY: what it exports, one per line: the name, and what it means.
+symbols_of()
+{
+    local names
+    names=$(nm --dynamic --defined-only "$1" | cut -d ' ' -f 3 | LC_ALL=C sort)
+    paste <(echo "$names") <(c++filt <<<"$names")
+}
 
 fail()
 {
@@ -59,4 +74,19 @@ expect_output()
     diff -u "$expected" output.txt >&2 || fail "$* printed something else than $expected"
     echo "$* printed what it should:"
     cat output.txt
+}
+
+# commands_of WQSTAT: the commands that its --help lists.
+commands_of()
+{
+    local commands
+    commands=$("$1" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1/p')
+    [ "$(wc -w <<<"$commands")" -gt 10 ] || fail "wqstat --help lists these commands: $commands"
+    echo "$commands"
+}
+
+# options_of WQSTAT [COMMAND]: the long options that --help lists, of the program or of a command.
+options_of()
+{
+    "$@" --help | sed -nE 's/^  (-h,)?(--[a-z0-9-]+).*/\2/p'
 }

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What the installed libraries export: names of wq_lib and the two version symbols, and nothing of their inside.
+# What the installed libraries export: names of wq_lib and the two version symbols, nothing of their inside, and just what the baseline has.
 source "$(dirname "$0")/common.sh"
 
 for name in "${family[@]}"; do
@@ -15,6 +15,10 @@ for name in "${family[@]}"; do
     if grep -F 'wq_lib::detail' <<<"$symbols" >&2; then
         fail "$library exports its inside"
     fi
+    # Those of the baseline, no fewer and no more: what is gone breaks hosts, what is new is a promise.
+    changes=$(diff <(cut -f 1 "$abi/libwq_$name.symbols") <(symbols_of "$library" | cut -f 1) |
+        sed -n 's/^< /no longer exported: /p; s/^> /newly exported: /p' | c++filt) || true
+    [ -z "$changes" ] || fail "$library does not export what the baseline says."$'\n'"$changes"$'\n'"$renew_hint"
     echo "$library: $(wc -l <<<"$symbols") symbols"
 done
 

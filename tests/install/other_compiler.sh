@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# other_compiler.sh COMPILER: the whole project compiles with it too, warnings as errors, and gives the same figures and texts.
+# other_compiler.sh COMPILER: the whole project compiles with it too, warnings as errors, and gives the same figures and texts; a host
+# that the first compiler built works with the libraries of this one.
 source "$(dirname "$0")/common.sh"
 
 compiler=$1
@@ -7,6 +8,9 @@ command -v "$compiler" >/dev/null || skip "there is no $compiler"
 work_in "$BUILD/tests/install/other_compiler"
 
 "$CMAKE" -S "$SOURCE" -B . -G "$GENERATOR" -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG= \
-    -DWQ_LIBRARY_OPTIONS=-O2 -DWQ_WARNINGS_AS_ERRORS=ON
+    -DWQ_LIBRARY_OPTIONS=-O2 -DWQ_WARNINGS_AS_ERRORS=ON -DCMAKE_INSTALL_LIBDIR="$LIBRARIES"
 "$CMAKE" --build . --parallel "$(nproc)"
 "$CTEST" --output-on-failure --parallel "$(nproc)" -LE '^slow$' -R '^(test_|example)'
+
+"$CMAKE" --install . --prefix installed
+PREFIX=$PWD/installed bash "$SOURCE/tests/install/across_the_border.sh" "$CXX" "$PWD/across_the_border"

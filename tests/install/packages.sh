@@ -14,6 +14,7 @@ for package in libwq-stat1 libwq-stat-dev wqstat; do
     dpkg-deb --info "$file" >"$package.info"
     dpkg-deb --extract "$file" root
 done
+grep -qxF ' Description: Classical statistical analyses, shared libraries' libwq-stat1.info || fail "$(cat libwq-stat1.info)"
 grep -q '^ Depends:.*libc6' libwq-stat1.info || fail "libwq-stat1 does not name the libraries it needs"
 grep -q '^ Depends: libwq-stat1 (= 1.1)' libwq-stat-dev.info || fail "libwq-stat-dev does not need libwq-stat1"
 grep -q '^ Depends:.*libwq-stat1 (= 1.1)' wqstat.info || fail "wqstat does not need libwq-stat1"
@@ -26,6 +27,19 @@ expected=$(printf '%s\n' libwq_report.so.1 libwq_stat.so.1 libwq_udf.so.1)
 ldd root/usr/bin/wqstat | grep -q "libwq_stat.so.1 => $PWD/root/" || fail "wqstat does not use the libraries of the packages"
 root/usr/bin/wqstat --version | grep -qF 1.1 || fail "wqstat --version"
 root/usr/bin/wqstat describe "$SOURCE/examples/data/nist_numacc1.txt" | grep -qxF "sample size     : 3" || fail "wqstat describe"
+cmp "$SOURCE/docs/wqstat.schema.json" root/usr/share/wqstat/wqstat.schema.json || fail "the schema of wqstat --json is not in the package"
 
+# What belongs to it, each file where its reader looks for it.
+declare -A kinds=([man/man1/wqstat.1]=man [bash-completion/completions/wqstat]=bash [fish/vendor_completions.d/wqstat.fish]=fish)
+for file in "${!kinds[@]}"; do
+    root/usr/bin/wqstat --generate "${kinds[$file]}" | cmp - "root/usr/share/$file" || fail "share/$file is not what the tool makes"
+    dpkg-deb --fsys-tarfile made/wqstat_*.deb | tar --list | grep -xF "./usr/share/$file" ||
+        fail "share/$file is not in the package of the tool"
+done
+
+# A host, built against the development package and run with the libraries of the other one.
 "$CMAKE" -S "$hosts/three_libraries" -B host -G "$GENERATOR" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_PREFIX_PATH="$PWD/root/usr" >host.txt
 "$CMAKE" --build host >>host.txt || fail "$(cat host.txt)"
+PREFIX=$PWD/root/usr
+own_folder host/host
+expect_output "$hosts/three_libraries/expected.txt" ./host
