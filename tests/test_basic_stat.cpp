@@ -576,6 +576,8 @@ TEST(BasicStatistics, trimmedRange)
         {__LINE__, 10, -infinity, -infinity, largestCount, 10},
         {__LINE__, 10, NaN, NaN, 0, 9},
         {__LINE__, 10, 2, 2, 20, largestCount - 10},
+        {__LINE__, 2, 0x1p63, 0x1p63, largestCount, 2},  // 2^64 exactly, one more than the largest count
+        {__LINE__, 2, 0x1.fffffffffffffp62, 0.0, largestCount - 2047, 1},
         {__LINE__, 0, 0, 0, 0, largestCount},
         {__LINE__, 0, 0.5, 0.5, 0, largestCount},
     };

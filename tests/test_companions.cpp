@@ -367,6 +367,69 @@ TEST(WriteFile, aFullDiskIsReported)
     EXPECT_TRUE(nothing.fileClose()) << "nothing was written";
 }
 
+TEST(WriteFile, anOpenFileIsNotOpenedAgain)
+{
+    const TempFolder folder;
+    Writer file(folder.path("a.txt"));
+    ASSERT_TRUE(file.fileOpen());
+    file.write("before ");
+    EXPECT_FALSE(file.fileOpen());
+    file.write("after");
+    EXPECT_TRUE(file.fileClose());
+    EXPECT_EQ(contentOf(folder.path("a.txt")), "before after");
+}
+
+TEST(WriteFile, whatGoesThroughTheStreamKeepsItsPlace)
+{
+    const TempFolder folder;
+    const std::string path = folder.path("a.txt");
+    Writer file(path);
+    ASSERT_TRUE(file.fileOpen());
+    std::string expected;
+    for (int i = 0; i < 100000; ++i) {  // characters, texts and lines in turn, many times what any buffer holds
+        file.stream.put('c');
+        expected += 'c';
+        if (i % 7 == 0) {
+            file.write("text");
+            file.stream << i;
+            expected += "text" + std::to_string(i);
+        }
+        if (i % 100 == 0) {
+            file.writeEol();
+            expected += '\n';
+        }
+    }
+    file.stream.flush();
+    EXPECT_TRUE(file.stream.good());
+    EXPECT_EQ(contentOf(path), expected) << "a flush carries everything into the file";
+    const std::string block(100000, 'b');
+    file.stream << block << 'e';
+    EXPECT_TRUE(file.fileClose());
+    EXPECT_EQ(contentOf(path), expected + block + 'e');
+}
+
+TEST(WriteFile, aFullDiskIsToldToWhoUsesTheStream)
+{
+    if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
+    const struct {
+        const char* name;
+        std::function<void(Writer&)> write;
+    } rows[] = {
+        {"a flush", [](Writer& file) { file.stream << "x" << std::flush; }},
+        {"a line with a flush", [](Writer& file) { file.stream << std::endl; }},
+        {"a long text", [](Writer& file) { file.stream << std::string(1 << 20, 'x') << std::flush; }},
+        {"many characters", [](Writer& file) { for (int i = 0; i < 1 << 20; ++i) file.stream.put('x'); }},
+        {"many texts", [](Writer& file) { for (int i = 0; i < 1 << 18; ++i) file.stream << "text"; }},
+    };
+    for (const auto& row : rows) {
+        Writer file("/dev/full");
+        ASSERT_TRUE(file.fileOpen());
+        row.write(file);
+        EXPECT_FALSE(file.stream.good()) << row.name;
+        EXPECT_FALSE(file.fileClose()) << row.name;
+    }
+}
+
 TEST(WriteFile, whatCannotBeOpenedLeavesNothingBehind)
 {
     const TempFolder folder;
@@ -560,6 +623,7 @@ TEST(CsvReport, numberCells)
         {2.5, 0, "2"},  // to even
         {3.5, 0, "4"},
         {0.1, 20, "0.10000000000000000555"},
+        {2.5, -1, "2.500000"},  // a negative precision is none to the C library too, which then takes 6
         {-0.0, 3, "-0.000"},
         {-1e-9, 3, "-0.000"},
         {0.0, 0, "0"},
@@ -625,6 +689,9 @@ TEST(CsvReport, comments)
         {"# marked", "# # marked\n"},
         {" blank", "#  blank\n"},
         {"1,2\t\"3\"", "# 1,2\t\"3\"\n"},
+        {" run 1\r run 2\r", "#  run 1\n#  run 2\r\n"},  // comments of a file with carriage returns: R ends a line at each
+        {"a\r\nb\r\n", "# a\r\n# b\r\n"},
+        {"a\r\r\n\rb", "# a\n# \r\n#\n# b\n"},
     };
     for (const auto& [text, lines] : rows)
         EXPECT_EQ(written([&, &text = text](wq_lib::CsvReport& file) { file.writeComment(text); }), lines);

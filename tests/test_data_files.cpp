@@ -26,11 +26,16 @@
 #include "support/analyses.h"
 #include "support/bits.h"
 #include "support/files.h"
+#include "support/plain_readers.h"
 
 using namespace wq_lib;
 using namespace std::string_literals;
-using wq_test::sameBits;
+using wq_test::endOf;
+using wq_test::Ends;
+using wq_test::Reading;
+using wq_test::same;
 using wq_test::shipped;
+using wq_test::shown;
 using wq_test::TempFolder;
 
 namespace {
@@ -39,63 +44,6 @@ using Pair = std::pair<double, double>;
 
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
-
-enum class Ends { normally, cannotOpen, invalidArgument, outOfRange };
-
-std::ostream& operator<<(std::ostream& stream, Ends ends)
-{
-    const char* const names[] = {"normally", "cannot open", "invalid_argument", "out_of_range"};
-    return stream << names[static_cast<int>(ends)];
-}
-
-Ends endOf(const std::function<bool()>& read)
-{
-    try {
-        return read() ? Ends::normally : Ends::cannotOpen;
-    } catch (const std::invalid_argument&) {
-        return Ends::invalidArgument;
-    } catch (const std::out_of_range&) {
-        return Ends::outOfRange;
-    }
-}
-
-// What a reader made of a file.
-struct Reading {
-    Ends ends = Ends::normally;
-    std::vector<Pair> data;  // of one sample: (value, 0)
-    std::string comment;
-};
-
-bool same(const Reading& a, const Reading& b)
-{
-    if (a.ends != b.ends || a.comment != b.comment || a.data.size() != b.data.size()) return false;
-    for (std::size_t i = 0; i < a.data.size(); ++i)
-        if (!sameBits(a.data[i].first, b.data[i].first) || !sameBits(a.data[i].second, b.data[i].second)) return false;
-    return true;
-}
-
-std::string shown(const std::string& content)
-{
-    std::string text;
-    for (const char c : content) {
-        if (c == '\n')
-            text += "\\n";
-        else if (c == '\r')
-            text += "\\r";
-        else if (c == '\0')
-            text += "\\0";
-        else
-            text += c;
-    }
-    return text.size() > 400 ? text.substr(0, 400) + " ..." : text;
-}
-
-std::ostream& operator<<(std::ostream& stream, const Reading& reading)
-{
-    stream << "ends " << reading.ends << ", comment \"" << shown(reading.comment) << "\", " << reading.data.size() << " observations:";
-    for (const Pair& pair : reading.data) stream << " (" << pair.first << ", " << pair.second << ")";
-    return stream;
-}
 
 // ---- the library's readers, always on objects that hold something already where a test says so
 
@@ -161,90 +109,16 @@ Reading readSeries(const std::string& path)
     return r;
 }
 
-// ---- the same formats once more, plainly: a line is a C string of at most 254 characters, a field a token
-
-template <typename HandleLine>
-Ends plainly(const std::string& path, HandleLine&& handleLine)
-{
-    std::ifstream file(path);
-    if (!file.is_open()) return Ends::cannotOpen;
-    return endOf([&] {
-        while (!file.fail()) {
-            char line[255];
-            file.getline(line, sizeof line);
-            if (std::strlen(line) == 0) continue;
-            if (!handleLine(line)) break;
-        }
-        return true;
-    });
-}
-
-std::string withoutMarks(const char* line)
-{
-    std::string text;
-    for (; *line != '\0'; ++line)
-        if (*line != '#') text += *line;
-    return text;
-}
-
-Reading plainOneSample(const std::string& path)
-{
-    Reading r;
-    r.ends = plainly(path, [&](char* line) {
-        if (std::strchr(line, '#') != nullptr) {
-            r.comment += withoutMarks(line);
-            return true;
-        }
-        if (std::strncmp(line, "<<", 2) == 0) return false;
-        r.data.emplace_back(std::stod(line), 0.0);
-        return true;
-    });
-    return r;
-}
-
-Reading plainPairs(const std::string& path)
-{
-    Reading r;
-    r.ends = plainly(path, [&](char* line) {
-        if (std::strchr(line, '#') != nullptr) {
-            r.comment = withoutMarks(line);
-            return true;
-        }
-        if (std::strncmp(line, "<<", 2) == 0) return false;
-        const char* const first = std::strtok(line, ":;|");
-        if (first == nullptr) return true;
-        const double x = std::atof(first);
-        const char* const second = std::strtok(nullptr, ":;|");
-        r.data.emplace_back(x, second == nullptr ? 0.0 : std::stod(second));
-        return true;
-    });
-    return r;
-}
-
-Reading plainSeries(const std::string& path)
-{
-    Reading r;
-    int count = 0;
-    r.ends = plainly(path, [&](char* line) {
-        if (std::strchr(line, '#') != nullptr) return true;
-        const char* field = std::strtok(line, ":;|");
-        if (field == nullptr) return true;
-        const double x = std::stod(field);
-        field = std::strtok(nullptr, ":;|");
-        const double y = field == nullptr ? 0.0 : std::stod(field);
-        if (field != nullptr) field = std::strtok(nullptr, ":;|");
-        if (field != nullptr) count = std::stoi(field);
-        for (int i = 0; i < count; ++i) r.data.emplace_back(x, y);
-        return true;
-    });
-    return r;
-}
-
 struct Reader {
     const char* name;
     Reading (*library)(const std::string& path);
     Reading (*plain)(const std::string& path);
 };
+
+// The plain readers of new objects.
+Reading plainOneSample(const std::string& path) { return wq_test::plainOneSample(path); }
+Reading plainPairs(const std::string& path) { return wq_test::plainPairs(path); }
+Reading plainSeries(const std::string& path) { return wq_test::plainSeries(path); }
 
 const Reader readers[] = {
     {"one sample", readOneSample, plainOneSample},
@@ -749,6 +623,79 @@ TEST(DataFiles, randomNumbersAreReadAsPlainly)
     EXPECT_TRUE(same(readOneSample(path), expected));
     const Reading xs = readPairs(path);
     EXPECT_TRUE(same(xs, expected)) << "x is read by the rules of atof, the same for numbers in range";
+}
+
+TEST(DataFiles, longHexadecimalNumbers)
+{
+    // 53 binary digits are 13 hexadecimal ones behind the first 1; the values beside a number are written out by hand.
+    const struct {
+        int line;
+        const char* text;
+        double value;
+    } rows[] = {
+        {__LINE__, "0x1.00000000000008p0", 1.0},                                     // half of the last digit: to even
+        {__LINE__, "0x1.000000000000080000000001p0", 0x1.0000000000001p0},           // anything behind it: up
+        {__LINE__, "0x1.00000000000018p0", 0x1.0000000000002p0},                     // to even again, which is up here
+        {__LINE__, "0x1.00000000000007ffffffffffp0", 1.0},
+        {__LINE__, "0x100000000000008000000000", 0x1p92},                            // more digits than 64 bits hold
+        {__LINE__, "0x100000000000008000000001", 0x1.0000000000001p92},
+        {__LINE__, "0xfffffffffffffc000000", 0x1p80},
+        {__LINE__, "0xfffffffffffffbffffff", 0x1.fffffffffffffp79},
+        {__LINE__, "0x0000000000000000000000000000000000001", 1.0},
+        {__LINE__, "0x.00000000000000000000000000000000000018P+148", 1.5},   // 24 in the 38th place: 24 * 2^(148 - 4 * 38)
+        {__LINE__, "-0X1.FFFFFFFFFFFFFp+1023", -std::numeric_limits<double>::max()},
+        {__LINE__, "0x1.fffffffffffff7ffffffp1023", std::numeric_limits<double>::max()},
+        {__LINE__, "0x1p-1022", std::numeric_limits<double>::min()},
+        {__LINE__, "0x1p-1023", 0x1p-1023},                                          // exact, so in range though not normal
+        {__LINE__, "0x1.fffffffffffffcp-1023", std::numeric_limits<double>::min()},  // normal at full precision
+        {__LINE__, "0x0p99999999999", 0.0},
+    };
+    const TempFolder folder;
+    for (const auto& row : rows) {
+        const std::string path = folder.write(std::to_string(row.line), row.text);
+        const Reading reading = readOneSample(path);
+        EXPECT_EQ(reading.ends, Ends::normally) << "row of line " << row.line;
+        ASSERT_EQ(reading.data.size(), 1u) << "row of line " << row.line;
+        EXPECT_SAME_BITS(reading.data.front().first, row.value) << "row of line " << row.line;
+        EXPECT_TRUE(same(reading, plainOneSample(path))) << "row of line " << row.line;
+    }
+    for (const char* const text : {"0x1.fffffffffffff8p1023", "0x1p1024", "-0x1p99999999999", "0x1.8p-1074", "0x1p-1075", "0x1p-99999999999",
+                                   "0x1.fffffffffffff7p-1023", "0x1.00000000000000000000000001p-1023"})
+        EXPECT_EQ(readOneSample(folder.write(text, text)).ends, Ends::outOfRange) << text;
+}
+
+TEST(DataFiles, randomHexadecimalNumbersAreReadAsPlainly)
+{
+    const TempFolder folder;
+    std::mt19937_64 engine(55);
+    const auto digits = [&engine] {
+        const std::size_t count = engine() % 20;
+        std::string text(engine() % 4, '0');
+        const bool plain = engine() % 3 == 0;  // many the same, so that ties are met
+        for (std::size_t i = 0; i < count; ++i) text += plain ? "08f"[engine() % 3] : "0123456789abcdefABCDEF"[engine() % 22];
+        return text;
+    };
+    std::string content;
+    for (int round = 0; round < 40000; ++round) {
+        const long exponent = round % 2 == 0 ? static_cast<long>(engine() % 200) - 100 : static_cast<long>(engine() % 2300) - 1150;
+        content += "0x" + digits() + "." + digits() + "p" + std::to_string(exponent) + "\n";
+    }
+    const std::string path = folder.write("pairs.txt", content);
+    const Reading expected = plainPairs(path);  // the rules of atof, so no number ends the reading
+    EXPECT_EQ(expected.data.size(), 40000u);
+    EXPECT_TRUE(same(readPairs(path), expected));
+
+    std::size_t outOfRange = 0;
+    for (int round = 0; round < 600; ++round) {
+        const long exponent = (round % 2 == 0 ? 1020 : -1070) + static_cast<long>(engine() % 12);
+        const std::string number = "0x1." + digits() + "p" + std::to_string(exponent);
+        const std::string one = folder.write(std::to_string(round), number);
+        const Reading plain = plainOneSample(one);
+        EXPECT_TRUE(same(readOneSample(one), plain)) << number;
+        if (plain.ends == Ends::outOfRange) ++outOfRange;
+    }
+    EXPECT_GT(outOfRange, 200u);
+    EXPECT_LT(outOfRange, 500u);
 }
 
 TEST(DataFiles, largeFilesAreReadAsPlainly)

@@ -1,9 +1,11 @@
 // The distributions against: their formulas in 50 digits, plain loops, published and hand-computed figures, textbook values.
 #include <wq_stat/distributions.h>
 
+#include "../src/root_bracket.h"
 #include "support/bits.h"
 #include "support/console.h"
 #include "support/files.h"
+#include "support/plain_distributions.h"
 #include "support/table.h"
 
 #include <gtest/gtest.h>
@@ -242,6 +244,22 @@ TEST(Distributions, bisectedQuantileStandsAtTheJump)
     }
 }
 
+TEST(RootBracket, bisectsBetweenTheInnermostPointsVisited)
+{
+    wq_lib::detail::RootBracket bracket;
+    for (const double below : {0.25, 0.375, 0.3125, -1.0, 1.25}) bracket.visit(below, true);
+    for (const double notBelow : {0.75, 0.625, 0.6875, -0.5, 1.5}) bracket.visit(notBelow, false);
+    const double crossing = bracket.bisect([](double x) {
+        EXPECT_GT(x, 0.375);
+        EXPECT_LT(x, 0.625);
+        return x < 0.4;
+    });
+    EXPECT_SAME_BITS(crossing, 0.4);
+
+    EXPECT_SAME_BITS(wq_lib::detail::RootBracket().bisect([](double) { return true; }), 1.0) << "nothing visited: between 0 and 1";
+    EXPECT_SAME_BITS(wq_lib::detail::RootBracket().bisect([](double) { return false; }), std::numeric_limits<double>::denorm_min());
+}
+
 // ---------------------------------------------------------------- edges
 
 TEST(Distributions, factorialEdges)
@@ -418,6 +436,7 @@ TEST(Distributions, studentEdges)
     EXPECT_SAME_BITS(t_Prob(1.0, largest - 1, true), notANumber) << "1 - 3 degrees of freedom";
     EXPECT_SAME_BITS(t_Prob(1.0, largest, false), notANumber);
     EXPECT_SAME_BITS(t_Prob(1.0, (std::size_t{1} << 53) + 1, true), notANumber);
+    EXPECT_NEAR(t_Prob(94906265.624, std::size_t{1} << 53, true), 0.0, 1e-12) << "the last with a result; t = sqrt(df) keeps the series short";
 
     EXPECT_SAME_BITS(t_PercentPoint(0.05, 0), 0.0);
     EXPECT_SAME_BITS(t_PercentPoint(notANumber, 0), 0.0);
@@ -610,179 +629,7 @@ TEST(Distributions, inlineHelpers)
 
 namespace plain {
 
-// The same methods as straight loops with nothing to end them but a budget of steps; nothing is returned when that runs out.
-using Result = std::optional<double>;
-
-struct Budget {
-    long steps;
-    bool spend() { return --steps >= 0; }
-};
-
-Result lnGamma(double x, Budget& budget)
-{
-    double s = 0.0;
-    double y = x - 1.0;
-    while (y > 0.0) {
-        if (!budget.spend()) return {};
-        s += std::log(y);
-        y -= 1.0;
-    }
-    return y < 0.0 ? s + 0.57236494292470008707 : s;
-}
-
-Result betaRatio(double x, double p, double q, double beta, Budget& budget)
-{
-    if (x == 0.0 || x == 1.0) return x;
-    const double psq = p + q;
-    const bool changed = psq * x > p;
-    const double xx = changed ? 1.0 - x : x;
-    const double cx = changed ? x : 1.0 - x;
-    const double pp = changed ? q : p;
-    const double qq = changed ? p : q;
-    const double top = std::ceil(qq + psq * cx);
-    if (!(std::fabs(top) < 1e9)) return {};
-    int ns = static_cast<int>(top) + 1;
-    const double rx = xx / cx;
-    double term = 1.0, sum = 1.0, temp = 0.0;
-    int i = 0;
-    do {
-        if (!budget.spend()) return {};
-        ++i;
-        --ns;
-        if (ns >= 0) temp = ns == 0 ? xx : qq - i;
-        term = term * temp * rx / (pp + i);
-        sum += term;
-    } while (!(sum >= std::fabs(term) && 1e-7 * sum >= std::fabs(term)));
-    if (xx <= 0.0 || cx <= 0.0) return 0.0;
-    const double result = sum * std::exp(pp * std::log(xx) + (qq - 1.0) * std::log(cx) - beta) / pp;
-    return changed ? 1.0 - result : result;
-}
-
-Result inverseBetaRatio(double alpha, double p, double q, double beta, Budget& budget)
-{
-    if (alpha == 0.0 || alpha == 1.0) return alpha;
-    const bool changed = alpha > 0.5;
-    const double a = changed ? 1.0 - alpha : alpha;
-    if (changed) q = p;
-    double r = std::sqrt(-std::log(a * a));
-    const double y = r - (2.30753 + 0.27061 * r) / (1.0 + (0.99229 + 0.04481 * r) * r);
-    double x;
-    if (p > 1.0 && q > 1.0) {
-        r = (y * y - 3.0) / 6.0;
-        const double s = 1.0 / (2.0 * p - 1.0);
-        const double t = 1.0 / (2.0 * q - 1.0);
-        const double h = 2.0 / (s + t);
-        const double w = y * std::sqrt(h + r) / h - (t - s) * (r + 0.8333333333333334 - 2.0 / (3.0 * h));
-        x = p / (p + q * std::exp(2.0 * w));
-    } else {
-        r = 2.0 * q;
-        double t = 1.0 / (9.0 * q);
-        const double base = 1.0 - t + y * std::sqrt(t);
-        t = r * (base * base * base);
-        if (t > 0.0) {
-            t = (4.0 * p + r - 2.0) / t;
-            x = t > 1.0 ? 1.0 - 2.0 / (1.0 + t) : std::exp((std::log(a * p) + beta) / p);
-        } else {
-            x = 1.0 - std::exp((std::log((1.0 - a) * q) + beta) / q);
-        }
-    }
-    double d;
-    do {
-        const Result ratio = plain::betaRatio(x, p, q, beta, budget);
-        if (!ratio || !budget.spend()) return {};
-        d = (*ratio - a) * std::exp((1.0 - p) * std::log(x) + (1.0 - q) * std::log(1.0 - x) + beta);
-        double step = d;
-        double candidate = x - step;
-        while (candidate <= 0.0 || candidate >= 1.0) {
-            if (!budget.spend()) return {};
-            step /= 2.0;
-            candidate = x - step;
-        }
-        x = candidate;
-    } while (std::fabs(d) >= 1e-6);
-    return changed ? 1.0 - x : x;
-}
-
-Result t_Prob(double t, std::size_t df, bool oneSided, Budget& budget)
-{
-    if (df == 0) return 0.0;
-    const double theta = std::atan(t / std::sqrt(static_cast<double>(df)));
-    const double s = std::sin(theta);
-    const double c = std::cos(theta);
-    const bool oddDf = df % 2 == 1;
-    double A = 0.0;
-    if (df > 1) {
-        double term = oddDf ? c : 1.0;
-        double sum = term;
-        for (std::size_t k = oddDf ? 3 : 2; k < df; k += 2) {
-            if (!budget.spend()) return {};
-            term = term * (c * c) * static_cast<double>(k - 1) / static_cast<double>(k);
-            sum += term;
-        }
-        A = s * sum;
-    }
-    if (oddDf) A = 1.5707963267948966 * (A + theta);
-    const double lower = 0.5 * (1.0 + A);
-    return oneSided ? 1.0 - lower : 2.0 * (1.0 - lower);
-}
-
-Result chiSquareProb(double x, std::size_t df, Budget& budget)
-{
-    if (x == 0.0 || df == 0) return 0.0;
-    const double h = x / 2.0;
-    double a = static_cast<double>(df) / 2.0;
-    const Result gamma = plain::lnGamma(1.0 + a, budget);
-    if (!gamma) return {};
-    const double f = std::exp(a * std::log(h) - *gamma - h);
-    if (!(f > 0.0)) return 0.0 * f;
-    double term = 1.0, sum = 1.0;
-    while (term / sum > 1e-6) {
-        if (!budget.spend()) return {};
-        a += 1.0;
-        term = term * h / a;
-        sum += term;
-    }
-    return sum * f;
-}
-
-Result binomial(std::size_t k, std::size_t n, double p, Budget& budget)
-{
-    double r = 1.0;
-    for (std::size_t i = 0; i < n; ++i) {
-        if (!budget.spend()) return {};
-        r *= 1.0 - p;
-    }
-    for (std::size_t i = 0; i < k; ++i) {
-        if (!budget.spend()) return {};
-        r = r * static_cast<double>(n - i) * p / (static_cast<double>(i + 1) * (1.0 - p));
-    }
-    return r;
-}
-
-Result F_Prob(double f, std::size_t df1, std::size_t df2, Budget& budget)
-{
-    if (df1 == 0 || df2 == 0) return 0.0;
-    const double a = static_cast<double>(df1) / 2.0;
-    const double b = static_cast<double>(df2) / 2.0;
-    const double x = b / (b + a * f);
-    const Result A = plain::lnGamma(a, budget), B = plain::lnGamma(b, budget), C = plain::lnGamma(a + b, budget);
-    if (!A || !B || !C) return {};
-    const Result ratio = plain::betaRatio(x, b, a, *A + *B - *C, budget);
-    if (!ratio) return {};
-    return 1.0 - *ratio;
-}
-
-Result F_PercentPoint(double p, std::size_t df1, std::size_t df2, Budget& budget)
-{
-    if (p == 0.0 || df1 == 0 || df2 == 0) return 0.0;
-    const double a = static_cast<double>(df2) / 2.0;
-    const double b = static_cast<double>(df1) / 2.0;
-    const Result A = plain::lnGamma(a, budget), B = plain::lnGamma(b, budget), C = plain::lnGamma(a + b, budget);
-    if (!A || !B || !C) return {};
-    const Result x = plain::inverseBetaRatio(1.0 - p, a, b, *A + *B - *C, budget);
-    if (!x) return {};
-    return static_cast<double>(df2) * (1.0 - *x) / (static_cast<double>(df1) * *x);
-}
+using namespace wq_test::plain;
 
 // Counts how many calls a plain loop could answer, and compares those.
 class Comparison {

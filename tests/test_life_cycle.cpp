@@ -1,4 +1,4 @@
-// What holds for the objects of every analysis class: empty and tiny samples, settings of all kinds, what persists, copies, threads.
+// What holds for the objects of every analysis class: empty and tiny samples, settings of all kinds, what persists, copies.
 #include <wq_stat/wq_stat.h>
 
 #include <gmock/gmock.h>
@@ -18,7 +18,6 @@
 #include <new>
 #include <sstream>
 #include <string>
-#include <thread>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -26,15 +25,24 @@
 #include "support/bits.h"
 #include "support/console.h"
 #include "support/files.h"
+#include "support/object_lives.h"
 
 using namespace wq_lib;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using wq_test::columns;
 using wq_test::contentOf;
+using wq_test::fill;
+using wq_test::forEveryClass;
+using wq_test::isPaired;
+using wq_test::prepare;
+using wq_test::printAll;
 using wq_test::printed;
 using wq_test::printedToError;
+using wq_test::printMore;
 using wq_test::TempFolder;
+using wq_test::told;
 
 namespace {
 
@@ -43,248 +51,6 @@ constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double largest = 1.7976931348623157e308;
 constexpr double smallest = 2.2250738585072014e-308;
 constexpr std::size_t last = static_cast<std::size_t>(-1);
-
-template <typename T>
-constexpr bool paired = std::is_base_of_v<BasicXyStatistics, T>;
-
-// Names of the columns in a new object.
-template <typename T>
-std::vector<std::string> columns()
-{
-    if (!paired<T>) return {"DATA"};
-    if (std::is_same_v<T, KolmogorovSmirnov2>) return {"F1", "F2", "relF1", "relF2", "diff"};
-    return {"X", "Y"};
-}
-
-template <typename T>
-struct Class {
-    using type = T;
-    const char* name;
-};
-
-// Calls f with each analysis class.
-template <typename F>
-void forEveryClass(F&& f)
-{
-    f(Class<BasicStatistics>{"BasicStatistics"});
-    f(Class<TwoSamples>{"TwoSamples"});
-    f(Class<Frequency>{"Frequency"});
-    f(Class<BasicXyStatistics>{"BasicXyStatistics"});
-    f(Class<Regression>{"Regression"});
-    f(Class<LinearRegression>{"LinearRegression"});
-    f(Class<LogarithmicRegression>{"LogarithmicRegression"});
-    f(Class<ExponentialRegression>{"ExponentialRegression"});
-    f(Class<PowerRegression>{"PowerRegression"});
-    f(Class<Correlation>{"Correlation"});
-    f(Class<SingleAnova>{"SingleAnova"});
-    f(Class<LinearRegressionMultiY>{"LinearRegressionMultiY"});
-    f(Class<GoodnessOfFit>{"GoodnessOfFit"});
-    f(Class<KolmogorovSmirnov2>{"KolmogorovSmirnov2"});
-    f(Class<Circular>{"Circular"});
-}
-
-// ---------------------------------------------------------------- filling and preparing
-
-double xOf(std::size_t i) { return 1.0 + static_cast<double>(i % 4) + 0.25 * static_cast<double>(i % 3); }
-double yOf(std::size_t i) { return 2.0 + static_cast<double>(i * i % 7); }
-
-template <typename T>
-void fill(T& object, std::size_t n)
-{
-    for (std::size_t i = 0; i < n; ++i) {
-        if constexpr (paired<T>) object.add(xOf(i), yOf(i));
-        else object.add(yOf(i));
-    }
-}
-
-// What a host calls between loading and analyse().
-void prepare(BasicStatistics&) {}
-void prepare(SingleAnova& anova) { anova.createSeries(); }
-void prepare(KolmogorovSmirnov2& test) { test.cumulative(); }
-
-void prepare(Frequency& frequency)
-{
-    frequency.autoClassWidth(3);
-    frequency.initFrequency(frequency.getClasses());
-    frequency.buildTable();
-}
-
-void prepare(TwoSamples& test)
-{
-    BasicStatistics second;
-    fill(second, test.getSampleSize() + 2);
-    second.analyse();
-    test.BasicStatistics::analyse();
-    test.setSecondSample(second.getResult());
-}
-
-// ---------------------------------------------------------------- all that an object tells, as text
-
-// Values to the last bit, every NaN alike.
-class Transcript {
-public:
-    Transcript& operator<<(double value)
-    {
-        char figure[40];
-        if (std::isnan(value)) std::snprintf(figure, sizeof figure, "nan");
-        else std::snprintf(figure, sizeof figure, "%a", value);
-        text += std::string(figure) + "\n";
-        return *this;
-    }
-    Transcript& operator<<(const std::string& value)
-    {
-        text += value + "\n";
-        return *this;
-    }
-    Transcript& operator<<(std::size_t value) { return *this << std::to_string(value); }
-    Transcript& operator<<(bool value) { return *this << std::string(value ? "true" : "false"); }
-    Transcript& operator<<(const DataRange<double>& range) { return *this << range.getLower() << range.getUpper(); }
-    Transcript& operator<<(const anova_source& row) { return *this << row.df << row.ss << row.ms << row.fs << row.expectedMs; }
-    Transcript& operator<<(const basic_stat& r)
-    {
-        return *this << r.n << r.min << r.max << r.mean << r.geoMean << r.harmMean << r.median << r.quartile1 << r.quartile3 << r.sum
-                     << r.variance << r.sampleVariance << r.stdev << r.sampleStdev << r.stdError << r.cv << r.sumOfSquares
-                     << r.significance << r.confidenceLimits << r.reserved1 << r.reserved2;
-    }
-
-    std::string text;
-};
-
-// The accessors of each class; those of its bases are told by their own.
-void tell(Transcript& out, const BasicStatistics& o)
-{
-    out << o.getResult() << o.getHead() << o.getTail() << o.getSampleSize() << o.getDataStart() << o.getDataEnd() << o.getSignificance()
-        << o.getConfidence() << o.getNullHypothesis() << o.isNegative() << o.isSorted() << o.getDataFile() << o.getHypothesisInfo()
-        << o.getComment() << o.getColumnName(0);
-}
-
-void tell(Transcript& out, const BasicXyStatistics& o)
-{
-    tell(out, static_cast<const BasicStatistics&>(o));
-    const xy_stat& r = o.getXyResult();
-    out << r.x << r.y << r.sumProducts << r.covariance << o.getColumnName(1);
-}
-
-void tell(Transcript& out, const Regression& o)
-{
-    tell(out, static_cast<const BasicXyStatistics&>(o));
-    const regression_stat& r = o.getRegressionResult();
-    out << r.a << r.b << r.explained << r.unexplained << r.residualVariance << r.seB << r.tB << r.pB << r.limitsB << r.meanX << r.meanY
-        << r.seY << r.limitsY << r.n;
-}
-
-void tell(Transcript& out, const Correlation& o)
-{
-    tell(out, static_cast<const BasicXyStatistics&>(o));
-    const correlation_stat& r = o.getCorrelationResult();
-    out << r.r << r.t << r.tSignificance << r.F << r.FSignificance << r.confidenceLimits << o.acceptH0_t() << o.acceptH0_F();
-}
-
-void tell(Transcript& out, const SingleAnova& o)
-{
-    tell(out, static_cast<const BasicXyStatistics&>(o));
-    out << o.getGroupCount() << std::to_string(o.getTotalObservations()) << o.getGrandTotal() << o.getCorrectionTerm()
-        << o.getSumSquaredObservations() << o.getSumSquaredGroupTotals() << o.getSumSquaredSampleSizes() << o.getTotal() << o.getAmong()
-        << o.getWithin() << o.getMeanSampleSize() << o.getN0() << o.getVarianceComponent() << o.getVarianceComponentRatio()
-        << o.getGroupsCreated() << o.isEqual() << std::to_string(o.getModel());
-    for (const anova_group& g : o.getGroups()) {
-        out << g.id << std::to_string(g.n) << g.mean << g.sum << g.sumSquaredObservations << g.sumOfSquares << g.variance;
-        for (const double y : g.observations) out << y;
-    }
-}
-
-void tell(Transcript& out, const LinearRegressionMultiY& o)
-{
-    tell(out, static_cast<const SingleAnova&>(o));
-    const regression_multi_y_stat& r = o.getRegressionResult();
-    out << r.sumX << r.sumX2 << r.sumXT << r.correctionX << r.ssX << r.spXY << r.a << r.b << r.explained << r.unexplained << r.reserved1
-        << r.seB << r.tB << r.pT << r.limitsB << r.reserved2 << r.reserved3 << r.reserved4 << r.reserved5 << r.reserved6 << r.reserved7
-        << o.getRegression() << o.getDeviations() << o.isComputeRegression();
-}
-
-void tell(Transcript& out, const GoodnessOfFit& o)
-{
-    tell(out, static_cast<const BasicXyStatistics&>(o));
-    out << o.getX2() << o.getG() << o.getGAdjusted() << o.isYatesCorrection() << o.isWilliamsCorrection();
-}
-
-void tell(Transcript& out, const KolmogorovSmirnov2& o)
-{
-    tell(out, static_cast<const GoodnessOfFit&>(o));
-    out << o.getD() << o.getN1() << o.getN2();
-}
-
-void tell(Transcript& out, const TwoSamples& o)
-{
-    tell(out, static_cast<const BasicStatistics&>(o));
-    out << o.getSecondSample() << o.getF() << o.getFProbability() << o.getCriticalF() << o.getDf1() << o.getDf2();
-}
-
-void tell(Transcript& out, const Frequency& o)
-{
-    tell(out, static_cast<const BasicStatistics&>(o));
-    out << o.getClasses() << o.getStartClass() << o.getClassWidth();
-    for (const frequency_class& c : o.getTable()) out << std::to_string(c.count) << c.rate;
-}
-
-void tell(Transcript& out, const Circular& o)
-{
-    tell(out, static_cast<const BasicXyStatistics&>(o));
-    const circular_stat& r = o.getCircularResult();
-    out << r.n << r.bins << r.bin0 << r.a << r.r << r.s << r.sPrime << r.meanBin << r.binSize << r.R << r.z << r.significance << r.p
-        << r.accepted << o.getBinName() << o.isGrouped() << o.getBins() << o.getBin0() << o.getBinSize() << o.getMeanBin()
-        << std::to_string(o.getDataType());
-}
-
-// Operations of single classes that print.
-void printMore(BasicStatistics&) {}
-void printMore(SingleAnova& anova) { anova.testResults(); }
-void printMore(KolmogorovSmirnov2& test) { test.listFrequencies(); }
-void printMore(Regression& regression) { std::cout << regression.writeRegressionResult(); }
-
-// Files of single classes.
-void exportMore(Transcript&, BasicStatistics&, const std::string&) {}
-void exportMore(Transcript& out, Frequency& frequency, const std::string& path)
-{
-    out << frequency.exportTable(path, "table") << contentOf(path);
-}
-
-// Results, files and functions of an object, all but what it prints.
-template <typename T>
-std::string toldQuietly(T& object, const TempFolder& folder)
-{
-    Transcript out;
-    tell(out, object);
-    out << object.acceptH0() << object.geometricMean(0, 5) << object.geometricMean(3, 1) << object.geometricMean(0, last);
-    if constexpr (!paired<T>) out << object.median() << object.quartile(1) << object.quartile(3) << object.quantile(1, 0);
-    std::ostringstream id;
-    id << std::this_thread::get_id();
-    const std::string path = folder.path("export" + id.str());
-    std::remove(path.c_str());
-    out << object.exportToR(path, "comment") << contentOf(path);
-    exportMore(out, object, path);
-    return out.text;
-}
-
-// What an object prints.
-template <typename T>
-void printAll(T& object)
-{
-    object.reportConsole();
-    object.listData(0, 0);
-    object.listData(0, last);
-    object.listData(3, 1);
-    object.listData(last, last);
-    printMore(object);
-}
-
-template <typename T>
-std::string told(T& object, const TempFolder& folder)
-{
-    std::string text = toldQuietly(object, folder);
-    text += printedToError([&] { text += printed([&] { printAll(object); }); });
-    return text;
-}
 
 // ---------------------------------------------------------------- records in their state before an analysis
 
@@ -348,7 +114,7 @@ TEST(LifeCycle, settingsOfANewObject)
         EXPECT_EQ(object.getComment(), "");
         for (std::size_t i = 0; i < columns<T>().size(); ++i) EXPECT_EQ(object.getColumnName(static_cast<int>(i)), columns<T>()[i]);
         expectReset(object.getResult());
-        if constexpr (paired<T>) {
+        if constexpr (isPaired<T>) {
             expectReset(object.getXyResult().x);
             expectReset(object.getXyResult().y);
             EXPECT_SAME_BITS(object.getXyResult().sumProducts, 0.0);
@@ -461,7 +227,7 @@ TEST(LifeCycle, analyseOfEmptyAndTinySamples)
                 EXPECT_FALSE(once.empty());
                 EXPECT_EQ(told(object, folder), once);
                 if (n < from) {
-                    if constexpr (paired<T>) {
+                    if constexpr (isPaired<T>) {
                         expectReset(object.getXyResult().x);
                     } else {
                         expectReset(object.getResult());
@@ -497,7 +263,7 @@ TEST(LifeCycle, acceptH0OfEmptyAndTinySamples)
         object.analyse();
         EXPECT_EQ(object.acceptH0(), row.empty);
         T one;
-        if constexpr (paired<T>) one.add(1, 0);
+        if constexpr (isPaired<T>) one.add(1, 0);
         else one.add(1);
         one.analyse();
         EXPECT_EQ(one.acceptH0(), row.one);
@@ -512,7 +278,7 @@ TEST(LifeCycle, listingsOfNothing)
         T object;
         std::string text;
         const std::string error = printedToError([&] { text = printed([&] { object.listData(0, last); }); });
-        if constexpr (!paired<T>) {
+        if constexpr (!isPaired<T>) {
             EXPECT_EQ(error, "No data\n");
             EXPECT_EQ(text, "");
         } else {
@@ -533,7 +299,7 @@ TEST(LifeCycle, exportsOfNothingAndOfOne)
         fill(one, 1);
         EXPECT_TRUE(empty.exportToR(path, "c"));
         std::string header = "# c\nDATA\n", row = "2.000000000000\n";
-        if (paired<T>) header = "# c\n" + columns<T>()[0] + "\t" + columns<T>()[1] + "\n", row = "1.000000\t2.000000\n";
+        if (isPaired<T>) header = "# c\n" + columns<T>()[0] + "\t" + columns<T>()[1] + "\n", row = "1.000000\t2.000000\n";
         if (std::is_base_of_v<SingleAnova, T>) header = "# c\n", row = "0\t2.0000\n";
         EXPECT_EQ(contentOf(path), header);
         prepare(one);
@@ -569,7 +335,7 @@ TEST(LifeCycle, nothingOutsideTheSampleIsRead)
     // all observations are 7 (x 3, y 7), so anything else was read from elsewhere
     const auto check = [&](auto& object, std::size_t n, bool ranged) {
         using T = std::decay_t<decltype(object)>;
-        const std::string row = std::is_base_of_v<SingleAnova, T> ? "" : paired<T> ? "3.000000\t7.000000\n" : "7.000000000000\n";
+        const std::string row = std::is_base_of_v<SingleAnova, T> ? "" : isPaired<T> ? "3.000000\t7.000000\n" : "7.000000000000\n";
         std::remove(path.c_str());  // some file systems are slow to write a file anew
         EXPECT_TRUE(object.exportToR(path, "c"));
         std::string rows = contentOf(path);
@@ -585,7 +351,7 @@ TEST(LifeCycle, nothingOutsideTheSampleIsRead)
         }
         for (const double mean : {object.geometricMean(0, last), object.geometricMean(2, 1000), object.geometricMean(last, last)})
             EXPECT_TRUE(std::isnan(mean) || std::fabs(mean - 7.0) < 1e-14) << mean;
-        if constexpr (!paired<T>) {
+        if constexpr (!isPaired<T>) {
             for (const double value : {object.median(), object.quartile(1), object.quartile(3), object.quantile(5, 4),
                                        object.quantile(-1, 4),
                                        object.quantile(NaN, 4), object.quantile(1e300, 4), object.quantile(1, 0),
@@ -595,7 +361,7 @@ TEST(LifeCycle, nothingOutsideTheSampleIsRead)
         if (ranged) {
             object.analyse();
             const basic_stat* results[] = {&object.getResult(), nullptr, nullptr};
-            if constexpr (paired<T>) {
+            if constexpr (isPaired<T>) {
                 results[1] = &object.getXyResult().x;
                 results[2] = &object.getXyResult().y;
             }
@@ -617,7 +383,7 @@ TEST(LifeCycle, nothingOutsideTheSampleIsRead)
             const auto sample = [&] {
                 T object;
                 for (std::size_t i = 0; i < n; ++i) {
-                    if constexpr (paired<T>) object.add(3, 7);
+                    if constexpr (isPaired<T>) object.add(3, 7);
                     else object.add(7);
                 }
                 return object;
@@ -700,7 +466,7 @@ TEST(LifeCycle, numbersOfAllKindsAreAnalysed)
                 SCOPED_TRACE(std::string(c.name) + ": " + std::to_string(first) + ", " + std::to_string(second));
                 T object;
                 for (int i = 0; i < 3; ++i) {
-                    if constexpr (paired<T>) object.add(first, second);
+                    if constexpr (isPaired<T>) object.add(first, second);
                     else object.add(i == 1 ? second : first);
                 }
                 prepare(object);
@@ -882,7 +648,7 @@ TEST(LifeCycle, observationsAccumulate)
         EXPECT_TRUE(object.readDataFile(path));
         EXPECT_TRUE(object.readDataFile(path));
         EXPECT_EQ(object.getSampleSize(), 7u);
-        if constexpr (paired<T>) {
+        if constexpr (isPaired<T>) {
             EXPECT_EQ(object.copyFrom({{1, 1}, {2, 2}}), 9u);
             EXPECT_EQ(object.getDataPair(4).y, 6.0);
             EXPECT_EQ(object.getDataEnd(), 8u) << "the last index";
@@ -975,7 +741,7 @@ TEST(LifeCycle, univariateAnalysesSortTheSample)
     }
 }
 
-// ---------------------------------------------------------------- copies, bases, threads
+// ---------------------------------------------------------------- copies and bases
 
 TEST(LifeCycle, copiesAreIndependent)
 {
@@ -1032,82 +798,4 @@ TEST(LifeCycle, drivenThroughTheRoot)
         object.resetResult();
         EXPECT_EQ(printed([&] { root->reportConsole(); }), printed([&] { object.reportConsole(); }));
     });
-}
-
-namespace {
-
-// Standard output that keeps the text of each thread apart.
-class PerThread : public std::streambuf {
-public:
-    PerThread() : before(std::cout.rdbuf(this)) {}
-    ~PerThread() override { std::cout.rdbuf(before); }
-    PerThread(const PerThread&) = delete;
-    PerThread& operator=(const PerThread&) = delete;
-
-    static std::string taken() { return std::exchange(text, ""); }
-
-protected:
-    int_type overflow(int_type c) override
-    {
-        if (!traits_type::eq_int_type(c, traits_type::eof())) text += traits_type::to_char_type(c);
-        return traits_type::not_eof(c);
-    }
-    std::streamsize xsputn(const char* s, std::streamsize n) override
-    {
-        text.append(s, static_cast<std::size_t>(n));
-        return n;
-    }
-
-private:
-    static thread_local std::string text;
-    std::streambuf* before;
-};
-
-thread_local std::string PerThread::text;
-
-// The life of an object of every class, loaded from files of its own.
-std::string livesOfAll(const TempFolder& folder, std::size_t seed)
-{
-    std::string text;
-    std::string content = "# data of thread " + std::to_string(seed) + "\n";
-    for (std::size_t i = 0; i < 40; ++i)
-        content += std::to_string(xOf(i + seed)) + (i % 2 == 0 ? ";" : ":|") + std::to_string(yOf(i * seed)) + "\n";
-    const std::string file = folder.write("data" + std::to_string(seed), content);
-    const std::string series = folder.write("series" + std::to_string(seed), "1:10:2\n2;" + std::to_string(seed) + "\n# note\n3|30|1\n");
-    forEveryClass([&](auto c) {
-        using T = typename decltype(c)::type;
-        T object;
-        bool read = object.readDataFile(file);
-        if constexpr (std::is_same_v<T, LinearRegressionMultiY>) read = read && object.readSeriesFile(series);
-        prepare(object);
-        const bool analysed = object.analyse();
-        text += std::string(c.name) + (read ? " read" : "") + (analysed ? " analysed\n" : "\n") + toldQuietly(object, folder);
-        object.reportConsole();
-        object.listData(0, 30);
-        printMore(object);
-        text += PerThread::taken();
-    });
-    RandomCpp11 random;
-    for (std::size_t i = 0; i < 100 * seed; ++i) random.getInteger();
-    text += std::to_string(random.getInteger()) + " " + std::to_string(random.getReal());
-    return text;
-}
-
-}  // namespace
-
-TEST(LifeCycle, differentObjectsInDifferentThreads)
-{
-    constexpr std::size_t count = 8;
-    const TempFolder folder;
-    PerThread output;
-    std::vector<std::string> alone, together(count);
-    for (std::size_t i = 0; i < count; ++i) alone.push_back(livesOfAll(folder, i + 1));
-    for (std::size_t i = 1; i < count; ++i) ASSERT_NE(alone[i], alone[0]);
-    EXPECT_THAT(alone[0], HasSubstr("KOLMOGOROV-SMIRNOV TWO SAMPLE TEST\n"));
-    for (int repeat = 0; repeat < 5; ++repeat) {
-        std::vector<std::thread> threads;
-        for (std::size_t i = 0; i < count; ++i) threads.emplace_back([&, i] { together[i] = livesOfAll(folder, i + 1); });
-        for (std::thread& thread : threads) thread.join();
-        for (std::size_t i = 0; i < count; ++i) EXPECT_EQ(together[i], alone[i]) << "thread " << i;
-    }
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <locale.h>
+
 #include <clocale>
 #include <cstddef>
 #include <cstdint>
@@ -223,6 +225,22 @@ TYPED_TEST(UnderAnyLocale, germanChangesNothing)
     expectSameText(everything<TypeParam>(), expected);
 }
 
+TYPED_TEST(UnderAnyLocale, germanOfTheThreadChangesNothing)  // POSIX has one for each thread, which goes before setlocale's
+{
+    const std::string expected = everything<TypeParam>();
+    WQ_SKIP_WITHOUT(german());
+    const locale_t language = newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);
+    ASSERT_NE(language, nullptr);
+    const locale_t before = uselocale(language);
+    char proof[20];
+    std::snprintf(proof, sizeof proof, "%.1f", 2.5);
+    const std::string text = everything<TypeParam>();
+    EXPECT_EQ(uselocale(before), language) << "the host's stays";
+    freelocale(language);
+    ASSERT_STREQ(proof, "2,5") << "the locale has no effect on the C library";
+    expectSameText(text, expected);
+}
+
 // The figures themselves, so that equal texts cannot be equally wrong.
 TEST(Locale, knownTexts)
 {
@@ -255,6 +273,23 @@ TEST(Locale, knownTexts)
     WQ_SKIP_WITHOUT(locale);
     const GlobalLocale global(*locale);
     check();
+}
+
+TEST(Locale, setWhileAFileIsOpen)
+{
+    const TempFolder folder;
+    std::string path = folder.path("table.csv");
+    CsvReport file;
+    file.setFileName(path);
+    ASSERT_TRUE(file.fileOpen());
+    file.cell(1234.5, 1, true);
+    {
+        const GlobalLocale comma(std::locale(std::locale::classic(), new CommaPunctuation));
+        file.cell(1234.5, 1, true);
+        file.cell(123456, false);
+        EXPECT_TRUE(file.fileClose());
+    }
+    EXPECT_EQ(contentOf(path), "1234.5,1234.5,123456");
 }
 
 TEST(Locale, tooSmallAndTooLargeNumbersThrowAsEver)

@@ -3,17 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstdint>
-#include <cstring>
+#include "same_bits.h"
 
 namespace wq_test {
-
-inline bool sameBits(double a, double b)
-{
-    if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
-    return std::memcmp(&a, &b, sizeof a) == 0;
-}
 
 inline ::testing::AssertionResult SameBits(const char* exprA, const char* exprB, double a, double b)
 {

@@ -1,6 +1,10 @@
 // What the library prints, as text: tests compare whole reports.
 #pragma once
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
 #include <iostream>
 #include <sstream>
 #include <string>
@@ -22,6 +26,29 @@ private:
     std::ostringstream buffer;
     std::ostream& stream;
     std::streambuf* before;
+};
+
+// Sends standard output into a file for as long as it lives, whoever writes there.
+class StandardOutputTo {
+public:
+    explicit StandardOutputTo(const std::string& path) : before(dup(STDOUT_FILENO))
+    {
+        std::fflush(stdout);
+        const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        dup2(file, STDOUT_FILENO);
+        close(file);
+    }
+    ~StandardOutputTo()
+    {
+        std::fflush(stdout);
+        dup2(before, STDOUT_FILENO);
+        close(before);
+    }
+    StandardOutputTo(const StandardOutputTo&) = delete;
+    StandardOutputTo& operator=(const StandardOutputTo&) = delete;
+
+private:
+    int before;
 };
 
 // What a call prints to standard output.
