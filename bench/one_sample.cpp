@@ -1,0 +1,148 @@
+// BasicStatistics::analyse and what does the same: sorted sample, moments, three means, quartiles, extremes, interval of the mean.
+#include "boost_in_double.h"
+#include "contenders.h"
+#include "inputs.h"
+
+#include <wq_stat/basic_stat.h>
+#include <wq_stat/distributions.h>
+
+#include <boost/math/statistics/univariate_statistics.hpp>
+#include <boost/sort/spreadsort/float_sort.hpp>
+#include <gsl/gsl_cdf.h>
+#include <gsl/gsl_sort.h>
+#include <gsl/gsl_statistics.h>
+#include <hwy/contrib/sort/vqsort.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace wq_bench {
+
+namespace {
+
+/** n, sum, mean, sample variance, geometric and harmonic mean, minimum, quartile 1, median, quartile 3, maximum, half the interval. */
+using Summary = std::array<double, 12>;
+using Sample = std::vector<double>;
+
+Summary library(wq_lib::BasicStatistics& sample)
+{
+    sample.analyse();
+    const wq_lib::basic_stat& r = sample.getResult();
+    return {static_cast<double>(r.n),
+            r.sum,
+            r.mean,
+            r.sampleVariance,
+            r.geoMean,
+            r.harmMean,
+            r.min,
+            r.quartile1,
+            r.median,
+            r.quartile3,
+            r.max,
+            r.confidenceLimits.getUpper() - r.mean};
+}
+
+double medianOfSorted(const Sample& sorted)
+{
+    const std::size_t middle = sorted.size() / 2;
+    return sorted.size() % 2 != 0 ? sorted[middle] : (sorted[middle - 1] + sorted[middle]) / 2.0;
+}
+
+/** What no library of C++ has, the geometric and the harmonic mean, and what a sorted sample shows at once. */
+Summary completed(const Sample& sorted, double mean, double variance, double median, double t)
+{
+    double logSum = 0.0;
+    double reciprocalSum = 0.0;
+    for (const double x : sorted) {
+        logSum += std::log(x);
+        reciprocalSum += 1.0 / x;
+    }
+    const std::size_t size = sorted.size();
+    const double n = static_cast<double>(size);
+    return {n,
+            n * mean,
+            mean,
+            variance,
+            std::exp(logSum / n),
+            n / reciprocalSum,
+            sorted.front(),
+            sorted[size / 4],
+            median,
+            sorted[3 * size / 4],
+            sorted.back(),
+            t * std::sqrt(variance / n)};
+}
+
+/** Straightforward C++. */
+Summary plain(Sample& sample)
+{
+    std::sort(sample.begin(), sample.end());
+    const double n = static_cast<double>(sample.size());
+    double sum = 0.0;
+    for (const double x : sample) sum += x;
+    const double mean = sum / n;
+    double squares = 0.0;
+    for (const double x : sample) squares += (x - mean) * (x - mean);
+    return completed(sample, mean, squares / (n - 1.0), medianOfSorted(sample), wq_lib::t_PercentPoint(0.05, sample.size() - 1));
+}
+
+/** Boost.Math after another's sort. */
+template <typename Sort>
+Summary boostAfter(Sample& sample, Sort sort)
+{
+    sort(sample);
+    const auto [mean, variance] = boost::math::statistics::mean_and_sample_variance(sample);
+    const double df = static_cast<double>(sample.size()) - 1.0;
+    return completed(sample, mean, variance, medianOfSorted(sample), boost::math::quantile(StudentsT(df), 0.975));
+}
+
+Summary boostWithVqsort(Sample& sample)
+{
+    static const hwy::Sorter sorter;
+    return boostAfter(sample, [](Sample& s) { sorter(s.data(), s.size(), hwy::SortAscending()); });
+}
+
+Summary boostWithSpreadsort(Sample& sample)
+{
+    return boostAfter(sample, [](Sample& s) { boost::sort::spreadsort::float_sort(s.begin(), s.end()); });
+}
+
+Summary gsl(Sample& sample)
+{
+    const std::size_t n = sample.size();
+    gsl_sort(sample.data(), 1, n);
+    const double mean = gsl_stats_mean(sample.data(), 1, n);
+    return completed(sample, mean, gsl_stats_variance_m(sample.data(), 1, n, mean), gsl_stats_median_from_sorted_data(sample.data(), 1, n),
+                     gsl_cdf_tdist_Pinv(0.975, static_cast<double>(n) - 1.0));
+}
+
+void enterRow(const std::string& kind, std::size_t n)
+{
+    const std::string row = "one-sample-" + kind + "/" + std::to_string(n);
+    const auto values = [kind, n] {
+        const double* const first = input(kind, n);
+        return std::make_unique<Sample>(first, first + n);
+    };
+    const auto analysis = [values] {
+        auto sample = std::make_unique<wq_lib::BasicStatistics>();
+        sample->copyFrom(*values());
+        return sample;
+    };
+    contenderWithFreshInput(row, "wq_stat", callsFor(n), analysis, library);
+    contenderWithFreshInput(row, "plain", callsFor(n), values, plain);
+    contenderWithFreshInput(row, "boost-vqsort", callsFor(n), values, boostWithVqsort);
+    contenderWithFreshInput(row, "boost-spreadsort", callsFor(n), values, boostWithSpreadsort);
+    if (kind == "normal") contenderWithFreshInput(row, "gsl", callsFor(n), values, gsl);  // many times slower than all others
+}
+
+}  // namespace
+
+void enterOneSample()
+{
+    for (const std::size_t n : {1000u, 10000u, 100000u, 1000000u, 10000000u}) enterRow("normal", n);
+    for (const char* const kind : {"uniform", "lognormal", "ascending"})
+        for (const std::size_t n : {1000u, 100000u, 10000000u}) enterRow(kind, n);
+}
+
+}  // namespace wq_bench
