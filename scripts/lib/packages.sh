@@ -18,8 +18,33 @@ for_testing='
     locales             file /usr/share/i18n/locales/de_DE
     r-base-core         program Rscript
     python3             program python3
+    python3-jsonschema  file /usr/lib/python3/dist-packages/jsonschema/__init__.py
     dpkg-dev            program dpkg-shlibdeps
+    abigail-tools       program abidiff
+    doxygen             program doxygen
+    mandoc              program mandoc
+    fish                program fish
     file                program file
+'
+for_fuzzing='
+    clang               program clang++
+    libclang-rt-dev     clang_runtime fuzzer
+'
+for_coverage='
+    gcovr               program gcovr
+'
+for_benchmarks='
+    libbenchmark-dev    header benchmark/benchmark.h
+    libboost-dev        header boost/sort/spreadsort/spreadsort.hpp
+    libgsl-dev          header gsl/gsl_cdf.h
+    libhwy-dev          header hwy/contrib/sort/vqsort.h
+    gnuplot-nox         program gnuplot
+    r-base-core         program Rscript
+    r-cran-data.table   file /usr/lib/R/site-library/data.table
+    python3             file /usr/bin/python3
+    python3-numpy       file /usr/lib/python3/dist-packages/numpy
+    python3-scipy       file /usr/lib/python3/dist-packages/scipy
+    python3-pandas      file /usr/lib/python3/dist-packages/pandas/__init__.py
 '
 
 # is_present KIND WHAT
@@ -32,6 +57,7 @@ is_present()
             printf '#if !__has_include(<%s>)\n#error\n#endif\n' "$2" | g++ -x c++ -fsyntax-only - 2>/dev/null
         ;;
     file) [ -e "$2" ] ;;
+    clang_runtime) ls "$(clang++ -print-resource-dir 2>/dev/null)"/lib/linux/libclang_rt."$2"-* >/dev/null 2>&1 ;;
     esac
 }
 
