@@ -399,6 +399,7 @@ TEST(WriteFile, whatGoesThroughTheStreamKeepsItsPlace)
             expected += '\n';
         }
     }
+    EXPECT_EQ(file.stream.tellp(), static_cast<std::streamoff>(expected.size()));
     file.stream.flush();
     EXPECT_TRUE(file.stream.good());
     EXPECT_EQ(contentOf(path), expected) << "a flush carries everything into the file";
@@ -573,6 +574,15 @@ TEST(CsvReport, aRowOwesTheNextOneNothing)
         file.cell(4, false), file.cell(5, false), file.writeEol();
         file.cell(6, false);
     }), "1,2\n3\n\n4,5\n6");
+}
+
+TEST(CsvReport, openingAnOpenFileChangesNothing)
+{
+    EXPECT_EQ(written([](wq_lib::CsvReport& file) {
+        file.cell("a", false);
+        EXPECT_FALSE(file.fileOpen());
+        file.cell("b", false);
+    }), "a,b");
 }
 
 TEST(CsvReport, kindsOfCellsMix)

@@ -33,8 +33,9 @@ CsvReport::~CsvReport() = default;
 
 bool CsvReport::fileOpen()
 {
+    if (!WriteFile::fileOpen()) return false;
     separatorDue = false;
-    return WriteFile::fileOpen();
+    return true;
 }
 
 void CsvReport::writeComment(const std::string& text)

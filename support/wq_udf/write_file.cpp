@@ -48,6 +48,11 @@ protected:
         return sputc(traits_type::to_char_type(character));
     }
 
+    pos_type seekoff(off_type offset, std::ios_base::seekdir from, std::ios_base::openmode which) override
+    {
+        return flush() ? file.pubseekoff(offset, from, which) : pos_type(off_type(-1));
+    }
+
     int sync() override { return flush() && file.pubsync() == 0 ? 0 : -1; }
 
 private:
