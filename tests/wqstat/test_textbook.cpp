@@ -213,6 +213,7 @@ TEST(Textbook, saysWhereThereIsNothingToLookUp)
         {__LINE__, {"fit", folder.write("one_class.txt", "7;8\n")}, "p of X2"},
         {__LINE__, {"ks", folder.write("one_sample.txt", "3;0\n4;0\n")}, "p, large samples"},
         {__LINE__, {"variances", folder.path("equal.txt"), folder.path("equal.txt")}, "p, two-sided"},
+        {__LINE__, {"correlate", folder.write("one_pair_often.txt", "3;0\n3;0\n3;0\n3;0\n")}, "p of F, two-sided"},
         {__LINE__, {"multiy", folder.write("two_x.txt", "1;2;2\n1;3;2\n2;4;2\n2;5;1\n")}, "p of t for b, two-sided"},
     };
     for (const auto& row : rows) {

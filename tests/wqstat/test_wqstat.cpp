@@ -311,6 +311,12 @@ TEST(BadData, behindTheEndMarkerOrALineCutShortIsNotLookedAt)
     const std::string marked = folder.write("marked", "1\n2\n3\n<< the rest\nnot a number\n" + std::string(1, '\0'));
     EXPECT_EQ(run({"describe", marked}).status, done);
     EXPECT_EQ(run({"describe", marked}).errors, "");
+    const std::string noText = folder.write("binary", std::string(300, 'x') + "\n" + std::string(1, '\0'));
+    EXPECT_EQ(run({"ks", noText}).status, couldNotAnalyse);
+    EXPECT_EQ(run({"ks", noText}).errors, "wqstat: " + noText + ":1: there is a zero byte: this is no text file\n");
+    const std::string pairs = folder.write("pairs", "1;2\n2;3\n");
+    EXPECT_EQ(run({"multiy", pairs}).errors, "wqstat: " + pairs + ": no line names a repeat count (x; y; count), so there are no data\n");
+    EXPECT_EQ(run({"pairs", "--export", "", pairs}).status, wrongUsage);
     const std::string cut = folder.write("cut", "1\n2\n3\n4" + std::string(300, ' ') + "\nnot a number\n");
     EXPECT_EQ(run({"describe", cut}).status, done);
 }
@@ -379,13 +385,15 @@ TEST(Warnings, nameTheLinesThatReadSurprisingly)
         std::vector<std::string> warnings;  // behind the name of the file
     } rows[] = {
         {__LINE__, {"pairs"}, "1;2\n2;3\n3;5\n", {}},
-        {__LINE__, {"pairs"}, "1;2\n\n3;5 kg\n|;:\n5\n", {}},  // an empty line, a unit, a line without fields, a missing y
+        {__LINE__, {"pairs"}, "1;2\n\n3;5 kg\n|;:\n", {}},  // an empty line, a unit, a line without fields
         {__LINE__, {"pairs"}, "1;2\n2;3\n\r\n  \n",
          {":3: warning: the line holds only white space and is read as the pair (0, 0)",
           ":4: warning: the line holds only white space and is read as the pair (0, 0)"}},
         {__LINE__, {"pairs"}, "1;2\r\n2;3\r\n", {}},
         {__LINE__, {"pairs"}, "1.5 2\n1;2\n",
          {":1: warning: x and y are separated by ':', ';' or '|' only: '1.5 2' is read as the pair (1.5, 0)"}},
+        {__LINE__, {"pairs"}, "1;2\n3\n", {":2: warning: there is no y: '3' is read as the pair (3, 0)"}},
+        {__LINE__, {"circular"}, "1\n2\n", {}},
         {__LINE__, {"pairs"}, "1;2\none;2\n", {":2: warning: x is no number and read as 0: 'one'"}},
         {__LINE__, {"pairs"}, "x\n1;2\n", {":1: warning: x is no number and read as 0: 'x'"}},
         {__LINE__, {"pairs"}, "1;2\n1,5;2,5\n", {":2: warning: of '1,5' only '1' is read", ":2: warning: of '2,5' only '2' is read"}},

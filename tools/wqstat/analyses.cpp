@@ -250,7 +250,7 @@ class Directions final : public AnalysisCommand {
         directions.setBins(bins);
         directions.setBin0(bin0);
         directions.setBinName(binName);
-        const InputFile& input = read(directions, Layout::pairs);
+        const InputFile& input = read(directions, Layout::angles);
         input.require(directions.getSampleSize(), 1);
         directions.analyse();
         if (directions.isGrouped() && bins == 0)

@@ -62,7 +62,7 @@ void InputFile::require(std::size_t held, std::size_t least) const
     if (held >= least) return;
     std::string text = givenName + ": ";
     if (held == 0)
-        text += "no data";
+        text += lines.lacksCounts ? "no line names a repeat count (x; y; count), so there are no data" : "no data";
     else
         text +=
             std::to_string(held) + (held == 1 ? " observation" : " observations") + ", at least " + std::to_string(least) + " are needed";

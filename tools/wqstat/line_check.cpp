@@ -11,11 +11,12 @@ namespace {
 
 constexpr std::string_view whiteSpace = " \t\n\v\f\r";
 constexpr std::string_view digits = "0123456789";
+constexpr const char* noText = "there is a zero byte: this is no text file";
 constexpr std::size_t shownPerKind = 3;
 constexpr std::size_t progressStep = 1 << 16;
 
 /** The ways in which a line may be read that its author hardly meant. */
-enum Kind : std::size_t { blankPair, noNumber, blankSeparator, restIgnored, noCount, kinds };
+enum Kind : std::size_t { blankPair, noNumber, blankSeparator, noSecond, restIgnored, noCount, kinds };
 
 bool isBlank(std::string_view text) { return text.find_first_not_of(whiteSpace) == std::string_view::npos; }
 
@@ -66,7 +67,7 @@ public:
     {
         number = lines.number();
         const std::string_view line = lines.text();
-        if (line.find('\0') != std::string_view::npos) return stop("there is a zero byte: this is no text file");
+        if (line.find('\0') != std::string_view::npos) return stop(noText);
         if (lines.isCut()) result.cutLine = number;
         if (line.empty() || line.find('#') != std::string_view::npos) return true;
         if (layout != Layout::series && line.substr(0, 2) == "<<") {
@@ -75,14 +76,26 @@ public:
         }
         switch (layout) {
         case Layout::values: return value(line);
-        case Layout::pairs: return pair(line);
+        case Layout::pairs:
+        case Layout::angles: return pair(line);
         case Layout::series: return seriesLine(line);
         }
         return true;
     }
 
+    /** Behind a line that is cut nothing is read; but a file that is no text may have had no other line. */
+    void seeBehindCut(std::istream& source)
+    {
+        if (result.cutLine == 0) return;
+        source.clear();
+        std::array<char, 1 << 16> rest;
+        source.read(rest.data(), rest.size());
+        if (std::string_view(rest.data(), static_cast<std::size_t>(source.gcount())).find('\0') != std::string_view::npos) stop(noText);
+    }
+
     LineCheck findings()
     {
+        result.lacksCounts = seen[noCount].count > 0 && !countSeen;
         if (result.cutLine != 0) warn(result.cutLine, "the line is longer than 254 characters: it is cut there, and reading ends with it");
         for (const Seen& kind : seen)
             if (kind.count > shownPerKind)
@@ -120,6 +133,8 @@ private:
         } else if (!hasY && holdsDigit(x.ignored)) {
             remark(blankSeparator, "x and y are separated by ':', ';' or '|' only: " + inQuotes(line) + " is read as the pair (" +
                                        shown(trimmed(x.used)) + ", 0)");
+        } else if (!hasY && layout != Layout::angles) {
+            remark(noSecond, "there is no y: " + inQuotes(line) + " is read as the pair (" + shown(trimmed(x.used)) + ", 0)");
         } else {
             remarkIgnored(x, xField);
         }
@@ -248,6 +263,7 @@ LineCheck checkLines(std::istream& source, const std::string& name, Layout layou
         }
         if (copy != nullptr) goOn = lines.writeTo(copy) && goOn;
     }
+    if (copy == nullptr) checker.seeBehindCut(source);  // a pipe might have nothing more for a long time
     return checker.findings();
 }
 

@@ -15,6 +15,7 @@ namespace wqstat {
 enum class Layout {
     values,  ///< a number
     pairs,   ///< x and y
+    angles,  ///< an angle, and its frequency where the data are grouped
     series   ///< x, y and a repeat count
 };
 
@@ -48,6 +49,7 @@ struct LineCheck {
     std::size_t stopLine = 0;  ///< here the library would refuse a number, or the file proves to be no text
     std::string stopReason;
     std::size_t cutLine = 0;            ///< too long, so that reading ends with it
+    bool lacksCounts = false;           ///< a series whose lines name no repeat count
     std::vector<std::string> warnings;  ///< "FILE:LINE: warning: what"
 };
 

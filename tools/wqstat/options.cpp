@@ -51,7 +51,9 @@ void Outputs::declare(CLI::App& app, const OutputNames& names)
         ->expected(2)
         ->allow_extra_args(false)
         ->type_name("FROM TO");
-    app.add_option("--export", fileName, "write the " + names.exported + " to a tab-separated file that R reads")->type_name("FILE");
+    app.add_option("--export", fileName, "write the " + names.exported + " to a tab-separated file that R reads")
+        ->type_name("FILE")
+        ->check([](const std::string& name) { return name.empty() ? "the name of a file is needed" : ""; });
 }
 
 void Views::declare(CLI::App& app, bool hasTest)

@@ -112,7 +112,7 @@ Textbook textbook(wq_lib::Correlation& correlation)
     const double r = result.r > 1.0 ? 1.0 : result.r < -1.0 ? -1.0 : result.r;  // rounding may take it beyond, and then t and F too
     const double pT = exact::tTwoSided(r * std::sqrt(df / (1.0 - r * r)), df);
     const double upperF = exact::fUpper((1.0 + std::fabs(r)) / (1.0 - std::fabs(r)), df, df);
-    const double pF = std::min(1.0, 2.0 * upperF);  // F is never below 1
+    const double pF = upperF > 0.5 ? 1.0 : 2.0 * upperF;  // F is never below 1
     const double z = std::atanh(r);
     const double halfWidth = exact::normalTwoSidedPoint(alpha) / std::sqrt(degrees(n, 3));
 
