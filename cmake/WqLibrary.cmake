@@ -8,11 +8,17 @@ if(CMAKE_CXX_FLAGS MATCHES "-ffast-math|-Ofast|-funsafe-math-optimizations|-ffin
     "and the order of sums.")
 endif()
 
+# Without this, 32-bit x86 computes with more digits than a double has, and rounds them away here and there.
+set(WQ_ARITHMETIC -ffp-contract=off)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86|i[3-6]86|x86_64|AMD64)$")
+  list(APPEND WQ_ARITHMETIC -msse2 -mfpmath=sse)
+endif()
+
 # Compile options every target of the project shares: warnings, and the same figures on every processor.
 function(wq_compile_options target)
   target_compile_features(${target} PRIVATE cxx_std_17)
   target_compile_options(${target} PRIVATE
-    $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:${WQ_WARNINGS} -ffp-contract=off>
+    $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:${WQ_WARNINGS} ${WQ_ARITHMETIC}>
     $<$<CXX_COMPILER_ID:MSVC>:/W4 /fp:precise /utf-8>)
   set_target_properties(${target} PROPERTIES
     CXX_EXTENSIONS OFF

@@ -63,7 +63,7 @@ bool BasicStatistics::readDataFile()
 {
     detail::DataLines lines(dataFile, detail::EndMarker::endsData);
     if (!lines.isOpen()) return false;
-    data.reserve(data.size() + lines.expectedLines());
+    detail::reserveExpected(data, lines);
     for (;;) {
         double x;
         while (lines.takeNumber(x)) add(x);

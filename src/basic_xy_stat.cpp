@@ -57,7 +57,7 @@ bool BasicXyStatistics::readDataFile()
 {
     detail::DataLines lines(dataFile, detail::EndMarker::endsData);
     if (!lines.isOpen()) return false;
-    pairs.reserve(pairs.size() + lines.expectedLines());
+    detail::reserveExpected(pairs, lines);
     for (;;) {
         double x;
         double y;

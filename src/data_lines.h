@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <fstream>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,12 +32,13 @@ public:
     std::size_t expectedLines() const { return expected; }
 
     /**
-     * Takes the next line when it is nothing but a plain decimal; next() takes all others.
+     * Takes the next line when it is nothing but a plain decimal, maybe with a minus before it and a carriage return behind it; next()
+     * takes all others.
      * @return false, with the value unchanged, when it is not taken.
      */
     bool takeNumber(double& value);
 
-    /** Takes the next line when it is nothing but two plain decimals with a ':', ';' or '|' between them. */
+    /** Takes the next line when it is nothing but two of them with a ':', ';' or '|' between. */
     bool takePair(double& first, double& second);
 
     /** The current line, valid until the next call of next(). */
@@ -64,6 +66,16 @@ private:
     bool finished = false;
     bool failed = false;
 };
+
+/** Makes room for the lines that a file seems to hold. A hint only: where there is no memory for so many, the list grows as it must. */
+template <typename Value>
+void reserveExpected(std::vector<Value>& list, const DataLines& lines)
+{
+    try {
+        list.reserve(list.size() + lines.expectedLines());
+    } catch (const std::bad_alloc&) {
+    }
+}
 
 /**
  * Takes the next field off a line of fields that are separated by any run of ':', ';' and '|'.

@@ -107,7 +107,7 @@ double betaRatio(double x, double p, double q, double beta)
 
         // Where the sum is negative that never holds. The terms shrink from here on and change nothing, or there are none.
         const bool settled = ns <= 0 && std::fabs(xx * rx) <= pp + i && changesNothing(term, sum);
-        if (term == 0.0 || !std::isfinite(sum) || settled) break;
+        if (term == 0.0 || !(std::fabs(sum) < DBL_MAX) || settled) break;  // rounded towards zero, a sum too large stays at DBL_MAX
     }
     const double result = sum * std::exp(pp * std::log(xx) + (qq - 1.0) * std::log(cx) - beta) / pp;
     return tailsChanged ? 1.0 - result : result;

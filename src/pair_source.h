@@ -7,6 +7,7 @@
 #include <wq_stat/regression.h>
 
 #include <cstddef>
+#include <cstring>
 #include <typeinfo>
 #include <vector>
 
@@ -19,10 +20,22 @@ bool isExactlyOneOf(const BasicXyStatistics& sample)
     return ((type == typeid(Classes)) || ...);
 }
 
-/** Whether getDataPair is the library's own. The class of a host, which may override it, is never among these. */
+/** False for a class that a host compiled without run-time type information: its table of virtual functions holds none (Itanium C++ ABI). */
+inline bool hasTypeInformation(const BasicXyStatistics& sample)
+{
+#ifdef __GXX_ABI_VERSION
+    const void* const* table;
+    std::memcpy(&table, static_cast<const void*>(&sample), sizeof table);
+    return table[-1] != nullptr;
+#else
+    return true;
+#endif
+}
+
+/** Whether the object is of a class that takes getDataPair from the library, and not of a host's, which may override it. */
 inline bool readsStoredPairs(const BasicXyStatistics& sample)
 {
-    return isExactlyOneOf<BasicXyStatistics, Correlation, LinearRegression, LogarithmicRegression, ExponentialRegression, PowerRegression>(
+    return hasTypeInformation(sample) && isExactlyOneOf<BasicXyStatistics, Correlation, LinearRegression, LogarithmicRegression, ExponentialRegression, PowerRegression>(
         sample);
 }
 

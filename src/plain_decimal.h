@@ -66,7 +66,7 @@ inline const char* takeDigits(const char* text, std::uint64_t& number)
     return text;
 }
 
-/** @param text ends with a character that is no digit, with plainDecimalSlack readable characters from there. */
+/** @param text ends with a character that is neither a digit nor a point, with plainDecimalSlack readable characters from there. */
 inline PlainDecimal scanPlainDecimal(const char* text)
 {
     PlainDecimal result;
@@ -84,7 +84,8 @@ inline PlainDecimal scanPlainDecimal(const char* text)
 /**
  * The nearest double, ties to even.
  * @param number convertible.
- * @return false for about one number of sixteen digits and more in a thousand, which a product of 128 bits leaves undecided.
+ * @return false for about one number of sixteen digits and more in a thousand, which a product of 128 bits leaves undecided, and for
+ *         those in the middle between two doubles.
  */
 inline bool nearestDouble(const PlainDecimal& number, double& value)
 {

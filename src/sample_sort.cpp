@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cfloat>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -14,6 +15,8 @@
 namespace wq_lib::detail {
 
 namespace {
+
+static_assert(FLT_EVAL_METHOD == 0, "a value must go to the bucket it was counted for: compile for arithmetic in double (x86: -mfpmath=sse)");
 
 constexpr std::size_t fewValues = 24;         // sorted by insertion
 constexpr std::size_t cachedValues = 16384;   // with their copy and counts they stay in the second-level cache

@@ -409,6 +409,27 @@ TEST(WriteFile, whatGoesThroughTheStreamKeepsItsPlace)
     EXPECT_EQ(contentOf(path), expected + block + 'e');
 }
 
+TEST(WriteFile, itsPlaceCanBeSet)
+{
+    const TempFolder folder;
+    Writer file(folder.path("a.txt"));
+    ASSERT_TRUE(file.fileOpen());
+    file.write("abcdef");
+    file.stream.seekp(2);
+    file.write("CD");
+    EXPECT_EQ(file.stream.tellp(), std::streamoff(4));
+    EXPECT_TRUE(file.fileClose());
+    EXPECT_EQ(contentOf(folder.path("a.txt")), "abCDef");
+}
+
+TEST(WriteFile, goesQuietlyWhereItsStreamThrows)
+{
+    Writer file("/dev/full");
+    if (!file.fileOpen()) GTEST_SKIP() << "no /dev/full";
+    file.write("text");
+    file.stream.exceptions(std::ios_base::badbit | std::ios_base::failbit);
+}
+
 TEST(WriteFile, aFullDiskIsToldToWhoUsesTheStream)
 {
     if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";

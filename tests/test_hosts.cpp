@@ -258,6 +258,8 @@ TEST(RoundingMode, everyFunctionEnds)  // also where, rounded upwards, every ter
                 end(quadratureIntegral(sqr, 0.0, x));
             }
             end(t_Prob(0.5, 10000001, false));
+            constexpr double p = 8.4620363071413022e-107, q = 2.3193841024599808e-257;  // the series leaves the range of double
+            end(inverseBetaRatio(0.31759996871313101, p, q, lnGamma(p) + lnGamma(q) - lnGamma(p + q)));
             end(F_PercentPoint(-1e-5, 10, 3));
             return ended;
         });

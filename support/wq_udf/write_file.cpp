@@ -53,6 +53,11 @@ protected:
         return flush() ? file.pubseekoff(offset, from, which) : pos_type(off_type(-1));
     }
 
+    pos_type seekpos(pos_type position, std::ios_base::openmode which) override
+    {
+        return flush() ? file.pubseekpos(position, which) : pos_type(off_type(-1));
+    }
+
     int sync() override { return flush() && file.pubsync() == 0 ? 0 : -1; }
 
 private:
@@ -72,7 +77,13 @@ WriteFile::WriteFile() : buffer(std::make_unique<Buffer>(*stream.rdbuf()))
     static_cast<std::ostream&>(stream).rdbuf(buffer.get());
 }
 
-WriteFile::~WriteFile() { fileClose(); }
+WriteFile::~WriteFile()
+{
+    try {
+        fileClose();
+    } catch (...) {  // a derived class may have told its stream to throw
+    }
+}
 
 bool WriteFile::fileOpen()
 {

@@ -52,7 +52,7 @@ protected:
     /** Writes a text as it is. */
     void write(std::string_view text);
 
-    std::ofstream stream;  ///< the open file
+    std::ofstream stream;  ///< the open file; to be written to by << and its like, and closed by fileClose() alone: text waits before it
     bool append = false;   ///< whether fileOpen adds to an existing file
 
 private:
