@@ -128,6 +128,18 @@ TEST(Progress, givesWayToWarnings)
     EXPECT_EQ(terminal.screen(), expected);
 }
 
+TEST(Progress, isShownWhileNumbersGoElsewhere)
+{
+    Terminal terminal;
+    // A reader that waits lets the pipe between fill up, and the drawing with it.
+    const std::string command = std::string("'" WQSTAT "' random --integers 100000 2>'") + terminal.path() + "' | (sleep 2; cat >/dev/null)";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    while (terminal.take(0ms)) {
+    }
+    EXPECT_NE(terminal.stream().find("drawing"), std::string::npos) << terminal.stream();
+    EXPECT_EQ(terminal.screen(), std::vector<std::string>{""});
+}
+
 TEST(Progress, isNotShownWhereThereIsNoTerminal)
 {
     const TempFolder folder;

@@ -15,7 +15,8 @@ namespace {
 using namespace std::chrono_literals;
 
 #if defined(__unix__) || defined(__APPLE__)
-bool isTerminal() { return isatty(STDERR_FILENO) == 1; }
+bool reportsOnTerminal() { return isatty(STDERR_FILENO) == 1; }
+bool outputIsTerminal() { return isatty(STDOUT_FILENO) == 1; }
 
 std::size_t columns()
 {
@@ -29,14 +30,15 @@ void put(const std::string& text)
     static_cast<void>(written);  // a line that does not appear is no loss
 }
 #else
-bool isTerminal() { return false; }
+bool reportsOnTerminal() { return false; }
+bool outputIsTerminal() { return false; }
 std::size_t columns() { return 80; }
 void put(const std::string&) {}
 #endif
 
 }  // namespace
 
-Progress::Progress() : onTerminal(isTerminal()) {}
+Progress::Progress() : onTerminal(reportsOnTerminal()) {}
 
 Progress::~Progress() { hide(); }
 
@@ -111,5 +113,7 @@ Progress& progress()
     static Progress ofTheProgram;
     return ofTheProgram;
 }
+
+bool printsOnTerminal() { return outputIsTerminal(); }
 
 }  // namespace wqstat

@@ -52,4 +52,7 @@ private:
 
 Progress& progress();
 
+/** Whether what is printed goes to a terminal, where it shows by itself that work goes on. */
+bool printsOnTerminal();
+
 }  // namespace wqstat

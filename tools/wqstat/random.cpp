@@ -4,6 +4,7 @@
 #include "arguments.h"
 #include "failure.h"
 #include "options.h"
+#include "progress.h"
 
 #include <wq_stat/random.h>
 
@@ -72,7 +73,12 @@ class RandomNumbers final : public Command {
     template <typename Draw>
     static void print(std::size_t n, Draw draw)
     {
-        for (std::size_t i = 0; i < n && std::cout; ++i) std::cout << draw() << '\n';
+        constexpr std::size_t step = 1 << 12;
+        if (!printsOnTerminal()) progress().show("drawing", n);
+        for (std::size_t i = 0; i < n && std::cout; ++i) {
+            std::cout << draw() << '\n';
+            if ((i + 1) % step == 0) progress().advance(step);
+        }
     }
 
     std::vector<CLI::Option*> kinds;
