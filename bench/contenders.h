@@ -50,23 +50,24 @@ std::function<Answers()> once(Prepare prepare, Work work)
 /**
  * Enters a way that uses up its input, as sorting in place does; every call gets its own.
  * @param calls timed together.
- * @param prepare makes an input, a std::unique_ptr; not timed.
+ * @param prepare makes the input of call 0, 1, ..., a std::unique_ptr; not timed. The contenders are compared with that of call 0.
  * @param work what is timed; its result is a range of figures.
  */
 template <typename Prepare, typename Work>
 void contenderWithFreshInput(const std::string& row, const std::string& name, std::size_t calls, Prepare prepare, Work work)
 {
     const auto timing = [calls, prepare, work](benchmark::State& state) {
+        std::size_t call = 0;
         for (auto _ : state) {
-            std::vector<decltype(prepare())> inputs;
-            for (std::size_t i = 0; i < calls; ++i) inputs.push_back(prepare());
+            std::vector<decltype(prepare(call))> inputs;
+            for (std::size_t i = 0; i < calls; ++i) inputs.push_back(prepare(call++));
             const double begin = cpuSeconds();
             for (auto& input : inputs) detail::use(work(*input));
             state.SetIterationTime(cpuSeconds() - begin);
         }
         state.counters["calls"] = static_cast<double>(calls);
     };
-    detail::enter(row, name, timing, detail::once(prepare, work));
+    detail::enter(row, name, timing, detail::once([prepare] { return prepare(0); }, work));
 }
 
 /** Enters a way that leaves its input as it was. */

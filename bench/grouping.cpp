@@ -92,8 +92,8 @@ void enterRow(std::size_t groups)
         for (std::size_t i = 0; i < groupedPairs; ++i) list[i] = {id[i], y[i]};
         return list;
     };
-    const auto grouping = [pairs] { return std::make_unique<Grouping>(Grouping{pairs(), {}, {}}); };
-    const auto analysis = [pairs] {
+    const auto grouping = [pairs](std::size_t) { return std::make_unique<Grouping>(Grouping{pairs(), {}, {}}); };
+    const auto analysis = [pairs](std::size_t) {
         auto sample = std::make_unique<wq_lib::SingleAnova>();
         sample->copyFrom(pairs());
         return sample;

@@ -5,6 +5,7 @@
 #include "data_lines.h"
 #include "number_reading.h"
 #include "r_export.h"
+#include "read_ahead.h"
 #include "report_text.h"
 #include "sample_extremes.h"
 #include "sample_sort.h"
@@ -125,6 +126,7 @@ bool BasicStatistics::analyse()
     double reciprocalSum = 0.0;
     double reciprocalCount = 0.0;
     for (const double* value = begin; value != end; ++value) {
+        detail::readAhead(value, end);
         const double x = *value;
         detail::extendExtremes(sums, x);
         sums.sum += x;
@@ -142,7 +144,10 @@ bool BasicStatistics::analyse()
     sums.n += range.end - range.begin;
     const double n = static_cast<double>(sums.n);
     sums.mean = sums.sum / n;
-    for (const double* value = begin; value != end; ++value) sums.sumOfSquares += sqr(*value - sums.mean);
+    for (const double* value = begin; value != end; ++value) {
+        detail::readAhead(value, end);
+        sums.sumOfSquares += sqr(*value - sums.mean);
+    }
     result = sums;
     result.variance = result.sumOfSquares / n;
     result.sampleVariance = result.sumOfSquares / static_cast<double>(result.n - 1);

@@ -98,8 +98,9 @@ inline char* writeFixed(char* out, double value, int decimals)
         if (shift < 118) {  // else rest 10^decimals < 2^117 is less than a half
             const Halved halved = divideByPowerOfTwo(product(rest, power), shift);
             fraction = halved.quotient;
-            const bool lastIsOdd = ((decimals == 0 ? whole : fraction) & 1) != 0;
-            if (halved.halfOrMore && (!halved.exactlyHalf || lastIsOdd)) ++fraction;
+            const auto lastIsOdd = static_cast<unsigned>((decimals == 0 ? whole : fraction) & 1);
+            const auto roundsTies = static_cast<unsigned>(!halved.exactlyHalf) | lastIsOdd;
+            fraction += static_cast<unsigned>(halved.halfOrMore) & roundsTies;  // no branch: half of all numbers would take it
             if (fraction == power) {
                 fraction = 0;
                 ++whole;

@@ -4,6 +4,7 @@
 
 #include "pair_source.h"
 #include "sample_extremes.h"
+#include "stored_pair_passes.h"
 #include "stored_range.h"
 
 #include <wq_stat/basic_xy_stat.h>
@@ -43,13 +44,9 @@ struct LogarithmOfBoth {
     static double y(const data_pair& pair) { return LogarithmOfY::y(pair); }
 };
 
-/**
- * Fills count, extremes (of the values as they are), sums, means, sums of squares and products, and variances of a freshly reset
- * record; not the covariance. The first pass leaves out the pairs that the transformation does not keep; the second takes all of
- * them in, so that a value without a logarithm shows in the sums of squares.
- */
+/** The first pass: adds count, extremes (of the values as they are) and sums of the pairs that the transformation keeps. */
 template <typename Transformation, typename Pairs>
-void pairedPasses(const Pairs& pairs, StoredRange range, xy_stat& result)
+void sumPairs(const Pairs& pairs, StoredRange range, xy_stat& result)
 {
     xy_stat sums = result;  // a record in memory would make every addition wait for the one before it to be stored
     for (std::size_t i = range.begin; i < range.end; ++i) {
@@ -61,10 +58,14 @@ void pairedPasses(const Pairs& pairs, StoredRange range, xy_stat& result)
         sums.x.sum += Transformation::x(pair);
         sums.y.sum += Transformation::y(pair);
     }
-    const double n = static_cast<double>(sums.x.n);
-    sums.x.mean = sums.x.sum / n;
-    sums.y.mean = sums.y.sum / n;
+    result = sums;
+}
 
+/** The second pass: adds sums of squares and products. It takes all pairs in, so that a value without a logarithm shows there. */
+template <typename Transformation, typename Pairs>
+void sumSquares(const Pairs& pairs, StoredRange range, xy_stat& result)
+{
+    xy_stat sums = result;
     for (std::size_t i = range.begin; i < range.end; ++i) {
         const data_pair pair = pairs[i];
         const double dx = Transformation::x(pair) - sums.x.mean;
@@ -73,11 +74,36 @@ void pairedPasses(const Pairs& pairs, StoredRange range, xy_stat& result)
         sums.y.sumOfSquares += sqr(dy);
         sums.sumProducts += dx * dy;
     }
-    sums.x.variance = sums.x.sumOfSquares / n;
-    sums.x.sampleVariance = sums.x.sumOfSquares / (n - 1.0);
-    sums.y.variance = sums.y.sumOfSquares / n;
-    sums.y.sampleVariance = sums.y.sumOfSquares / (n - 1.0);
     result = sums;
+}
+
+#ifdef WQ_STORED_PAIR_PASSES
+template <>
+inline void sumPairs<Untransformed>(const data_pair* const& pairs, StoredRange range, xy_stat& result)
+{
+    sumStoredPairs(pairs, range, result);
+}
+
+template <>
+inline void sumSquares<Untransformed>(const data_pair* const& pairs, StoredRange range, xy_stat& result)
+{
+    sumStoredSquares(pairs, range, result);
+}
+#endif
+
+/** Fills count, extremes, sums, means, sums of squares and products, and variances of a freshly reset record; not the covariance. */
+template <typename Transformation, typename Pairs>
+void pairedPasses(const Pairs& pairs, StoredRange range, xy_stat& result)
+{
+    sumPairs<Transformation>(pairs, range, result);
+    const double n = static_cast<double>(result.x.n);
+    result.x.mean = result.x.sum / n;
+    result.y.mean = result.y.sum / n;
+    sumSquares<Transformation>(pairs, range, result);
+    result.x.variance = result.x.sumOfSquares / n;
+    result.x.sampleVariance = result.x.sumOfSquares / (n - 1.0);
+    result.y.variance = result.y.sumOfSquares / n;
+    result.y.sampleVariance = result.y.sumOfSquares / (n - 1.0);
 }
 
 /** The same for a sample: its stored pairs, or what an override of getDataPair makes of them. */

@@ -1,5 +1,7 @@
 #include "sample_sort.h"
 
+#include "avx512_sort.h"
+#include "read_ahead.h"
 #include "to_integer.h"
 
 #include <algorithm>
@@ -62,8 +64,10 @@ Look lookAt(const double* values, std::size_t n)
         notNumbers[chain] += value != value ? 1 : 0;
     };
     std::size_t i = 0;
-    for (; i + chains <= n; i += chains)
+    for (; i + chains <= n; i += chains) {
+        readAhead(values + i, values + n);
         for (std::size_t chain = 0; chain < chains; ++chain) take(chain, values[i + chain]);
+    }
     for (; i < n; ++i) take(0, values[i]);
     return {*std::min_element(low, low + chains), *std::max_element(high, high + chains),
             std::all_of(notNumbers, notNumbers + chains, [](std::uint64_t count) { return count == 0; })};
@@ -148,6 +152,7 @@ void radixSort(double* values, double* scratch, std::size_t n, DigitCounts* coun
     };
     std::for_each(counts, counts + digitCount, [](DigitCounts& count) { count.fill(0); });
     for (std::size_t i = 0; i < n; ++i) {
+        readAhead(values + i, values + n);
         std::uint64_t rest = key(values[i]);
         for (std::size_t digit = 0; digit < digitCount; ++digit, rest >>= digitBits) ++counts[digit][rest & mask];
     }
@@ -158,7 +163,10 @@ void radixSort(double* values, double* scratch, std::size_t n, DigitCounts* coun
         std::uint32_t* const starts = counts[digit].data();
         if (starts[digitOf(from[0])] == n) continue;  // the same digit in every value
         sizesToStarts(starts, digitValues);
-        for (std::size_t i = 0; i < n; ++i) to[starts[digitOf(from[i])]++] = from[i];
+        for (std::size_t i = 0; i < n; ++i) {
+            readAhead(from + i, from + n);
+            to[starts[digitOf(from[i])]++] = from[i];
+        }
         std::swap(from, to);
     }
     if (from != values) std::copy(from, from + n, values);
@@ -222,12 +230,18 @@ void sortMany(double* values, double* scratch, std::size_t n, Workspace& space, 
     }
     std::uint32_t* const counts = space.pieceCounts(depth);
     std::fill(counts, counts + pieces, 0);
-    for (std::size_t i = 0; i < n; ++i) ++counts[piece(values[i])];
+    for (std::size_t i = 0; i < n; ++i) {
+        readAhead(values + i, values + n);
+        ++counts[piece(values[i])];
+    }
     if (sizesToStarts(counts, pieces) > n / 4) {  // heavy tails
         radixSort(values, scratch, n, space.digitCounts());
         return;
     }
-    for (std::size_t i = 0; i < n; ++i) scratch[counts[piece(values[i])]++] = values[i];
+    for (std::size_t i = 0; i < n; ++i) {
+        readAhead(values + i, values + n);
+        scratch[counts[piece(values[i])]++] = values[i];
+    }
     std::size_t begin = 0;
     for (std::size_t i = 0; i < pieces; ++i) {
         const std::size_t size = counts[i] - begin;
@@ -244,6 +258,11 @@ void sortMany(double* values, double* scratch, std::size_t n, Workspace& space, 
 }  // namespace
 
 void sortSample(std::vector<double>& data)
+{
+    if (!isAscending(data.data(), data.size()) && !sortByAvx512(data.data(), data.size())) sortSampleAnywhere(data);
+}
+
+void sortSampleAnywhere(std::vector<double>& data)
 {
     std::size_t n = data.size();
     double* const values = data.data();

@@ -3,6 +3,7 @@
 #include "anova_table.h"
 #include "group_index.h"
 #include "r_export.h"
+#include "read_ahead.h"
 #include "report_text.h"
 
 #include <wq_stat/distributions.h>
@@ -50,7 +51,9 @@ bool SingleAnova::createSeries()
     std::vector<std::size_t> counts(groups.size());
     std::vector<double> newIds;
     positions.reserve(pairs.size());
+    const data_pair* const end = pairs.data() + pairs.size();
     for (const data_pair& pair : pairs) {
+        detail::readAhead(&pair, end);
         std::size_t position = std::isnan(pair.x) ? index.none : index.findOrEnter(pair.x, counts.size());
         if (position == index.none) {
             position = counts.size();
@@ -82,7 +85,10 @@ bool SingleAnova::createSeries()
         observations.resize(observations.size() + counts[i]);
         ends.push_back(observations.data() + (observations.size() - counts[i]));
     }
-    for (std::size_t i = 0; i < pairs.size(); ++i) *ends[positions[i]]++ = pairs[i].y;
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+        detail::readAhead(pairs.data() + i, end);
+        *ends[positions[i]]++ = pairs[i].y;
+    }
     return true;
 }
 

@@ -2,6 +2,8 @@
 
 #include "support/bits.h"
 #include "support/files.h"
+#include "../src/avx512_sort.h"
+#include "../src/sample_sort.h"
 #include "../src/wide_product.h"
 
 #include <wq_report/csv_report.h>
@@ -62,6 +64,7 @@ const Shape shapes[] = {
     {"ascending", [](Generator&, std::size_t i) { return static_cast<double>(i); }},
     {"descending", [](Generator&, std::size_t i) { return -static_cast<double>(i); }},
     {"zeros of both signs", [](Generator& r, std::size_t) { return r() % 3 == 0 ? -0.0 : r() % 2 == 0 ? 0.0 : static_cast<double>(r() % 3) - 1.0; }},
+    {"zeros of both signs and more", [](Generator& r, std::size_t) { return r() % 3 == 0 ? -0.0 : static_cast<double>(r() % 3); }},
     {"one far away", [](Generator& r, std::size_t i) { return i == 17 ? 1e300 : 1.0 + 1e-15 * static_cast<double>(r() % 100); }},
     {"some infinite", [](Generator& r, std::size_t) { return r() % 50 == 0 ? infinity : r() % 50 == 0 ? -infinity : normal(r); }},
     {"NaN among numbers", [](Generator& r, std::size_t) { return r() % 9 == 0 ? std::nan("") : normal(r); }},
@@ -69,22 +72,144 @@ const Shape shapes[] = {
     {"clusters within clusters", [](Generator& r, std::size_t i) { return std::pow(0.5, static_cast<double>(i % 900)) * (1.0 + uniform(r)); }},
 };
 
-TEST(FastPaths, sortedSampleIsThatOfAStableComparisonSort)
+constexpr std::size_t sampleSizes[] = {0, 1, 2, 3, 7, 8, 9, 24, 25, 26, 64, 65, 100, 128, 129, 200, 511, 512, 1100, 3000, 16384, 16385, 70000, 300000};
+
+/** NaN behind every number. */
+bool comesBefore(double a, double b) { return std::isnan(b) ? !std::isnan(a) : a < b; }
+
+/** Compares what a way of sorting makes of samples of every shape and many sizes with what std::stable_sort does. */
+void expectSorts(const std::function<void(std::vector<double>&)>& sort, std::size_t largest = 300000)
 {
-    const auto before = [](double a, double b) { return std::isnan(b) ? !std::isnan(a) : a < b; };
     Generator random(20261121);
     for (const Shape& shape : shapes) {
-        for (const std::size_t n : {0u, 1u, 2u, 3u, 24u, 25u, 26u, 100u, 511u, 512u, 3000u, 16384u, 16385u, 70000u, 300000u}) {
-            std::vector<double> expected(n);
-            for (std::size_t i = 0; i < n; ++i) expected[i] = shape.value(random, i);
-            wq_lib::BasicStatistics sample;
-            sample.copyFrom(expected);
-            sample.sortData();
-            std::stable_sort(expected.begin(), expected.end(), before);
-            EXPECT_TRUE(sample.isSorted());
+        for (const std::size_t n : sampleSizes) {
+            if (n > largest) break;
+            std::vector<double> sorted(n);
+            for (std::size_t i = 0; i < n; ++i) sorted[i] = shape.value(random, i);
+            std::vector<double> expected = sorted;
+            sort(sorted);
+            std::stable_sort(expected.begin(), expected.end(), comesBefore);
+            ASSERT_EQ(sorted.size(), n);
             std::size_t wrong = 0;
-            for (std::size_t i = 0; i < n; ++i) wrong += wq_test::sameBits(sample.getDataPoint(i), expected[i]) ? 0u : 1u;
+            for (std::size_t i = 0; i < n; ++i) wrong += wq_test::sameBits(sorted[i], expected[i]) ? 0u : 1u;
             EXPECT_EQ(wrong, 0u) << shape.name << ", " << n << " values";
+        }
+    }
+}
+
+TEST(FastPaths, sortedSampleIsThatOfAStableComparisonSort)
+{
+    expectSorts([](std::vector<double>& values) {
+        wq_lib::BasicStatistics sample;
+        sample.copyFrom(values);
+        sample.sortData();
+        EXPECT_TRUE(sample.isSorted());
+        for (std::size_t i = 0; i < values.size(); ++i) values[i] = sample.getDataPoint(i);
+    });
+}
+
+TEST(FastPaths, sortsTheSameWithoutVectors) { expectSorts(wq_lib::detail::sortSampleAnywhere); }
+
+bool hasAvx512()
+{
+    double none = 0.0;
+    return wq_lib::detail::sortByAvx512(&none, 1);
+}
+
+TEST(FastPaths, sortsTheSameWithVectorsAndFewDivisions)
+{
+    if (!hasAvx512()) GTEST_SKIP() << "this processor has no AVX-512";
+    for (const int divisions : {0, 1, 3}) {
+        const auto sort = [divisions](std::vector<double>& values) {
+            if (!wq_lib::detail::sortByAvx512(values.data(), values.size(), divisions)) std::stable_sort(values.begin(), values.end(), comesBefore);
+        };
+        expectSorts(sort, 3000);
+    }
+}
+
+TEST(FastPaths, vectorsLeaveNanAndNegativeZeroAlone)
+{
+    if (!hasAvx512()) GTEST_SKIP() << "this processor has no AVX-512";
+    for (const double left : {-0.0, std::nan(""), -std::nan("")}) {
+        for (std::size_t n = 1; n < 40; ++n) {
+            for (std::size_t place = 0; place < n; ++place) {
+                std::vector<double> values(n);
+                for (std::size_t i = 0; i < n; ++i) values[i] = static_cast<double>(n - i);
+                values[place] = left;
+                const std::vector<double> before = values;
+                EXPECT_FALSE(wq_lib::detail::sortByAvx512(values.data(), n)) << left << " at " << place << " of " << n;
+                EXPECT_TRUE(std::equal(values.begin(), values.end(), before.begin(), wq_test::sameBits));
+            }
+        }
+    }
+}
+
+TEST(FastPaths, vectorsStayWithinTheValues)
+{
+    if (!hasAvx512()) GTEST_SKIP() << "this processor has no AVX-512";
+    Generator random(20261122);
+    for (std::size_t n = 0; n < 700; ++n) {
+        constexpr std::size_t around = 16;
+        std::vector<double> values(n + 2 * around, -1e300);
+        for (std::size_t i = 0; i < n; ++i) values[around + i] = normal(random);
+        std::vector<double> expected = values;
+        std::sort(expected.begin() + around, expected.end() - around);
+        ASSERT_TRUE(wq_lib::detail::sortByAvx512(values.data() + around, n));
+        EXPECT_EQ(values, expected) << n << " values";
+    }
+}
+
+// ---------------------------------------------------------------- sums over pairs
+
+/** What the passes over pairs give, value by value as they are defined. */
+wq_lib::xy_stat plainPasses(const std::vector<wq_lib::data_pair>& pairs)
+{
+    wq_lib::xy_stat result;
+    result.x.min = result.y.min = DBL_MAX;
+    result.x.max = result.y.max = DBL_MIN;
+    for (const wq_lib::data_pair& pair : pairs) {
+        ++result.x.n;
+        if (pair.x < result.x.min) result.x.min = pair.x;
+        if (pair.x > result.x.max) result.x.max = pair.x;
+        if (pair.y < result.y.min) result.y.min = pair.y;
+        if (pair.y > result.y.max) result.y.max = pair.y;
+        result.x.sum += pair.x;
+        result.y.sum += pair.y;
+    }
+    result.x.mean = result.x.sum / static_cast<double>(result.x.n);
+    result.y.mean = result.y.sum / static_cast<double>(result.x.n);
+    for (const wq_lib::data_pair& pair : pairs) {
+        result.x.sumOfSquares += (pair.x - result.x.mean) * (pair.x - result.x.mean);
+        result.y.sumOfSquares += (pair.y - result.y.mean) * (pair.y - result.y.mean);
+        result.sumProducts += (pair.x - result.x.mean) * (pair.y - result.y.mean);
+    }
+    return result;
+}
+
+TEST(FastPaths, pairsSideBySideGiveTheSumsAndExtremesOfPlainPasses)
+{
+    Generator random(20261123);
+    for (const Shape& shape : shapes) {
+        for (std::size_t n = 2; n < 300; n += n < 40 ? 1 : 53) {
+            wq_lib::BasicXyStatistics sample;
+            std::vector<wq_lib::data_pair> pairs(n);
+            for (std::size_t i = 0; i < n; ++i) {
+                pairs[i] = {shape.value(random, i), shape.value(random, i)};
+                sample.add(pairs[i].x, pairs[i].y);
+            }
+            ASSERT_TRUE(sample.analyse());
+            const wq_lib::xy_stat found = sample.getXyResult();
+            const wq_lib::xy_stat expected = plainPasses(pairs);
+            SCOPED_TRACE(shape.name + (", " + std::to_string(n)) + " pairs");
+            EXPECT_EQ(found.x.n, n);
+            EXPECT_EQ(found.y.n, 0u);
+            for (const auto variable : {&wq_lib::xy_stat::x, &wq_lib::xy_stat::y}) {
+                EXPECT_SAME_BITS((found.*variable).min, (expected.*variable).min);
+                EXPECT_SAME_BITS((found.*variable).max, (expected.*variable).max);
+                EXPECT_SAME_BITS((found.*variable).sum, (expected.*variable).sum);
+                EXPECT_SAME_BITS((found.*variable).sumOfSquares, (expected.*variable).sumOfSquares);
+            }
+            EXPECT_SAME_BITS(found.sumProducts, expected.sumProducts);
         }
     }
 }

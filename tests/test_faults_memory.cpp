@@ -481,7 +481,7 @@ TEST(MemoryRunsOut, whileAFileIsWritten)
 
 // ---------------------------------------------------------------- analyses
 
-TEST(MemoryRunsOut, whileASampleIsAnalysed)  // sorting takes memory: the record is reset, the sample as it was
+TEST(MemoryRunsOut, whileASampleIsAnalysed)  // where sorting takes memory: the record is reset, the sample as it was
 {
     const TempFolder folder;
     const auto check = [&](const char* name, const auto& object) {
@@ -495,10 +495,14 @@ TEST(MemoryRunsOut, whileASampleIsAnalysed)  // sorting takes memory: the record
         expectToHold<T>(name, object, {"median", [](T& o) { return o.median(), true; }}, folder);
         expectToHold<T>(name, object, {"quartile", [](T& o) { return o.quartile(3.0), true; }}, folder);
     };
-    check("BasicStatistics", filled<BasicStatistics>(100));
-    check("Frequency", filled<Frequency>(600));  // more than are sorted by insertion
+    const auto withNegativeZero = [](auto object) {  // without one a processor with AVX-512 sorts in place
+        object.add(-0.0);
+        return object;
+    };
+    check("BasicStatistics", withNegativeZero(filled<BasicStatistics>(100)));
+    check("Frequency", withNegativeZero(filled<Frequency>(600)));  // more than are sorted by insertion
 
-    const Frequency object = filled<Frequency>(100);
+    const Frequency object = withNegativeZero(filled<Frequency>(100));
     const Frequency reset = with<Frequency>(object, [](Frequency& o) { o.resetResult(); });
     expectToHold<Frequency>("Frequency", object, {"autoClassWidth", [](Frequency& o) { return o.autoClassWidth(4); }, {reset}}, folder);
     expectToHold<Frequency>("Frequency", object, {"initFrequency", [](Frequency& o) { return o.initFrequency(50); }}, folder);
@@ -518,6 +522,7 @@ TEST(MemoryRunsOut, whileALargeSampleIsSorted)  // whichever way it is sorted, a
                     const double x = static_cast<double>(i * 7919 % 100003);
                     values.push_back(holed && i % 10 == 0 ? NaN : crowded ? std::exp(std::fmod(x, 600.0)) : x);
                 }
+                values[1] = -0.0;  // else a processor with AVX-512 sorts without memory
                 std::vector<double> expected = values;
                 std::sort(expected.begin(), expected.end(), [](double a, double b) { return std::isnan(b) ? !std::isnan(a) : a < b; });
                 std::size_t failures = 0;

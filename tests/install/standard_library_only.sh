@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The sources of the three libraries include the C++17 standard library, each other, and nothing else.
+# The sources of the three libraries include the C++17 standard library, each other, and nothing else but the compiler's header of the
+# instructions of x86-64, which brings no library with it.
 source "$(dirname "$0")/common.sh"
 
 standard='algorithm any array atomic bitset cassert ccomplex cctype cerrno cfenv cfloat charconv chrono cinttypes climits clocale
@@ -8,6 +9,7 @@ standard='algorithm any array atomic bitset cassert ccomplex cctype cerrno cfenv
     iostream istream iterator limits list locale map memory memory_resource mutex new numeric optional ostream queue random ratio
     regex scoped_allocator set shared_mutex sstream stack stdexcept streambuf string string_view strstream system_error thread
     tuple type_traits typeindex typeinfo unordered_map unordered_set utility valarray variant vector'
+compiler='immintrin.h'
 
 cd "$SOURCE"
 count=0
@@ -18,7 +20,7 @@ while IFS=: read -r file line text; do
     case $text in
     *\"*) [ -e "$(dirname "$file")/$name" ] || [ -e "src/$name" ] || wrong+="$file:$line: $text"$'\n' ;;
     *'<wq_'*) [ -e "include/$name" ] || [ -e "support/${name%%/*}/include/$name" ] || wrong+="$file:$line: $text"$'\n' ;;
-    *) grep -qwF -e "$name" <<<"${standard//[$'\n ']/$'\n'}" || wrong+="$file:$line: $text"$'\n' ;;
+    *) grep -qxF -e "$name" <<<"${standard//[$'\n ']/$'\n'}"$'\n'"$compiler" || wrong+="$file:$line: $text"$'\n' ;;
     esac
 done < <(grep -rnE '^ *# *include' include src support)
 
