@@ -28,6 +28,7 @@ constexpr std::uint8_t allLanes = 0xFF;
 constexpr std::size_t mostVectors = 16;
 constexpr std::size_t networkValues = mostVectors * lanes;
 
+// The unmasked forms of these instructions start from a vector without a value in GCC's header, which warns of it.
 WQ_AVX512_INLINE Vector swapNeighbours(Vector v) { return _mm512_maskz_permute_pd(allLanes, v, 0x55); }
 WQ_AVX512_INLINE Vector swapPairs(Vector v) { return _mm512_maskz_permutex_pd(allLanes, v, 0x4E); }
 WQ_AVX512_INLINE Vector swapHalves(Vector v) { return _mm512_maskz_shuffle_f64x2(allLanes, v, v, 0x4E); }
@@ -101,11 +102,11 @@ WQ_AVX512 void sortInRegisters(double* values, std::size_t n)
     for (std::size_t i = 0; i < vectors; ++i) {
         const std::size_t begin = lanes * i;
         filled[i] = n >= begin + lanes ? allLanes : n > begin ? static_cast<__mmask8>((1u << (n - begin)) - 1) : __mmask8{0};
-        v[i] = _mm512_mask_loadu_pd(_mm512_set1_pd(std::numeric_limits<double>::infinity()), filled[i], values + begin);
+        v[i] = _mm512_mask_loadu_pd(_mm512_set1_pd(std::numeric_limits<double>::infinity()), filled[i], values + std::min(begin, n));
     }
     sortEach<vectors>(v);
     mergeRuns<2, vectors>(v);
-    for (std::size_t i = 0; i < vectors; ++i) _mm512_mask_storeu_pd(values + lanes * i, filled[i], v[i]);
+    for (std::size_t i = 0; i < vectors; ++i) _mm512_mask_storeu_pd(values + std::min(lanes * i, n), filled[i], v[i]);
 }
 
 /** @param n up to networkValues. */
@@ -264,9 +265,12 @@ WQ_AVX512 bool hasNanOrNegativeZero(const double* values, std::size_t n)
     return found != 0;
 }
 
+/** Whether the processor, as it is set now, has the instructions and moves every value unchanged. */
 bool isAvailable()
 {
-    __builtin_cpu_init();  // a host's static object may come before the run-time library's own
+    constexpr unsigned denormalsAreZero = 0x40;
+    if ((_mm_getcsr() & denormalsAreZero) != 0) return false;  // a host's setting, in which exchanging subnormal values makes them 0
+    __builtin_cpu_init();                                      // a host's static object may come before the run-time library's own
     return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("popcnt");
 }
 

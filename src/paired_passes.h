@@ -12,6 +12,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <type_traits>
 #include <vector>
 
 namespace wq_lib::detail {
@@ -44,10 +45,17 @@ struct LogarithmOfBoth {
     static double y(const data_pair& pair) { return LogarithmOfY::y(pair); }
 };
 
+/** Stored pairs as they are have faster passes of their own. */
+template <typename Transformation, typename Pairs>
+constexpr bool goesSideBySide = std::is_same_v<Transformation, Untransformed> && std::is_convertible_v<Pairs, const data_pair*>;
+
 /** The first pass: adds count, extremes (of the values as they are) and sums of the pairs that the transformation keeps. */
 template <typename Transformation, typename Pairs>
 void sumPairs(const Pairs& pairs, StoredRange range, xy_stat& result)
 {
+#ifdef WQ_STORED_PAIR_PASSES
+    if constexpr (goesSideBySide<Transformation, Pairs>) return sumStoredPairs(pairs, range, result);
+#endif
     xy_stat sums = result;  // a record in memory would make every addition wait for the one before it to be stored
     for (std::size_t i = range.begin; i < range.end; ++i) {
         const data_pair pair = pairs[i];
@@ -65,6 +73,9 @@ void sumPairs(const Pairs& pairs, StoredRange range, xy_stat& result)
 template <typename Transformation, typename Pairs>
 void sumSquares(const Pairs& pairs, StoredRange range, xy_stat& result)
 {
+#ifdef WQ_STORED_PAIR_PASSES
+    if constexpr (goesSideBySide<Transformation, Pairs>) return sumStoredSquares(pairs, range, result);
+#endif
     xy_stat sums = result;
     for (std::size_t i = range.begin; i < range.end; ++i) {
         const data_pair pair = pairs[i];
@@ -76,20 +87,6 @@ void sumSquares(const Pairs& pairs, StoredRange range, xy_stat& result)
     }
     result = sums;
 }
-
-#ifdef WQ_STORED_PAIR_PASSES
-template <>
-inline void sumPairs<Untransformed>(const data_pair* const& pairs, StoredRange range, xy_stat& result)
-{
-    sumStoredPairs(pairs, range, result);
-}
-
-template <>
-inline void sumSquares<Untransformed>(const data_pair* const& pairs, StoredRange range, xy_stat& result)
-{
-    sumStoredSquares(pairs, range, result);
-}
-#endif
 
 /** Fills count, extremes, sums, means, sums of squares and products, and variances of a freshly reset record; not the covariance. */
 template <typename Transformation, typename Pairs>

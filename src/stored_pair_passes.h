@@ -34,7 +34,7 @@ inline double firstOfEqual(const data_pair* pairs, StoredRange range, double dat
     return value;
 }
 
-/** Adds count, extremes and sums to those of a record, in the order of the pairs. */
+/** Adds count, extremes and sums to those of a freshly reset record, in the order of the pairs. */
 inline void sumStoredPairs(const data_pair* pairs, StoredRange range, xy_stat& result)
 {
     // The extremes of every other pair, since a comparison takes longer than an addition.
@@ -60,7 +60,7 @@ inline void sumStoredPairs(const data_pair* pairs, StoredRange range, xy_stat& r
     result.y.sum = sum[1];
     result.x.min = low[0][0] == 0.0 ? firstOfEqual(pairs, range, &data_pair::x, 0.0) : low[0][0];
     result.y.min = low[0][1] == 0.0 ? firstOfEqual(pairs, range, &data_pair::y, 0.0) : low[0][1];
-    result.x.max = high[0][0];
+    result.x.max = high[0][0];  // never a zero: it starts above
     result.y.max = high[0][1];
 }
 

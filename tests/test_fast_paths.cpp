@@ -27,6 +27,10 @@
 #include <string>
 #include <vector>
 
+#ifdef __x86_64__
+#include <xmmintrin.h>
+#endif
+
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -144,6 +148,24 @@ TEST(FastPaths, vectorsLeaveNanAndNegativeZeroAlone)
     }
 }
 
+#ifdef __x86_64__
+TEST(FastPaths, sortsWithoutALossWhereTheHostTakesSubnormalValuesForZero)  // as every host does that is linked with GCC's -ffast-math
+{
+    std::vector<double> values = {3e-310, 1.0, 2e-310, -1e-310, 2.0, 0.0, 1e-310};
+    const std::vector<double> before = values;
+    const unsigned setting = _mm_getcsr();
+    _mm_setcsr(setting | 0x40);
+    wq_lib::BasicStatistics sample;
+    sample.copyFrom(values);
+    sample.sortData();
+    _mm_setcsr(setting);
+    for (std::size_t i = 0; i < values.size(); ++i) values[i] = sample.getDataPoint(i);
+    EXPECT_TRUE(std::is_permutation(values.begin(), values.end(), before.begin(), wq_test::sameBits));
+    EXPECT_EQ(values[5], 1.0);
+    EXPECT_EQ(values[6], 2.0);
+}
+#endif
+
 TEST(FastPaths, vectorsStayWithinTheValues)
 {
     if (!hasAvx512()) GTEST_SKIP() << "this processor has no AVX-512";
@@ -197,11 +219,17 @@ TEST(FastPaths, pairsSideBySideGiveTheSumsAndExtremesOfPlainPasses)
                 pairs[i] = {shape.value(random, i), shape.value(random, i)};
                 sample.add(pairs[i].x, pairs[i].y);
             }
+            if (n % 3 == 2) {  // without the first and the last pair
+                sample.setHead(0.5 / static_cast<double>(n));
+                sample.setTail(1.0 / static_cast<double>(n) + 1e-9);
+                pairs = {pairs.begin() + 1, pairs.end() - 1};
+            }
+            if (pairs.size() < 2) continue;
             ASSERT_TRUE(sample.analyse());
             const wq_lib::xy_stat found = sample.getXyResult();
             const wq_lib::xy_stat expected = plainPasses(pairs);
             SCOPED_TRACE(shape.name + (", " + std::to_string(n)) + " pairs");
-            EXPECT_EQ(found.x.n, n);
+            EXPECT_EQ(found.x.n, pairs.size());
             EXPECT_EQ(found.y.n, 0u);
             for (const auto variable : {&wq_lib::xy_stat::x, &wq_lib::xy_stat::y}) {
                 EXPECT_SAME_BITS((found.*variable).min, (expected.*variable).min);
