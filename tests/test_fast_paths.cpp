@@ -74,6 +74,7 @@ const Shape shapes[] = {
     {"NaN among numbers", [](Generator& r, std::size_t) { return r() % 9 == 0 ? std::nan("") : normal(r); }},
     {"subnormal", [](Generator& r, std::size_t) { return 5e-324 * static_cast<double>(r() % 100000); }},
     {"clusters within clusters", [](Generator& r, std::size_t i) { return std::pow(0.5, static_cast<double>(i % 900)) * (1.0 + uniform(r)); }},
+    {"a crowd and a negative zero", [](Generator& r, std::size_t i) { return i == 5 ? -0.0 : i % 7 == 0 ? uniform(r) : 1e3 * uniform(r); }},
 };
 
 constexpr std::size_t sampleSizes[] = {0, 1, 2, 3, 7, 8, 9, 24, 25, 26, 64, 65, 100, 128, 129, 200, 511, 512, 1100, 3000, 16384, 16385, 70000, 300000};
