@@ -8,8 +8,8 @@ namespace wq_lib::detail {
 
 /**
  * Sorts in ascending order, in place and without further memory.
- * @return false, and nothing changed, on a processor without AVX-512, and for values that vectors do not order as a stable sort does:
- *         those with a NaN or a negative zero among them.
+ * @return false, and nothing changed, on a processor without AVX-512 or set to take subnormal values for 0, and for values that vectors
+ *         do not order as a stable sort does: those with a NaN or a negative zero among them.
  */
 bool sortByAvx512(double* values, std::size_t n);
 
