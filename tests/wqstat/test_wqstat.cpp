@@ -353,6 +353,23 @@ TEST(BadData, hiddenBehindALineThatIsTooLongIsExplained)
               cannotAnalyse(file + ": no data (line 1 is longer than 254 characters, and reading ends with it)"));
 }
 
+TEST(BadData, pairsWithoutLogarithmsAreExplained)
+{
+    const TempFolder folder;
+    const std::string negativeX = folder.write("x", "-1;2\n-2;3\n0;5\n");
+    const std::string negativeY = folder.write("y", "1;-2\n2;-3\n4;0\n");
+    const auto none = [](const std::string& file, const std::string& model) {
+        return cannotAnalyse(file + ": no pair has the logarithms of the " + model + " model");
+    };
+    EXPECT_EQ(run({"regress", "--model", "logarithmic", negativeX}), none(negativeX, "logarithmic"));
+    EXPECT_EQ(run({"regress", "--model", "exponential", negativeX}).status, done);
+    EXPECT_EQ(run({"regress", "--model", "power", negativeX}), none(negativeX, "power"));
+    EXPECT_EQ(run({"regress", "--model", "logarithmic", negativeY}).status, done);
+    EXPECT_EQ(run({"regress", "--model", "exponential", negativeY}), none(negativeY, "exponential"));
+    EXPECT_EQ(run({"regress", "--model", "power", negativeY}), none(negativeY, "power"));
+    EXPECT_EQ(run({"regress", "--model", "linear", negativeY}).status, done);
+}
+
 TEST(BadData, trimmedAwayIsExplained)
 {
     const TempFolder folder;

@@ -141,8 +141,10 @@ class Regress final : public AnalysisCommand {
     void fit(std::size_t leastPairs)
     {
         Model regression;
-        read(regression, Layout::pairs).require(regression.getSampleSize(), leastPairs);
+        const InputFile& input = read(regression, Layout::pairs);
+        input.require(regression.getSampleSize(), leastPairs);
         regression.analyse();
+        if (regression.getXyResult().x.n == 0) throw CannotAnalyse(input.name() + ": no pair has the logarithms of the " + model + " model");
         present(regression);
     }
 
