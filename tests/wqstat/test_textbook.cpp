@@ -209,7 +209,7 @@ TEST(Textbook, saysWhereThereIsNothingToLookUp)
         {__LINE__, {"anova", folder.write("one_group.txt", "1;2\n1;3\n")}, "p "},
         {__LINE__, {"describe", folder.write("equal.txt", "2\n2\n2\n")}, "p, two-sided"},
         {__LINE__, {"regress", "--model", "linear", folder.write("two_pairs.txt", "1;2\n2;5\n")}, "p of t for b, two-sided"},
-        {__LINE__, {"regress", "--model", "power", folder.path("equal.txt")}, "p of t for b, two-sided"},
+        {__LINE__, {"regress", "--model", "power", folder.write("one_logarithm.txt", "1;2\n-2;3\n")}, "p of t for b, two-sided"},
         {__LINE__, {"fit", folder.write("one_class.txt", "7;8\n")}, "p of X2"},
         {__LINE__, {"ks", folder.write("one_sample.txt", "3;0\n4;0\n")}, "p, large samples"},
         {__LINE__, {"variances", folder.path("equal.txt"), folder.path("equal.txt")}, "p, two-sided"},
