@@ -88,13 +88,11 @@ def markdown(head, lines):
 
 def table(results):
     columns = [column for column in COLUMNS if any(result.cell(column) for result in results)]
-    head = ["work", *columns, "best peer", "ratio", "goal", "met", "spread"]
+    head = ["work", *columns, "best peer", "ratio", "spread"]
     lines = []
     for result in results:
-        goal, peer = result.row.goal, result.best_peer()
+        peer = result.best_peer()
         lines.append([result.row.title, *map(result.cell, columns), CONTENDERS[peer][1], f"{result.ratio():.2f}",
-                      "" if goal is None else f"≤ {goal:.2f}",
-                      "" if goal is None else "yes" if result.ratio() <= goal else "**no**",
                       f"{percent(result.spread(LIBRARY))}, {percent(result.spread(peer))}"])
     return markdown(head, lines)
 

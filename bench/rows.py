@@ -1,4 +1,4 @@
-"""The rows of the comparison: what is done, what the contenders must agree on, and the goal."""
+"""The rows of the comparison: what is done, and what the contenders must agree on."""
 from dataclasses import dataclass, field
 
 from page import LIBRARY, power
@@ -36,7 +36,6 @@ class Row:
     id: str  # as the programs know it
     title: str  # as the table shows it
     figures: list  # of Figure; or one Value that stands for each of the thousand
-    goal: float = None  # greatest time relative to the best peer
     per: int = 1  # what one call does so many times
     beside: dict = field(default_factory=dict)  # contenders that do less or other work, and why: shown, but never the best peer
     quick: bool = True  # part of a quick run
@@ -107,32 +106,32 @@ ANOTHER_GENERATOR = "another generator than the Mersenne Twister"
 
 def all_rows():
     rows = []
-    for n, goal in ((1000, 0.40), (100000, 0.45), (10000000, 0.70)):
-        rows.append(Row(f"one-sample-normal/{n}", f"one-sample `analyse`, {power(n)} normal values", SUMMARY, goal, quick=n < 10**7))
+    for n in (1000, 100000, 10000000):
+        rows.append(Row(f"one-sample-normal/{n}", f"one-sample `analyse`, {power(n)} normal values", SUMMARY, quick=n < 10**7))
     for kind, title in (("uniform", "uniform"), ("lognormal", "log-normal"), ("ascending", "sorted")):
         rows.append(Row(f"one-sample-{kind}/10000000", f"... 10^7 {title} values", SUMMARY, quick=False))
-    rows.append(Row("regression/1000", "`LinearRegression::analyse`, 10^3 pairs", LINE, 0.10))
-    for n, goal in ((100000, 0.35), (10000000, 0.30)):
-        rows.append(Row(f"regression-without-p/{n}", f"... {power(n)}, without `t_Prob`", LINE, goal, quick=n < 10**7))
+    rows.append(Row("regression/1000", "`LinearRegression::analyse`, 10^3 pairs", LINE))
+    for n in (100000, 10000000):
+        rows.append(Row(f"regression-without-p/{n}", f"... {power(n)}, without `t_Prob`", LINE, quick=n < 10**7))
     rows.append(Row("regression/10000000", "... 10^7, whole", LINE, quick=False))
-    for groups, goal in ((10, 0.70), (10000, 0.60), (100000, 0.50)):
+    for groups in (10, 10000, 100000):
         title = "Anova of 10^6 pairs, 10 groups" if groups == 10 else f"... {power(groups)} groups"
-        rows.append(Row(f"anova/{groups}", title, ANOVA, goal))
-    rows.append(Row("reading-17-digits/10000000", "reading 10^7 numbers of 17 digits", READ, 0.90, quick=False))
-    rows.append(Row("reading-3-decimals/10000000", "reading 10^7 numbers with 3 decimals", READ, 0.80, quick=False))
-    rows.append(Row("reading-pairs/5000000", "reading 5·10^6 pairs", READ, 0.80, quick=False))
-    rows.append(Row("exporting/10000000", "exporting 10^7 values, 12 decimals", WRITTEN, 0.50, quick=False,
+        rows.append(Row(f"anova/{groups}", title, ANOVA))
+    rows.append(Row("reading-17-digits/10000000", "reading 10^7 numbers of 17 digits", READ, quick=False))
+    rows.append(Row("reading-3-decimals/10000000", "reading 10^7 numbers with 3 decimals", READ, quick=False))
+    rows.append(Row("reading-pairs/5000000", "reading 5·10^6 pairs", READ, quick=False))
+    rows.append(Row("exporting/10000000", "exporting 10^7 values, 12 decimals", WRITTEN, quick=False,
                     beside={"data.table": "15 significant digits"}))
-    for id, title, goal, tolerance in (
-            ("chi-square-prob", "`chiSquareProb`, df 1 ... 30", 1.5, chi_square_prob),
-            ("F-prob", "`F_Prob`, df 1 ... 30", 0.60, f_prob),
-            ("F-point", "`F_PercentPoint`, df 2 ... 30", 0.35, f_point),
-            ("t-prob", "`t_Prob`, df 10", 0.5, t_prob),
-            ("t-point", "`t_PercentPoint`, df 3 ... 100", 0.5, t_point),
-            ("chi-square-point", "`chiSquarePoint`, df 1 ... 30", 0.5, chi_square_point),
-            ("normal-point", "`normalPercentPoint`", 0.5, normal_point)):
-        rows.append(Row(id, title, [Value("value", tolerance=tolerance)], goal, per=1000))
-    rows.append(Row("random-integer", "`Random.getInteger()`", drawn(2**32), 0.55, per=10**6, beside={"numpy-pcg64": ANOTHER_GENERATOR}))
-    rows.append(Row("random-real", "`Random.getReal()`", drawn(1), 0.70, per=10**6, beside={
+    for id, title, tolerance in (
+            ("chi-square-prob", "`chiSquareProb`, df 1 ... 30", chi_square_prob),
+            ("F-prob", "`F_Prob`, df 1 ... 30", f_prob),
+            ("F-point", "`F_PercentPoint`, df 2 ... 30", f_point),
+            ("t-prob", "`t_Prob`, df 10", t_prob),
+            ("t-point", "`t_PercentPoint`, df 3 ... 100", t_point),
+            ("chi-square-point", "`chiSquarePoint`, df 1 ... 30", chi_square_point),
+            ("normal-point", "`normalPercentPoint`", normal_point)):
+        rows.append(Row(id, title, [Value("value", tolerance=tolerance)], per=1000))
+    rows.append(Row("random-integer", "`Random.getInteger()`", drawn(2**32), per=10**6, beside={"numpy-pcg64": ANOTHER_GENERATOR}))
+    rows.append(Row("random-real", "`Random.getReal()`", drawn(1), per=10**6, beside={
         "numpy-pcg64": ANOTHER_GENERATOR, "boost-32": THIRTY_TWO_BITS, "gsl": THIRTY_TWO_BITS, "r": THIRTY_TWO_BITS}))
     return rows

@@ -1,18 +1,35 @@
-# How the shared libraries of the family are built: libwq_NAME, target wq::NAME.
+# How the libraries of the family are built: libwq_NAME, target wq::NAME. Shared ones, unless BUILD_SHARED_LIBS is OFF; static ones can go into
+# a host's own shared library too.
+
+if(NOT DEFINED BUILD_SHARED_LIBS)
+  set(BUILD_SHARED_LIBS ON)
+endif()
 
 set(WQ_WARNINGS
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Woverloaded-virtual)
-
-if(CMAKE_CXX_FLAGS MATCHES "-ffast-math|-Ofast|-funsafe-math-optimizations|-ffinite-math-only|-fassociative-math")
-  message(FATAL_ERROR "CMAKE_CXX_FLAGS asks for fast-math (${CMAKE_CXX_FLAGS}). The library relies on IEEE arithmetic: NaN, infinity "
-    "and the order of sums.")
-endif()
 
 # Without this, 32-bit x86 computes with more digits than a double has, and rounds them away here and there.
 set(WQ_ARITHMETIC -ffp-contract=off)
 if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86|i[3-6]86|x86_64|AMD64)$")
   list(APPEND WQ_ARITHMETIC -msse2 -mfpmath=sse)
 endif()
+
+# What an attacker who writes past a buffer meets. Where C libraries other than those of Linux need a library of their own for it, it is left out.
+option(WQ_HARDENING "Build libraries and tools with stack protector, checked C functions and read-only relocations" ON)
+if(WQ_HARDENING AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  set(WQ_HARDENING_OPTIONS -fstack-protector-strong
+    $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-D_FORTIFY_SOURCE=2>)
+  set(WQ_HARDENING_LINK_OPTIONS LINKER:-z,relro LINKER:-z,now)
+endif()
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+
+# wq_harden(TARGET): what is installed is hardened, a program also by being loaded anywhere.
+function(wq_harden target)
+  target_compile_options(${target} PRIVATE ${WQ_HARDENING_OPTIONS})
+  target_link_options(${target} PRIVATE ${WQ_HARDENING_LINK_OPTIONS})
+  set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+endfunction()
 
 # Compile options every target of the project shares: warnings, and the same figures on every processor.
 function(wq_compile_options target)
@@ -25,32 +42,47 @@ function(wq_compile_options target)
     COMPILE_WARNING_AS_ERROR ${WQ_WARNINGS_AS_ERRORS})
 endfunction()
 
-# wq_library(NAME BASE folder SOURCES files... [PUBLIC|PRIVATE targets...]). The public headers are BASE/wq_NAME/*.h; PUBLIC names the
-# libraries whose headers these include.
+# Compile options of all code that goes into a shared library.
+function(wq_library_code target)
+  wq_compile_options(${target})
+  wq_harden(${target})
+  # Calls within a library go straight to its own functions: no host replaces single ones, and small ones can be inlined.
+  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU,Clang>:-fno-semantic-interposition> ${WQ_LIBRARY_OPTIONS})
+  set_target_properties(${target} PROPERTIES
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+endfunction()
+
+# wq_library(NAME BASE folder SOURCES files... [INCLUDES folders...] [PUBLIC|PRIVATE targets...]). The public headers are BASE/wq_NAME/*.h;
+# PUBLIC names the libraries whose headers these include. INCLUDES are the folders that private headers are named from: the library's own, and
+# support for "numbers/...".
 function(wq_library name)
-  cmake_parse_arguments(arg "" "BASE" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  cmake_parse_arguments(arg "" "BASE" "SOURCES;INCLUDES;PUBLIC;PRIVATE" ${ARGN})
   set(target wq_${name})
   string(TOUPPER ${target} prefix)
 
   file(GLOB headers CONFIGURE_DEPENDS ${arg_BASE}/${target}/*.h)
-  add_library(${target} SHARED ${arg_SOURCES})
+  add_library(${target} ${arg_SOURCES} ${PROJECT_SOURCE_DIR}/cmake/ieee_arithmetic.cpp)
   add_library(wq::${name} ALIAS ${target})
-  wq_compile_options(${target})
-  # Calls within a library go straight to its own functions: no host replaces single ones, and small ones can be inlined.
-  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU,Clang>:-fno-semantic-interposition> ${WQ_LIBRARY_OPTIONS})
+  wq_library_code(${target})
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_compile_definitions(${target} PRIVATE ${prefix}_BUILDING)
-  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src)
+  if(NOT BUILD_SHARED_LIBS)
+    target_compile_definitions(${target} PUBLIC WQ_STATIC_LIBRARIES)
+  endif()
+  list(TRANSFORM arg_INCLUDES PREPEND ${PROJECT_SOURCE_DIR}/)
+  target_include_directories(${target} PRIVATE ${arg_INCLUDES})
   target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${arg_BASE} FILES ${headers})
   target_link_libraries(${target} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
   set_target_properties(${target} PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     EXPORT_NAME ${name}
-    CXX_VISIBILITY_PRESET hidden
-    VISIBILITY_INLINES_HIDDEN ON
     INSTALL_RPATH "$ORIGIN"
     BUILD_WITH_INSTALL_RPATH ON)  # the build tree has the libraries in one folder too
+
+  # Linked with -ffast-math, GCC and Clang let a library make subnormal numbers zero in every program that loads it.
+  target_link_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU,Clang>:-fno-fast-math> $<$<CXX_COMPILER_ID:GNU,Clang>:-fno-unsafe-math-optimizations>)
 
   # Hidden visibility does not reach instantiations of standard templates; the export map does.
   if(CMAKE_SYSTEM_NAME STREQUAL "Linux")

@@ -1,4 +1,4 @@
-# Debian packages: cpack in the build folder makes libwq-stat1 (the three libraries), libwq-stat-dev and wqstat (the tool with its man page
+# Debian packages: cpack in the build folder makes libwq-stat1 (the libraries), libwq-stat-dev and wqstat (the tool with its man page
 # and the shells' completions).
 
 set(CPACK_GENERATOR DEB)

@@ -1,16 +1,20 @@
 #include <wq_stat/basic_stat.h>
 
-#include "column_title.h"
-#include "confidence_limits.h"
-#include "data_lines.h"
-#include "number_reading.h"
-#include "r_export.h"
-#include "read_ahead.h"
-#include "report_text.h"
-#include "sample_extremes.h"
-#include "sample_sort.h"
-#include "stored_range.h"
-#include "to_integer.h"
+#include "detail/expected_lines.h"
+#include "detail/column_title.h"
+#include "detail/confidence_limits.h"
+#include "detail/geometric_mean.h"
+#include "numbers/data_lines.h"
+#include "numbers/number_reading.h"
+#include "detail/prefetch.h"
+#include "detail/r_export.h"
+#include "detail/report_text.h"
+#include "detail/sample_extremes.h"
+#include "detail/sample_sort.h"
+#include "detail/stored_range.h"
+#include "detail/to_integer.h"
+#include "detail/wide_count.h"
+#include "detail/wide_quantiles.h"
 
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>
@@ -24,11 +28,19 @@ namespace wq_lib {
 
 using detail::storedRange;
 using detail::StoredRange;
+using detail::studentPoint;
 using detail::toInteger;
+using detail::wideCount;
 
 namespace {
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+/**
+ * The last index of a range that may end behind the sample: add() leaves the end one past the last observation until the range is set, and a tail
+ * outside 0 ... 1 takes it further. An end of 0 or 1 stays, for hosts that ask for it; storedRange() keeps the passes within the sample.
+ */
+std::size_t lastIndex(std::size_t end, std::size_t sampleSize) { return end >= sampleSize && end > 1 ? sampleSize - 1 : end; }
 
 }  // namespace
 
@@ -55,8 +67,15 @@ bool BasicStatistics::add(double x)
 
 std::size_t BasicStatistics::copyFrom(std::vector<double> values)
 {
-    initDataList(values.size());
-    for (const double x : values) add(x);
+    const std::size_t added = values.size();
+    if (data.empty() && data.capacity() <= values.capacity()) data.swap(values);  // takes them over, without a copy
+    initDataList(added);
+    data.insert(data.end(), values.begin(), values.end());
+    if (added > 0) {
+        sampleSize += added;
+        dataEnd = sampleSize;  // as add() leaves it
+        sorted = false;
+    }
     return data.size();
 }
 
@@ -114,7 +133,7 @@ bool BasicStatistics::analyse()
     resetResult();
     if (!sorted) sortData();
     setDataRange();
-    if (dataEnd >= sampleSize && dataEnd > 1) dataEnd = sampleSize - 1;
+    dataEnd = lastIndex(dataEnd, sampleSize);
     if (data.empty() || dataEnd - dataStart < 2) return false;
 
     const StoredRange range = storedRange(dataStart, dataEnd, data.size());
@@ -126,7 +145,7 @@ bool BasicStatistics::analyse()
     double reciprocalSum = 0.0;
     double reciprocalCount = 0.0;
     for (const double* value = begin; value != end; ++value) {
-        detail::readAhead(value, end);
+        detail::prefetch(value, end);
         const double x = *value;
         detail::extendExtremes(sums, x);
         sums.sum += x;
@@ -134,7 +153,7 @@ bool BasicStatistics::analyse()
             logSum += std::log(x);
             positiveCount += 1.0;
         }
-        if (x < 0.0) negative = true;
+        if (x < 0.0) negative = true;  // until the host says otherwise: no analysis clears it
         const double reciprocal = 1.0 / x;
         if (std::isfinite(reciprocal)) {
             reciprocalSum += reciprocal;
@@ -145,17 +164,18 @@ bool BasicStatistics::analyse()
     const double n = static_cast<double>(sums.n);
     sums.mean = sums.sum / n;
     for (const double* value = begin; value != end; ++value) {
-        detail::readAhead(value, end);
+        detail::prefetch(value, end);
         sums.sumOfSquares += sqr(*value - sums.mean);
     }
     result = sums;
     result.variance = result.sumOfSquares / n;
-    result.sampleVariance = result.sumOfSquares / static_cast<double>(result.n - 1);
+    result.sampleVariance = result.sumOfSquares / static_cast<double>(wideCount(result.n - 1));
     result.stdev = standardDeviation(result.variance);
     result.sampleStdev = standardDeviation(result.sampleVariance);
     result.cv = coefficientOfVariation(result.sampleStdev, result.mean, result.n);
     result.stdError = standardError(result.sampleVariance, result.n);
     result.confidenceLimits = confidenceInterval(result.mean, result.sampleVariance, result.n);
+    // Unlike geometricMean(), which counts zeros and refuses negative values, this passes over both.
     result.geoMean = std::exp(logSum * (1.0 / positiveCount));
     result.harmMean = reciprocalCount / reciprocalSum;
     result.quartile1 = quartile(1.0);
@@ -168,7 +188,8 @@ bool BasicStatistics::analyse()
 bool BasicStatistics::acceptH0()
 {
     const double t = StudentOfMeans(result.mean, result.sampleVariance, nullHypothesis, result.n);
-    const double critical = t_PercentPoint(significance / 2.0, result.n - 1);
+    const double critical =
+        studentPoint(significance / 2.0, wideCount(result.n - 1));  // halved, though two-sided already; the interval's is whole
     return std::fabs(t) < std::fabs(critical);
 }
 
@@ -189,12 +210,12 @@ double BasicStatistics::standardDeviation(double variance) const
 double BasicStatistics::coefficientOfVariation(double stdev, double mean, std::size_t) const
 {
     if (!(stdev > 0.0)) return 0.0;
-    return stdev / mean;
+    return stdev / mean;  // a ratio, not per cent
 }
 
 DataRange<double> BasicStatistics::confidenceInterval(double mean, double variance, std::size_t n) const
 {
-    return detail::limitsAround(mean, t_PercentPoint(significance, n - 1), standardError(variance, n));
+    return detail::limitsAround(mean, studentPoint(significance, wideCount(n - 1)), standardError(variance, n));
 }
 
 double BasicStatistics::StudentOfMeans(double mean, double variance, double mu0, std::size_t n) const
@@ -214,14 +235,16 @@ double BasicStatistics::quantile(double p, std::size_t q)
 
     // Integer quotients; a negative one wraps the index far beyond the sample.
     const auto divisor = static_cast<std::int64_t>(q);
-    const auto belowCount = static_cast<std::size_t>(toInteger<std::int64_t>(below) / divisor);
-    const auto aboveCount = static_cast<std::size_t>(toInteger<std::int64_t>(above) / divisor);
-    const std::size_t first = dataStart + belowCount;
+    const auto belowCount = static_cast<std::uint64_t>(toInteger<std::int64_t>(below) / divisor);
+    const auto aboveCount = static_cast<std::uint64_t>(toInteger<std::int64_t>(above) / divisor);
+    const std::uint64_t start = wideCount(dataStart);
+    const std::uint64_t first = start + belowCount;
     if (first >= data.size()) return notANumber;
-    if (p / parts != 0.5 || odd(static_cast<long>(result.n))) return data[first];
-    const std::size_t second = dataStart + result.n - aboveCount - 1;
+    const double lower = data[static_cast<std::size_t>(first)];
+    if (p / parts != 0.5 || odd(static_cast<long>(result.n))) return lower;  // only the median lies between two values
+    const std::uint64_t second = start + result.n - aboveCount - 1;
     if (second >= data.size()) return notANumber;
-    return (data[first] + data[second]) / 2.0;
+    return (lower + data[static_cast<std::size_t>(second)]) / 2.0;
 }
 
 double BasicStatistics::median() { return quantile(1.0, 2); }
@@ -231,20 +254,9 @@ double BasicStatistics::quartile(double p) { return quantile(p, 4); }
 double BasicStatistics::geometricMean(std::size_t from, std::size_t to)
 {
     if (to >= sampleSize) to = sampleSize - 1;
-    double logSum = 0.0;
-    double count = 0.0;
-    const StoredRange range = storedRange(from, to, data.size());
-    for (std::size_t i = range.begin; i < range.end; ++i) {
-        const double x = getDataPoint(i);
-        if (std::isnan(x)) continue;
-        if (x < 0.0) {
-            setNegative(true);
-            return 0.0;
-        }
-        if (x > 0.0) logSum += std::log(x);
-        count += 1.0;
-    }
-    return std::exp(logSum * (1.0 / count));
+    const auto mean = detail::geometricMean(storedRange(from, to, data.size()), [this](std::size_t i) { return getDataPoint(i); });
+    if (!mean) setNegative(true);
+    return mean.value_or(0.0);
 }
 
 // ---------------------------------------------------------------- output
@@ -252,7 +264,7 @@ double BasicStatistics::geometricMean(std::size_t from, std::size_t to)
 void BasicStatistics::reportConsole()
 {
     const double t = StudentOfMeans(result.mean, result.sampleVariance, nullHypothesis, result.n);
-    const double critical = t_PercentPoint(significance, result.n - 1);
+    const double critical = studentPoint(significance, wideCount(result.n - 1));  // not the one that acceptH0() compares with
 
     detail::ReportText report(detail::NumberFormat::plain());
     report.frame("BASIC STATISTICS", comment);
@@ -283,7 +295,7 @@ void BasicStatistics::reportConsole()
     report.rule();
     report.line("Hypothesis testing H0: u = ", nullHypothesis);
     report.line("t statistic     : ", t);
-    report.line("t", significance, "(2),", result.n - 1, "     : ", critical);
+    report.line("t", significance, "(2),", wideCount(result.n - 1), "     : ", critical);
     report.line("H0              : ", detail::verdict(acceptH0()));
     report.emptyLine();
     report.emptyLine();
@@ -311,7 +323,7 @@ bool BasicStatistics::exportToR(const std::string& fileName, const std::string& 
         file.setPrecision(12);
         file.cell(detail::columnTitle(columnNames, 0), false);
         file.writeEol();
-        if (dataEnd >= sampleSize && dataEnd > 1) dataEnd = sampleSize - 1;
+        dataEnd = lastIndex(dataEnd, sampleSize);
         const StoredRange range = storedRange(dataStart, dataEnd, data.size());
         for (std::size_t i = range.begin; i < range.end; ++i) {
             file.cell(getDataPoint(i), 12, false);

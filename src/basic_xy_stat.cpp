@@ -1,17 +1,18 @@
 #include <wq_stat/basic_xy_stat.h>
 
-#include "column_title.h"
-#include "data_lines.h"
-#include "number_reading.h"
-#include "paired_passes.h"
-#include "r_export.h"
-#include "report_text.h"
-#include "stored_range.h"
+#include "detail/expected_lines.h"
+#include "detail/column_title.h"
+#include "detail/geometric_mean.h"
+#include "numbers/data_lines.h"
+#include "numbers/number_reading.h"
+#include "detail/paired_passes.h"
+#include "detail/r_export.h"
+#include "detail/report_text.h"
+#include "detail/stored_range.h"
 
 #include <wq_udf/console.h>
 
 #include <algorithm>
-#include <cmath>
 #include <string_view>
 
 namespace wq_lib {
@@ -48,8 +49,14 @@ bool BasicXyStatistics::add(double x, double y)
 
 std::size_t BasicXyStatistics::copyFrom(std::vector<data_pair> values)
 {
-    initDataList(values.size());
-    for (const data_pair& pair : values) add(pair.x, pair.y);
+    const std::size_t added = values.size();
+    if (pairs.empty() && pairs.capacity() <= values.capacity()) pairs.swap(values);  // takes them over, without a copy
+    initDataList(added);
+    pairs.insert(pairs.end(), values.begin(), values.end());
+    if (added > 0) {
+        setSampleSize(pairs.size());
+        setDataEnd(pairs.size() - 1);  // as add() leaves it
+    }
     return pairs.size();
 }
 
@@ -64,13 +71,13 @@ bool BasicXyStatistics::readDataFile()
         while (lines.takePair(x, y)) add(x, y);
         if (!lines.next()) return !lines.hasFailed();
         if (lines.isComment()) {
-            comment = removeChar(std::string(lines.text()), '#');
+            comment = removeChar(std::string(lines.text()), '#');  // the last one stays; a univariate sample keeps all
             continue;
         }
         std::string_view rest = lines.text();
         std::string_view field;
         if (!detail::takeField(rest, field)) continue;
-        x = detail::readDoubleOrZero(field);
+        x = detail::readDoubleOrZero(field);  // 0 for a text that is no number, where y refuses it
         y = detail::takeField(rest, field) ? detail::readDouble(field) : 0.0;
         add(x, y);
     }
@@ -100,20 +107,9 @@ bool BasicXyStatistics::analyse()
 double BasicXyStatistics::geometricMean(std::size_t start, std::size_t end)
 {
     if (end >= sampleSize) end = sampleSize - 1;
-    double logSum = 0.0;
-    double count = 0.0;
-    const StoredRange range = storedRange(start, end, pairs.size());
-    for (std::size_t i = range.begin; i < range.end; ++i) {
-        const double y = getDataPair(i).y;
-        if (std::isnan(y)) continue;
-        if (y < 0.0) {
-            setNegative(true);
-            return 0.0;
-        }
-        if (y > 0.0) logSum += std::log(y);
-        count += 1.0;
-    }
-    return std::exp((1.0 / count) * logSum);
+    const auto mean = detail::geometricMean(storedRange(start, end, pairs.size()), [this](std::size_t i) { return getDataPair(i).y; });
+    if (!mean) setNegative(true);
+    return mean.value_or(0.0);
 }
 
 // ---------------------------------------------------------------- output
@@ -122,7 +118,7 @@ void BasicXyStatistics::reportConsole()
 {
     const basic_stat& x = xyResult.x;
     const basic_stat& y = xyResult.y;
-    const std::size_t n = x.n;
+    const std::size_t n = x.n;  // of both: the record of y has none
 
     detail::ReportText report(detail::NumberFormat::plain());
     report.frame("BASIC XY STATISTICS", comment);

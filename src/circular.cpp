@@ -1,28 +1,44 @@
 #include <wq_stat/circular.h>
 
-#include "report_text.h"
-#include "stored_range.h"
-#include "to_integer.h"
+#include "detail/pi.h"
+#include "detail/report_text.h"
+#include "detail/stored_range.h"
+#include "detail/to_integer.h"
 
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 namespace wq_lib {
 
+using detail::pi;
 using detail::storedRange;
 using detail::StoredRange;
 using detail::toInteger;
+using detail::twoPi;
 
 namespace {
 
-constexpr double pi = 3.141592653589793;
-constexpr double twoPi = 6.283185307179586;
+/** A sum of frequencies as a count; the largest count where that has 32 bits and the sum is larger. */
+std::size_t countOf(std::uint64_t frequencies)
+{
+    return static_cast<std::size_t>(std::min<std::uint64_t>(frequencies, std::numeric_limits<std::size_t>::max()));
+}
+
+/** Rayleigh's R and z of n directions. */
+void fillRayleigh(circular_stat& record, double n, double r)
+{
+    record.R = n * r;
+    record.z = sqr(record.R) / n;
+}
 
 }  // namespace
 
+// "uniformely" and, in the report, "signifance" are spelt as hosts know them.
 Circular::Circular() { setHypothesisInfo("Data are uniformely distributed around the circle"); }
 
 Circular::~Circular() = default;
@@ -54,16 +70,12 @@ void Circular::convertToRadians()
     const StoredRange range = storedRange(dataStart, dataEnd, pairs.size());
     for (std::size_t i = range.begin; i < range.end; ++i) {
         const double x = getDataPair(i).x;
-        if (dataType == DEGREES) setDataPairX(i, degreeToRadian(x));
+        if (dataType == DEGREES) setDataPairX(i, degreeToRadian(x));  // in place: a second analysis converts again
         if (dataType == BIN_NUMBERS) setDataPairX(i, x * binSize);
     }
 }
 
-void Circular::rayleighsTest(std::size_t n, double r)
-{
-    circularResult.R = static_cast<double>(n) * r;
-    circularResult.z = sqr(circularResult.R) / static_cast<double>(n);
-}
+void Circular::rayleighsTest(std::size_t n, double r) { fillRayleigh(circularResult, static_cast<double>(n), r); }
 
 bool Circular::analyse()
 {
@@ -96,14 +108,15 @@ bool Circular::analyse()
     const double meanSine = sineSum / m;
     c.r = computeResultant(meanCosine, meanSine);
     c.a = computeAngle(meanCosine, meanSine);
+    // Correction for grouping (Batschelet 1981): half a bin divided by its sine.
     if (grouped) c.r = c.r * ((binSize * pi / twoPi) / std::sin(binSize / 2.0));
-    c.s = std::sqrt(2.0 * (1.0 - c.r));
-    c.sPrime = std::sqrt(-2.0 * std::log(c.r));
-    rayleighsTest(count, c.r);
-    c.p = rayleighsProb(c.z, count);
+    c.s = std::sqrt(2.0 * (1.0 - c.r));          // angular deviation (Batschelet 1981)
+    c.sPrime = std::sqrt(-2.0 * std::log(c.r));  // circular standard deviation (Mardia 1972)
+    fillRayleigh(c, m, c.r);
+    c.p = rayleighsProb(c.z, countOf(count));
     c.significance = significance;
     c.accepted = acceptH0();
-    c.n = count;
+    c.n = countOf(count);
     c.binSize = binSize;
     c.meanBin = toInteger<std::size_t>(c.a / binSize) + getBin0();
     return true;
@@ -134,9 +147,9 @@ void Circular::reportConsole()
     report.line("R               : ", c.R);
     report.line("z               : ", c.z);
     report.line("p               : ", c.p);
-    report.line("signifance level: ", c.significance);
+    report.line("signifance level: ", c.significance);  // sic
     report.line("H0              : ", detail::verdict(c.accepted));
-    if (grouped) report.line("rc: resultant corrected for grouped data ");
+    if (grouped) report.line("rc: resultant corrected for grouped data ");  // with the blank at its end
     report.emptyLine();
     display(report.text());
 }

@@ -1,6 +1,7 @@
 #include <wq_stat/correlation.h>
 
-#include "report_text.h"
+#include "detail/report_text.h"
+#include "detail/wide_count.h"
 
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>
@@ -9,9 +10,11 @@
 
 namespace wq_lib {
 
+using detail::wideCount;
+
 namespace {
 
-constexpr std::size_t largeSample = 50;            // from 51 pairs on the z scale is used without corrections, and has limits
+constexpr std::size_t largeSample = 50;              // from 51 pairs on the z scale is used without corrections, and has limits
 constexpr std::size_t infiniteDegrees = 4294967295;  // makes t_PercentPoint the quantile of the normal distribution
 
 }  // namespace
@@ -40,9 +43,9 @@ bool Correlation::analyse()
 
 double Correlation::significance_t0(double r, std::size_t n)
 {
-    const double t = r * std::sqrt(static_cast<double>(n - 2) / (1.0 - sqr(r)));
+    const double t = r * std::sqrt(static_cast<double>(wideCount(n - 2)) / (1.0 - sqr(r)));
     correlationResult.t = t;
-    return 1.0 - t_Prob(t, n - 2, false);
+    return 1.0 - t_Prob(t, n - 2, false);  // the probability of a smaller |t|, not that of a larger one as in significance_t1()
 }
 
 double Correlation::significance_t1(double r, double rho, std::size_t n)
@@ -64,7 +67,7 @@ double Correlation::t_small_n(double r, double rho, std::size_t n) const
 {
     const double z = z_TransformSmall(r, n);
     const double zeta = z_TransformBig(rho);
-    const double corrected = zeta - (3.0 * zeta + rho) / static_cast<double>(4 * n - 4);
+    const double corrected = zeta - (3.0 * zeta + rho) / static_cast<double>(4 * wideCount(n) - 4);
     return (z - corrected) * std::sqrt(static_cast<double>(n) - 1.0);
 }
 
@@ -79,10 +82,11 @@ DataRange<double> Correlation::confidenceInterval(double r, std::size_t n) const
     const double z = z_TransformBig(r);
     const double h = t_PercentPoint(significance, infiniteDegrees) / std::sqrt(static_cast<double>(n - 3));
     DataRange<double> limits;
-    limits.setRange(z - h, z + h);
+    limits.setRange(z - h, z + h);  // in z: not taken back to r
     return limits;
 }
 
+// The other way round than for F, since the t test's significance is 1 - p. A negative r gives a negative one, and H0 is accepted.
 bool Correlation::acceptH0_t() const { return significance > correlationResult.tSignificance; }
 
 bool Correlation::acceptH0_F() const { return correlationResult.FSignificance >= significance; }

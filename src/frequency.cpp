@@ -1,9 +1,10 @@
 #include <wq_stat/frequency.h>
 
-#include "r_export.h"
-#include "report_text.h"
-#include "stored_range.h"
-#include "to_integer.h"
+#include "detail/r_export.h"
+#include "detail/report_text.h"
+#include "detail/stored_range.h"
+#include "detail/to_integer.h"
+#include "detail/wide_count.h"
 
 #include <wq_udf/console.h>
 
@@ -42,7 +43,7 @@ void Frequency::buildTable()
 {
     for (std::size_t i = dataStart; i < std::min(dataEnd, data.size()); ++i) {  // without the last index of the range
         std::size_t c = detail::toInteger<std::size_t>(std::floor((data[i] - startClass) / classWidth));
-        if (c >= numberOfClasses) c = numberOfClasses - 1;
+        if (c >= numberOfClasses) c = numberOfClasses - 1;  // and so does a value below the first class, whose index wraps
         if (c < classes.size()) ++classes[c].count;
     }
 }
@@ -53,7 +54,7 @@ bool Frequency::analyse()
     const std::size_t m = dataEnd - dataStart + 1;
     BasicStatistics::analyse();
     for (std::size_t j = 0; j < std::min(numberOfClasses, classes.size()); ++j)
-        classes[j].rate = static_cast<double>(classes[j].count) / static_cast<double>(m);
+        classes[j].rate = static_cast<double>(classes[j].count) / static_cast<double>(detail::wideCount(m));
     return true;
 }
 

@@ -1,8 +1,10 @@
 #include <wq_stat/goodness_fit.h>
 
-#include "report_text.h"
-#include "stored_range.h"
-#include "to_integer.h"
+#include "detail/report_text.h"
+#include "detail/stored_range.h"
+#include "detail/to_integer.h"
+#include "detail/wide_count.h"
+#include "detail/wide_quantiles.h"
 
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>
@@ -30,9 +32,9 @@ bool GoodnessOfFit::analyse()
         const data_pair pair = getDataPair(i);
         const double observed = pair.x;
         const double expected = pair.y;
-        total += detail::toInteger<std::uint64_t>(observed);
+        total += detail::toInteger<std::uint64_t>(observed);  // class by class, without fractions
         double d = observed - expected;
-        if (yates) d = std::fabs(d) - 0.5;
+        if (yates) d = std::fabs(d) - 0.5;  // Yates (1934)
         X2 = X2 + sqr(d) / expected;
         G = G + observed * std::log(observed / expected);
     }
@@ -40,6 +42,7 @@ bool GoodnessOfFit::analyse()
     GAdjusted = G;
     if (williamsCorrection) {
         const double N = static_cast<double>(total);
+        // Williams (1976), (k^2 - 1)/(6 N (k - 1)); for two classes the same in other steps, which round otherwise
         const double q = k == 2 ? 1.0 + 1.0 / (2.0 * N) : 1.0 + (static_cast<double>(k) + 1.0) / (6.0 * N);
         GAdjusted = G / q;
     }
@@ -48,8 +51,8 @@ bool GoodnessOfFit::analyse()
 
 bool GoodnessOfFit::acceptH0()
 {
-    const double critical = chiSquarePoint(getConfidence(), getSampleSize() - 1);
-    if (X2 >= critical || G >= critical) return false;
+    const double critical = detail::chiSquarePoint(getConfidence(), detail::wideCount(getSampleSize() - 1));
+    if (X2 >= critical || G >= critical) return false;  // G itself, also where its correction is on
     return !(williamsCorrection && GAdjusted >= critical);
 }
 
@@ -61,11 +64,12 @@ void GoodnessOfFit::reportConsole()
     report.frame("GOODNESS OF FIT STATISTICS", comment);
     report.line("Ho: ", hypothesisInfo);
     report.line("[Chi-square]");
+    // p is the lower tail of the statistic: near 1 for a bad fit.
     report.line("X2    : ", X2, "  ( p=", chiSquareProb(X2, df), ")").emptyLine();
     report.line("[G-test]");
     report.line("G     : ", G, "  ( p=", chiSquareProb(G, df), ")").emptyLine();
     if (williamsCorrection) report.line("G adj : ", GAdjusted, "  ( p=", chiSquareProb(GAdjusted, df), ")").emptyLine();
-    report.line("X2 ", significance, ",", df, ": ", chiSquarePoint(getConfidence(), df));
+    report.line("X2 ", significance, ",", detail::wideCount(df), ": ", detail::chiSquarePoint(getConfidence(), detail::wideCount(df)));
     report.line("Ho    : ", detail::verdict(acceptH0()));
     display(report.text());
 }

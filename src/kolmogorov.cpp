@@ -1,9 +1,11 @@
 #include <wq_stat/kolmogorov.h>
 
-#include "column_title.h"
-#include "report_text.h"
-#include "stored_range.h"
-#include "to_integer.h"
+#include "detail/column_title.h"
+#include "detail/report_text.h"
+#include "detail/reserve_more.h"
+#include "detail/stored_range.h"
+#include "detail/to_integer.h"
+#include "detail/wide_count.h"
 
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>
@@ -24,8 +26,8 @@ KolmogorovSmirnov2::~KolmogorovSmirnov2() = default;
 void KolmogorovSmirnov2::cumulative()
 {
     const detail::StoredRange range = detail::storedRange(dataStart, dataEnd, pairs.size());
-    cumulativeFrequencies.reserve(cumulativeFrequencies.size() + (range.end - range.begin));  // all of them, or none
-    n1 = 0;
+    detail::reserveMore(cumulativeFrequencies, range.end - range.begin);  // all of them, or none
+    n1 = 0;  // the frequencies of an earlier call stay in front of the new ones
     n2 = 0;
     double c1 = 0.0;
     double c2 = 0.0;
@@ -46,8 +48,8 @@ bool KolmogorovSmirnov2::analyse()
         n1 = detail::toInteger<std::size_t>(cumulativeFrequencies.back().first);
         n2 = detail::toInteger<std::size_t>(cumulativeFrequencies.back().second);
     }
-    const double size1 = static_cast<double>(n1);
-    const double size2 = static_cast<double>(n2);
+    const double size1 = static_cast<double>(detail::wideCount(n1));
+    const double size2 = static_cast<double>(detail::wideCount(n2));
     for (const auto& [c1, c2] : cumulativeFrequencies) {
         const double d = std::fabs(c1 / size1 - c2 / size2);
         if (d > D) D = d;  // D only grows, over all analyses of the object
@@ -55,6 +57,7 @@ bool KolmogorovSmirnov2::analyse()
     return true;
 }
 
+// Where there is no critical value it is 0, and any difference rejects.
 bool KolmogorovSmirnov2::acceptH0() { return D_TwoSamples(significance, n1, n2) >= D; }
 
 void KolmogorovSmirnov2::reportConsole()
@@ -62,8 +65,8 @@ void KolmogorovSmirnov2::reportConsole()
     detail::ReportText report(detail::NumberFormat::fixed(3));
     report.frame("KOLMOGOROV-SMIRNOV TWO SAMPLE TEST", comment);
     report.line("H0: ", hypothesisInfo);
-    report.line("n1      : ", n1);
-    report.line("n2      : ", n2);
+    report.line("n1      : ", detail::wideCount(n1));
+    report.line("n2      : ", detail::wideCount(n2));
     report.line("D       : ", D);
     report.line("D(", significance, "): ", D_TwoSamples(significance, n1, n2));
     report.line("H0      : ", detail::verdict(acceptH0()));
@@ -74,13 +77,13 @@ void KolmogorovSmirnov2::listFrequencies()
 {
     constexpr std::size_t wide = 12;
     constexpr std::size_t narrow = 8;
-    const double size1 = static_cast<double>(n1);
-    const double size2 = static_cast<double>(n2);
+    const double size1 = static_cast<double>(detail::wideCount(n1));
+    const double size2 = static_cast<double>(detail::wideCount(n2));
 
     detail::ReportText table(detail::NumberFormat::fixed(3));
     const auto title = [this](std::size_t i) { return detail::columnTitle(columnNames, i); };
-    table.line(detail::flushRight(title(0), wide), " ", detail::flushRight(title(1), wide), " ", detail::flushRight(title(2), narrow),
-               " ", detail::flushRight(title(3), narrow), " ", detail::flushRight(title(4), narrow));
+    table.line(detail::flushRight(title(0), wide), " ", detail::flushRight(title(1), wide), " ", detail::flushRight(title(2), narrow), " ",
+               detail::flushRight(title(3), narrow), " ", detail::flushRight(title(4), narrow));
     table.rule();
     for (const auto& [c1, c2] : cumulativeFrequencies) {
         const double relative1 = c1 / size1;

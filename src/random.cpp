@@ -1,10 +1,32 @@
 #include <wq_stat/random.h>
 
-#include <cmath>
-#include <cstdint>
+#include "detail/twister.h"
+
 #include <utility>
 
 namespace wq_lib {
+
+namespace {
+
+/**
+ * A uniform integer in 0 ... n: the high half of a draw times the number of results, where the low half does not fall among those that
+ * would favour some of them. Lemire (2019), "Fast random integer generation in an interval". The distribution of libstdc++ draws so, from GCC 11
+ * on; those of other standard libraries draw other numbers from the same engine.
+ */
+unsigned int uniformUpTo(unsigned int n, std::mt19937& engine)
+{
+    const auto draw = [&engine] { return static_cast<std::uint32_t>(engine()); };
+    const std::uint32_t results = std::uint32_t{n} + 1;
+    if (results == 0) return draw();  // all 2^32
+    std::uint64_t product = std::uint64_t{draw()} * results;
+    if (static_cast<std::uint32_t>(product) < results) {
+        const std::uint32_t unfair = (0 - results) % results;
+        while (static_cast<std::uint32_t>(product) < unfair) product = std::uint64_t{draw()} * results;
+    }
+    return static_cast<unsigned int>(product >> 32);
+}
+
+}  // namespace
 
 // ---------------------------------------------------------------- RandomGenerator
 
@@ -14,7 +36,7 @@ unsigned int RandomGenerator::getInteger(unsigned int low, unsigned int high) { 
 
 unsigned int RandomGenerator::getInteger(std::vector<double> weights)
 {
-    if (weights.size() == 1) return 0;
+    if (weights.size() == 1) return 0;  // without a draw
     const double r = getReal();
     double sum = 0.0;
     unsigned int i = 0;
@@ -23,18 +45,19 @@ unsigned int RandomGenerator::getInteger(std::vector<double> weights)
         sum += weight;
         ++i;
     }
-    return i;
+    return i;  // one past the last index for a draw beyond the sum of the weights
 }
 
 void RandomGenerator::warmUp(std::size_t n)
 {
-    for (std::size_t i = 1; i < n; ++i) getInteger();
+    for (std::size_t i = 1; i < n; ++i) getInteger();  // n - 1 draws
 }
 
 void RandomGenerator::setGeneratorName(std::string name) { generatorName = std::move(name); }
 
 // ---------------------------------------------------------------- RandomCpp11
 
+// MT19937 (Matsumoto and Nishimura 1998), as the standard library has it.
 RandomCpp11::RandomCpp11() : engine(5489)  // the engine's own default; initialize() seeds anew
 {
     setGeneratorName("Mersenne Twister");
@@ -52,13 +75,13 @@ void RandomCpp11::initialize()
 unsigned int RandomCpp11::getInteger()
 {
     ++draws;
-    return static_cast<unsigned int>(engine());  // what a uniform distribution over all 32-bit integers gives
+    return detail::twisterDraws.integer(engine);
 }
 
 unsigned int RandomCpp11::getInteger(unsigned int n)
 {
     ++draws;
-    return std::uniform_int_distribution<unsigned int>(0, n)(engine);
+    return uniformUpTo(n, engine);
 }
 
 unsigned int RandomCpp11::getInteger(unsigned int low, unsigned int high) { return RandomGenerator::getInteger(low, high); }
@@ -67,12 +90,8 @@ unsigned int RandomCpp11::getInteger(std::vector<double> weights) { return Rando
 
 double RandomCpp11::getReal()
 {
-    // As std::generate_canonical<double, 53> with this engine: two draws, the first one less significant.
     ++draws;
-    const double low = static_cast<double>(static_cast<std::uint32_t>(engine()));
-    const double high = static_cast<double>(static_cast<std::uint32_t>(engine()));
-    const double real = (low + high * 0x1p32) * 0x1p-64;
-    return real < 1.0 ? real : std::nextafter(1.0, 0.0);  // the sum may have been rounded up
+    return detail::twisterDraws.real(engine);
 }
 
 RandomCpp11 Random;

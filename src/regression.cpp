@@ -1,14 +1,17 @@
 #include <wq_stat/regression.h>
 
-#include "confidence_limits.h"
-#include "paired_passes.h"
-#include "report_text.h"
-#include "stored_range.h"
+#include "detail/confidence_limits.h"
+#include "detail/paired_passes.h"
+#include "detail/report_text.h"
+#include "detail/stored_range.h"
+#include "detail/wide_count.h"
+#include "detail/wide_quantiles.h"
 
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>
 
 #include <cmath>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -21,6 +24,7 @@ Regression::~Regression() = default;
 
 void Regression::resetRegression()
 {
+    // The means are no part of what a reset takes back.
     const double meanX = regressionResult.meanX;
     const double meanY = regressionResult.meanY;
     regressionResult = regression_stat();
@@ -36,18 +40,15 @@ void Regression::resetResult()
 
 bool Regression::analyseDataPair() { return true; }
 
-DataRange<double> Regression::getConfidenceLimits(double value, double t, double se) const
-{
-    return detail::limitsAround(value, t, se);
-}
+DataRange<double> Regression::getConfidenceLimits(double value, double t, double se) const { return detail::limitsAround(value, t, se); }
 
 bool Regression::analyse()
 {
     if (!analyseDataPair()) return false;
     const basic_stat& x = xyResult.x;
     const basic_stat& y = xyResult.y;
-    const std::size_t df = x.n - 2;
-    const double t = t_PercentPoint(significance, df);
+    const std::uint64_t df = detail::wideCount(x.n - 2);
+    const double t = detail::studentPoint(significance, df);
 
     regression_stat& fit = regressionResult;
     fit.n = x.n;
@@ -58,7 +59,7 @@ bool Regression::analyse()
     fit.residualVariance = fit.unexplained / static_cast<double>(df);
     fit.seB = std::sqrt(fit.residualVariance / x.sumOfSquares);
     fit.tB = fit.b / fit.seB;
-    fit.pB = t_Prob(fit.tB, df, false);
+    fit.pB = t_Prob(fit.tB, x.n - 2, false);
     fit.limitsB = getConfidenceLimits(fit.b, t, fit.seB);
     fit.meanX = x.mean;
     fit.meanY = y.mean;
@@ -70,7 +71,7 @@ bool Regression::analyse()
 std::string Regression::writeRegressionResult()
 {
     const regression_stat& fit = regressionResult;
-    const std::size_t df = fit.n - 2;
+    const std::uint64_t df = detail::wideCount(fit.n - 2);
 
     detail::ReportText block(detail::NumberFormat::plain());
     block.line("n                        : ", fit.n);
@@ -80,7 +81,8 @@ std::string Regression::writeRegressionResult()
     block.line("unexplained              : ", fit.unexplained);
     block.line("standard error of b      : ", fit.seB);
     block.line("t value for b            : ", fit.tB);
-    block.line("t.", significance, "[", df, "]  :", t_PercentPoint(significance, df));
+    block.line("t.", significance, "[", df,
+               "]  :", detail::studentPoint(significance, df));  // the one label without a blank before its value
     block.line("lower limit b            : ", fit.limitsB.getLower());
     block.line("upper limit b            : ", fit.limitsB.getUpper());
     block.line("mean X,Y                 : ", fit.meanX, ", ", fit.meanY);
@@ -105,16 +107,18 @@ bool fillTransformed(BasicXyStatistics& sample, const std::vector<data_pair>& st
     return true;
 }
 
+/** For models whose line was fitted to ln y: its constant is ln a. */
+bool withConstantOfY(bool fitted, regression_stat& fit)
+{
+    if (fitted) fit.a = std::exp(fit.a);
+    return fitted;
+}
+
 /** The report of a transformed model, an empty line between formula and results. */
 template <typename... Formula>
 std::string transformedReport(std::string_view title, std::string_view comment, std::string_view results, const Formula&... formula)
 {
-    return detail::ReportText(detail::NumberFormat::plain())
-        .frame(title, comment)
-        .line(formula...)
-        .emptyLine()
-        .write(results)
-        .text();
+    return detail::ReportText(detail::NumberFormat::plain()).frame(title, comment).line(formula...).emptyLine().write(results).text();
 }
 
 }  // namespace
@@ -142,15 +146,12 @@ void LinearRegression::reportConsole()
 LogarithmicRegression::LogarithmicRegression() = default;
 LogarithmicRegression::~LogarithmicRegression() = default;
 
-bool LogarithmicRegression::analyseDataPair()
-{
-    return fillTransformed<detail::LogarithmOfX>(*this, pairs, xyResult);
-}
+bool LogarithmicRegression::analyseDataPair() { return fillTransformed<detail::LogarithmOfX>(*this, pairs, xyResult); }
 
 void LogarithmicRegression::reportConsole()
 {
-    display(transformedReport("LOGARITHMIC REGRESSION ANALYSIS", comment, writeRegressionResult(),
-                              "y = ", regressionResult.a, " + ", regressionResult.b, "ln(x)"));
+    display(transformedReport("LOGARITHMIC REGRESSION ANALYSIS", comment, writeRegressionResult(), "y = ", regressionResult.a, " + ",
+                              regressionResult.b, "ln(x)"));
 }
 
 // ---------------------------------------------------------------- ExponentialRegression
@@ -158,22 +159,14 @@ void LogarithmicRegression::reportConsole()
 ExponentialRegression::ExponentialRegression() = default;
 ExponentialRegression::~ExponentialRegression() = default;
 
-bool ExponentialRegression::analyse()
-{
-    if (!Regression::analyse()) return false;
-    regressionResult.a = std::exp(regressionResult.a);
-    return true;
-}
+bool ExponentialRegression::analyse() { return withConstantOfY(Regression::analyse(), regressionResult); }
 
-bool ExponentialRegression::analyseDataPair()
-{
-    return fillTransformed<detail::LogarithmOfY>(*this, pairs, xyResult);
-}
+bool ExponentialRegression::analyseDataPair() { return fillTransformed<detail::LogarithmOfY>(*this, pairs, xyResult); }
 
 void ExponentialRegression::reportConsole()
 {
-    display(transformedReport("EXPONENTIAL REGRESSION ANALYSIS", comment, writeRegressionResult(),
-                              "y = ", regressionResult.a, "e^(", regressionResult.b, "x)"));
+    display(transformedReport("EXPONENTIAL REGRESSION ANALYSIS", comment, writeRegressionResult(), "y = ", regressionResult.a, "e^(",
+                              regressionResult.b, "x)"));
 }
 
 // ---------------------------------------------------------------- PowerRegression
@@ -181,22 +174,14 @@ void ExponentialRegression::reportConsole()
 PowerRegression::PowerRegression() = default;
 PowerRegression::~PowerRegression() = default;
 
-bool PowerRegression::analyse()
-{
-    if (!Regression::analyse()) return false;
-    regressionResult.a = std::exp(regressionResult.a);
-    return true;
-}
+bool PowerRegression::analyse() { return withConstantOfY(Regression::analyse(), regressionResult); }
 
-bool PowerRegression::analyseDataPair()
-{
-    return fillTransformed<detail::LogarithmOfBoth>(*this, pairs, xyResult);
-}
+bool PowerRegression::analyseDataPair() { return fillTransformed<detail::LogarithmOfBoth>(*this, pairs, xyResult); }
 
 void PowerRegression::reportConsole()
 {
-    display(transformedReport("POWER REGRESSION ANALYSIS", comment, writeRegressionResult(),
-                              "y = ", regressionResult.a, "x^", regressionResult.b));
+    display(transformedReport("POWER REGRESSION ANALYSIS", comment, writeRegressionResult(), "y = ", regressionResult.a, "x^",
+                              regressionResult.b));
 }
 
 }  // namespace wq_lib

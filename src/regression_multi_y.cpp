@@ -1,10 +1,11 @@
 #include <wq_stat/regression_multi_y.h>
 
-#include "anova_table.h"
-#include "confidence_limits.h"
-#include "data_lines.h"
-#include "number_reading.h"
-#include "report_text.h"
+#include "detail/anova_table.h"
+#include "detail/confidence_limits.h"
+#include "numbers/data_lines.h"
+#include "numbers/number_reading.h"
+#include "detail/report_text.h"
+#include "detail/wide_count.h"
 
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>
@@ -80,7 +81,7 @@ bool LinearRegressionMultiY::analyse()
     if (!SingleAnova::analyse()) return false;
 
     // A probability, not the percent point, decides whether there is a line to fit.
-    const double threshold = (1.0 / static_cast<double>(among.df)) * F_Prob(1.0 - significance, 1, within.df);
+    const double threshold = (1.0 / static_cast<double>(detail::wideCount(among.df))) * F_Prob(1.0 - significance, 1, within.df);
     setComputeRegression(!(threshold > among.fs));
     if (!computeRegression) return true;
 
@@ -137,8 +138,8 @@ void LinearRegressionMultiY::reportConsole()
         detail::writeFullRow(report, "Deviations         \t", deviations);
     }
     detail::writeWithinAndTotalRows(report, within, total);
-    report.line("F", significance, "[", among.df, ", ", within.df, "] = ", F_PercentPoint(1.0 - significance, among.df, within.df),
-                "\tP[F] = ", F_Prob(among.fs, among.df, within.df));
+    report.line("F", significance, "[", detail::wideCount(among.df), ", ", detail::wideCount(within.df),
+                "] = ", F_PercentPoint(1.0 - significance, among.df, within.df), "\tP[F] = ", F_Prob(among.fs, among.df, within.df));
     report.emptyLine();
     if (computeRegression) {
         report.line("regression               : y = ", fit.a, fit.b >= 0.0 ? " + " : "", fit.b, "x");

@@ -1,10 +1,12 @@
 #include <wq_stat/single_anova.h>
 
-#include "anova_table.h"
-#include "group_index.h"
-#include "r_export.h"
-#include "read_ahead.h"
-#include "report_text.h"
+#include "detail/anova_table.h"
+#include "detail/group_index.h"
+#include "detail/prefetch.h"
+#include "detail/r_export.h"
+#include "detail/report_text.h"
+#include "detail/reserve_more.h"
+#include "detail/wide_count.h"
 
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>
@@ -17,6 +19,53 @@
 #include <vector>
 
 namespace wq_lib {
+
+namespace {
+
+/** Where the pairs belong: known before any group grows, so that each grows once. */
+struct Grouping {
+    std::vector<std::uint32_t> positions;  // of each pair's group
+    std::vector<std::size_t> counts;       // of the pairs of each group, the new ones behind those there are
+    std::vector<double> newIds;
+};
+
+Grouping groupsOf(const std::vector<data_pair>& pairs, const std::vector<anova_group>& groups)
+{
+    detail::GroupIndex index;
+    for (std::size_t i = 0; i < groups.size(); ++i)
+        if (!std::isnan(groups[i].id)) index.findOrEnter(groups[i].id, i);
+
+    Grouping grouping;
+    grouping.counts.resize(groups.size());
+    grouping.positions.reserve(pairs.size());
+    const data_pair* const end = pairs.data() + pairs.size();
+    for (const data_pair& pair : pairs) {
+        detail::prefetch(&pair, end);
+        std::size_t position = std::isnan(pair.x) ? index.none : index.findOrEnter(pair.x, grouping.counts.size());
+        if (position == index.none) {
+            position = grouping.counts.size();
+            if (position > UINT32_MAX) throw std::bad_alloc();  // so many groups fit no memory
+            grouping.counts.push_back(0);
+            grouping.newIds.push_back(pair.x);
+        }
+        ++grouping.counts[position];
+        grouping.positions.push_back(static_cast<std::uint32_t>(position));
+    }
+    return grouping;
+}
+
+/** The new groups, with room for their observations. @param first the position of the first one. */
+std::vector<anova_group> emptyGroups(const Grouping& grouping, std::size_t first)
+{
+    std::vector<anova_group> groups(grouping.newIds.size());
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        groups[i].id = grouping.newIds[i];
+        groups[i].observations.reserve(grouping.counts[first + i]);
+    }
+    return groups;
+}
+
+}  // namespace
 
 SingleAnova::SingleAnova() = default;
 SingleAnova::~SingleAnova() = default;
@@ -42,39 +91,13 @@ SingleAnova::group_iterator SingleAnova::createGroup(double id)
 bool SingleAnova::createSeries()
 {
     if (pairs.empty()) return false;
-    detail::GroupIndex index;
-    for (std::size_t i = 0; i < groups.size(); ++i)
-        if (!std::isnan(groups[i].id)) index.findOrEnter(groups[i].id, i);
-
-    // Positions and counts first, so that the list of groups, and then every group, grows once.
-    std::vector<std::uint32_t> positions;
-    std::vector<std::size_t> counts(groups.size());
-    std::vector<double> newIds;
-    positions.reserve(pairs.size());
-    const data_pair* const end = pairs.data() + pairs.size();
-    for (const data_pair& pair : pairs) {
-        detail::readAhead(&pair, end);
-        std::size_t position = std::isnan(pair.x) ? index.none : index.findOrEnter(pair.x, counts.size());
-        if (position == index.none) {
-            position = counts.size();
-            if (position > UINT32_MAX) throw std::bad_alloc();  // so many groups fit no memory
-            counts.push_back(0);
-            newIds.push_back(pair.x);
-        }
-        ++counts[position];
-        positions.push_back(static_cast<std::uint32_t>(position));
-    }
+    const Grouping grouping = groupsOf(pairs, groups);
 
     // All memory before the first change, so that everything is gathered or nothing.
-    std::vector<double*> ends;
-    ends.reserve(counts.size());
-    for (std::size_t i = 0; i < groups.size(); ++i) groups[i].observations.reserve(groups[i].observations.size() + counts[i]);
-    std::vector<anova_group> newGroups(newIds.size());
-    for (std::size_t i = 0; i < newIds.size(); ++i) {
-        newGroups[i].id = newIds[i];
-        newGroups[i].observations.reserve(counts[groups.size() + i]);
-    }
-    groups.reserve(counts.size());
+    std::vector<anova_group> newGroups = emptyGroups(grouping, groups.size());
+    std::vector<double*> ends(grouping.counts.size());
+    for (std::size_t i = 0; i < groups.size(); ++i) detail::reserveMore(groups[i].observations, grouping.counts[i]);
+    detail::reserveMore(groups, newGroups.size());
 
     for (anova_group& group : newGroups) {
         groups.push_back(std::move(group));
@@ -82,19 +105,21 @@ bool SingleAnova::createSeries()
     }
     for (std::size_t i = 0; i < groups.size(); ++i) {
         std::vector<double>& observations = groups[i].observations;
-        observations.resize(observations.size() + counts[i]);
-        ends.push_back(observations.data() + (observations.size() - counts[i]));
+        const std::size_t before = observations.size();
+        observations.resize(before + grouping.counts[i]);
+        ends[i] = observations.data() + before;
     }
+    const data_pair* const end = pairs.data() + pairs.size();
     for (std::size_t i = 0; i < pairs.size(); ++i) {
-        detail::readAhead(pairs.data() + i, end);
-        *ends[positions[i]]++ = pairs[i].y;
+        detail::prefetch(pairs.data() + i, end);
+        *ends[grouping.positions[i]]++ = pairs[i].y;
     }
     return true;
 }
 
 // ---------------------------------------------------------------- analysis
 
-void SingleAnova::resetResult() { resetAnova(); }
+void SingleAnova::resetResult() { resetAnova(); }  // not the paired record, which no step fills
 
 void SingleAnova::resetAnova()
 {
@@ -154,13 +179,14 @@ bool SingleAnova::analyse()
     total.ss = sumSquaredObservations - correctionTerm;
     among.df = groupCount - 1;
     among.ss = sumSquaredGroupTotals - correctionTerm;
-    among.ms = among.ss / static_cast<double>(among.df);
+    among.ms = among.ss / static_cast<double>(detail::wideCount(among.df));
     within.df = static_cast<std::size_t>(totalObservations) - groupCount;
     within.ss = total.ss - among.ss;
-    within.ms = within.ss / static_cast<double>(within.df);
+    within.ms = within.ss / static_cast<double>(detail::wideCount(within.df));
     among.fs = among.ms / within.ms;
     meanSampleSize = N / a;
-    n0 = (N - sumSquaredSampleSizes / N) * (1.0 / static_cast<double>(groupCount - 1));
+    // Average group size n0 and variance component of the textbook (Sokal and Rohlf, Biometry).
+    n0 = (N - sumSquaredSampleSizes / N) * (1.0 / static_cast<double>(detail::wideCount(groupCount - 1)));
     within.expectedMs = within.ms;
     varianceComponent = (among.ms - within.ms) / n0;
     among.expectedMs = varianceComponent + within.expectedMs;  // without the factor n0 of the textbook's expectation
@@ -183,8 +209,10 @@ void SingleAnova::reportConsole()
     detail::writeTableHead(report);
     detail::writeAmongRow(report, among);
     detail::writeWithinAndTotalRows(report, within, total);
-    report.line("F", significance, "[", among.df, ", ", within.df, "] = ", criticalF,
+    // "P[F] =" has no blank behind it here; the several-y report has one.
+    report.line("F", significance, "[", detail::wideCount(among.df), ", ", detail::wideCount(within.df), "] = ", criticalF,
                 "\tP[F] =", F_Prob(among.fs, among.df, within.df), "\tr_i = ", varianceComponentRatio);
+    // Accepted also where F or its critical value is NaN.
     report.line("H0 [no added variance component among groups] is ", detail::verdict(!(among.fs > criticalF)), ".");
     display(report.text());
 }
@@ -208,11 +236,11 @@ void SingleAnova::testResults()
     report.line("Total observations          : ", totalObservations);
     report.line("Grand total                 : ", grandTotal);
     report.line("Sum of squared observations : ", sumSquaredObservations);
-    report.line("Sum of squared group totals : ", sumSquaredGroupTotals);
+    report.line("Sum of squared group totals : ", sumSquaredGroupTotals);  // each divided by its group's size
     report.line("Correction term             : ", correctionTerm);
     report.line("arithmetic mean sample size : ", meanSampleSize);
     report.line("mean sample size (n0)       : ", n0);
-    report.line("variance component (r)      : ", varianceComponent);
+    report.line("variance component (r)      : ", varianceComponent);  // not r_i of the table, which is the ratio
     report.emptyLine();
     display(report.text());
 }
@@ -221,7 +249,7 @@ void SingleAnova::listData(std::size_t first, std::size_t last)
 {
     detail::ReportText listing(detail::NumberFormat::plain());
     for (std::size_t i = first; i < std::min(last, groups.size()); ++i) {
-        listing.line("Series ", i, ": id =", groups[i].id);
+        listing.line("Series ", i, ": id =", groups[i].id);  // no blank
         for (const double y : groups[i].observations) listing.write(y, " ");
         listing.line(" [", groups[i].observations.size(), "]");
     }
@@ -233,7 +261,7 @@ bool SingleAnova::exportToR(const std::string& fileName, const std::string& file
 {
     return detail::exportForR(fileName, fileComment, [this](CsvReport& file) {
         for (std::size_t i = 0; i < groups.size(); ++i) {
-            file.cell(static_cast<int>(i), true);
+            file.cell(static_cast<int>(i), true);  // a row starts with the group's place in the list, not with its id
             for (const double y : groups[i].observations) file.cell(y, 4, false);
             file.writeEol();
         }

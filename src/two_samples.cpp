@@ -1,6 +1,7 @@
 #include <wq_stat/two_samples.h>
 
-#include "report_text.h"
+#include "detail/report_text.h"
+#include "detail/wide_count.h"
 
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>
@@ -38,13 +39,14 @@ void TwoSamples::reportConsole()
 {
     detail::ReportText report(detail::NumberFormat::plain());
     report.frame("TEST VARIANCES OF TWO SAMPLES", comment);
-    report.line("Ho: ", hypothesisInfo);
+    report.line("Ho: ", hypothesisInfo);  // "H0" below: both spellings are the report's
     report.line("sample size 1  : ", result.n);
     report.line("sample var 1   : ", result.sampleVariance);
     report.line("sample size 2  : ", secondSample.n);
     report.line("sample var 2   : ", secondSample.sampleVariance);
-    report.line("F              : ", F, " (p = ", FProbability, ")");
-    report.line("Critical value : F ", significance, "[", df1, ",", df2, "] = ", criticalF);
+    report.line("F              : ", F, " (p = ", FProbability, ")");  // the lower tail: near 1 for a large F
+    // The level as it is set; the value belongs to half of it.
+    report.line("Critical value : F ", significance, "[", detail::wideCount(df1), ",", detail::wideCount(df2), "] = ", criticalF);
     report.line("H0             : ", detail::verdict(acceptH0()));
     message(report.text());
 }

@@ -1,4 +1,7 @@
 #include <wq_stat/version.h>
 
-const char wq_stat_1VersionString[] = "@(#)PROGRAM:wq_stat.1  PROJECT:wq_lib-1.1\n";
-const double wq_stat_1VersionNumber = 1.1;
+#define WQ_TEXT_OF(number) #number
+#define WQ_TEXT(number) WQ_TEXT_OF(number)
+
+const char wq_stat_1VersionString[] = "@(#)PROGRAM:wq_stat." WQ_TEXT(WQ_VERSION_MAJOR) "  PROJECT:wq_lib-" WQ_TEXT(WQ_VERSION) "\n";
+const double wq_stat_1VersionNumber = WQ_VERSION;

@@ -32,6 +32,7 @@ using Values = std::vector<double>;
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr std::size_t largestCount = std::numeric_limits<std::size_t>::max();
+constexpr bool wideCounts = sizeof(std::size_t) == 8;  // what lies beyond 2^32 is another matter where a count has 32 bits
 constexpr double resetMinimum = 1.7976931348623157e308;
 constexpr double resetMaximum = 2.2250738585072014e-308;
 
@@ -312,6 +313,7 @@ TEST(BasicStatistics, standardErrorAndDeviation)
         std::size_t n;
         double error, deviation;
     } rows[] = {
+        // clang-format off
         {__LINE__, 36, 9, 2, 6},
         {__LINE__, 2.25, 1, 1.5, 1.5},
         {__LINE__, 4, 0, infinity, 2},
@@ -320,6 +322,7 @@ TEST(BasicStatistics, standardErrorAndDeviation)
         {__LINE__, -1, 5, NaN, NaN},
         {__LINE__, NaN, 5, NaN, NaN},
         {__LINE__, infinity, 5, infinity, infinity},
+        // clang-format on
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.line);
@@ -335,6 +338,7 @@ TEST(BasicStatistics, coefficientOfVariationIsARatio)
         int line;
         double stdev, mean, cv;
     } rows[] = {
+        // clang-format off
         {__LINE__, 1, 4, 0.25},
         {__LINE__, 1, -4, -0.25},
         {__LINE__, 1, 0, infinity},
@@ -343,6 +347,7 @@ TEST(BasicStatistics, coefficientOfVariationIsARatio)
         {__LINE__, -1, 4, 0},
         {__LINE__, NaN, 4, 0},
         {__LINE__, 1, NaN, NaN},
+        // clang-format on
     };
     for (const auto& row : rows)
         for (const std::size_t n : {std::size_t{0}, std::size_t{5}, largestCount})  // n is not used
@@ -447,7 +452,10 @@ TEST(BasicStatistics, quantilesOfZeroToNine)
         {__LINE__, 4.6e18, largestCount / 2, NaN},
     };
     BasicStatistics sample = analysed({9, 8, 7, 6, 5, 4, 3, 2, 1, 0});
-    for (const auto& row : rows) EXPECT_SAME_BITS(sample.quantile(row.p, row.q), row.value) << "row of line " << row.line;
+    for (const auto& row : rows) {
+        if (row.q > 2147483647 && !wideCounts) continue;
+        EXPECT_SAME_BITS(sample.quantile(row.p, row.q), row.value) << "row of line " << row.line;
+    }
     EXPECT_SAME_BITS(sample.median(), 4.5);
     EXPECT_SAME_BITS(sample.quartile(1), 2.0);
     EXPECT_SAME_BITS(sample.quartile(3), 7.0);
@@ -583,6 +591,7 @@ TEST(BasicStatistics, trimmedRange)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.line);
+        if (row.head == 0x1.fffffffffffffp62 && !wideCounts) continue;
         BasicStatistics sample;
         sample.setSampleSize(row.size);
         sample.setHead(row.head);
@@ -669,6 +678,7 @@ TEST(BasicStatistics, moments)  // 50 digits: tests/reference/basic_stat_50_digi
         Values values;
         double mean, squares, variance, sampleVariance, stdev, sampleStdev, error, cv, geometric, harmonic, lower, upper;
     } rows[] = {
+        // clang-format off
         {"one to four", {1, 2, 3, 4},
          2.5, 5.0, 1.25, 1.66666666666666667, 1.11803398874989485, 1.29099444873580563, 0.645497224367902814, 0.516397779494322251,
          2.21336383940064318, 1.92, 0.421477570708116644, 4.57852242929188336},
@@ -697,6 +707,7 @@ TEST(BasicStatistics, moments)  // 50 digits: tests/reference/basic_stat_50_digi
          5.4479310344827586, 1.36687586206896591, 0.0471336504161712381, 0.0488169950738916395, 0.217102856766490381,
          0.220945683537587218, 0.0410285834232721391, 0.0405558884903476761, 5.44354494667861303, 5.43909600400363766,
          5.36386296572606668, 5.53199910323945051},
+        // clang-format on
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.sample);
@@ -820,10 +831,12 @@ TEST(BasicStatistics, sameFiguresAsANaiveComputation)
         Values values;
         for (std::size_t i = 0; i < n; ++i) {
             switch (round % 4) {
+            // clang-format off
             case 0: values.push_back(real(engine)); break;
             case 1: values.push_back(std::floor(real(engine))); break;  // many ties and zeros
             case 2: values.push_back(std::exp(real(engine))); break;
             default: values.push_back(real(engine) * std::pow(10.0, static_cast<int>(engine() % 40) - 20)); break;
+                // clang-format on
             }
         }
         BasicStatistics sample = loaded(values);
@@ -868,12 +881,14 @@ TEST(BasicStatistics, theSizeThatTheHostSetsNeverLeadsOutside)
         bool result;
         std::size_t n;
     } rows[] = {
+        // clang-format off
         {__LINE__, 5, true, 5},
         {__LINE__, 1000, true, 5},
         {__LINE__, largestCount, true, 5},
         {__LINE__, 3, true, 3},
         {__LINE__, 2, false, 0},
         {__LINE__, 1, false, 0},
+        // clang-format on
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.line);
@@ -932,6 +947,7 @@ TEST(BasicStatistics, theTestHalvesTheLevelAndTheIntervalDoesNot)
         double mu;
         bool inside, accepted;
     } rows[] = {
+        // clang-format off
         {__LINE__, 5.0625, true, true},
         {__LINE__, 6.9, true, true},
         {__LINE__, 7.1, false, true},
@@ -941,6 +957,7 @@ TEST(BasicStatistics, theTestHalvesTheLevelAndTheIntervalDoesNot)
         {__LINE__, 0, false, false},
         {__LINE__, NaN, false, false},
         {__LINE__, infinity, false, false},
+        // clang-format on
     };
     BasicStatistics sample = analysed(ordinary);
     const DataRange<double> limits = sample.getResult().confidenceLimits;

@@ -233,11 +233,13 @@ TEST(BasicXyStatistics, moments)  // 50 digits: tests/reference/paired_50_digits
          28.2777777777777778, wq_test::ordinaryPairs},
         {"falling", 31.5, 5.25, 175.875, 29.3125, 35.175, 81.5, 13.5833333333333333, 589.208333333333333, 98.2013888888888889,
          117.841666666666667, -241.875, -48.375, wq_test::fallingPairs},
+        // clang-format off
         {"wide", 70010003.25001, 14002000.650002, 3919719988986726.91, 783943997797345.382, 979929997246681.727, 70010000.40001,
          14002000.080002, 3919720068798120.03, 783944013759624.006, 979930017199530.007, -980280071100680.0, -245070017775170.0,
          {{1e-5, 7e7}, {0.25, 1e4}, {3, 0.1}, {1e4, 0.3}, {7e7, 1e-5}}},
         {"large offset", 3000006.0, 1000002.0, 2.0, 0.666666666666666667, 1.0, 9000018.0, 3000006.0, 26.0, 8.66666666666666667, 13.0, 2.0,
          1.0, {{1000001, 3000003}, {1000003, 3000005}, {1000002, 3000010}}},
+        // clang-format on
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -246,11 +248,13 @@ TEST(BasicXyStatistics, moments)  // 50 digits: tests/reference/paired_50_digits
         const xy_stat& r = sample.getXyResult();
         EXPECT_EQ(r.x.n, row.pairs.size());
         EXPECT_EQ(r.y.n, 0u) << "the pairs are counted in x alone";
+        // clang-format off
         const double figures[][2] = {
             {r.x.sum, row.sumX}, {r.x.mean, row.meanX}, {r.x.sumOfSquares, row.squaresX}, {r.x.variance, row.varianceX},
             {r.x.sampleVariance, row.sampleVarianceX}, {r.y.sum, row.sumY}, {r.y.mean, row.meanY}, {r.y.sumOfSquares, row.squaresY},
             {r.y.variance, row.varianceY}, {r.y.sampleVariance, row.sampleVarianceY}, {r.sumProducts, row.products},
             {r.covariance, row.covariance}};
+        // clang-format on
         for (const auto& [actual, expected] : figures) EXPECT_NEAR(actual, expected, 1e-14 * std::fabs(expected));
     }
 }
@@ -616,7 +620,9 @@ TEST(BasicXyStatistics, readDataFile)
         {"a comment goes before it", "<< # a\n3;4\n", {{3, 4}}, "<<  a"},
         {"254 characters are a whole line", std::string(251, '0') + "1;2\n3;4\n", {{1, 2}, {3, 4}}},
         {"a longer line is cut there and is the last", std::string(251, '0') + "1;23\n3;4\n", {{1, 2}}},
+        // clang-format off
         {"a zero byte ends the text of a line", std::string("1;2\0" "3\n4;5\n", 10), {{1, 2}, {4, 5}}},
+        // clang-format on
         {"infinity and NaN", "-inf;nan\n", {{-infinity, NaN}}},
     };
     const TempFolder folder;

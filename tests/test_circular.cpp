@@ -94,6 +94,7 @@ TEST(Circular, statistics)  // values: the textbook formulas in 50 digits, tests
         double a, r, s, sPrime, R, z, p;
         std::size_t meanBin;
     } rows[] = {
+        // clang-format off
         {"three directions in degrees", {{10, 0}, {95, 0}, {200, 0}}, DEGREES, 0, 0.0, 3,
          1.62153729196905086, 0.276296517303393277, 1.20308227706720601, 1.60392060395603226,
          0.82888955191017983, 0.229019296421952901, 0.822359336996099802, 0},
@@ -112,6 +113,7 @@ TEST(Circular, statistics)  // values: the textbook formulas in 50 digits, tests
         {"fractions weigh in full and count truncated: r above 1, s and s' NaN", {{1, 2.75}, {2, 3.5}, {3, 1.25}}, BIN_NUMBERS, 8, 0.0, 6,
          1.01203817099250929, 1.09743915576226073, NaN, NaN,
          6.58463493457356439, 7.22623620360110144, -0.000236010080363766473, 1},
+        // clang-format on
     };
     const auto expectNear = [](double actual, double expected, double relative) {
         if (std::isnan(expected))

@@ -350,6 +350,7 @@ TEST(Correlation, significance_t1)  // 50 digits: tests/reference/paired_50_digi
         std::size_t n;
         double t, p;
     } rows[] = {
+        // clang-format off
         {0.5, 0.25, 10, 0.787373330907080303, 0.453756564198364313},
         {0.5, 0.25, 11, 0.8399051603301899, -0.424402255057856594},
         {-0.875, 0.5, 50, -13.0702832236727092, 1.99999999999999998},  // the last one of the formula for small samples
@@ -359,14 +360,15 @@ TEST(Correlation, significance_t1)  // 50 digits: tests/reference/paired_50_digi
         {0.5, 0.5, 20, 0.0, 1.0},
         {0.125, -0.25, 100, 3.75310449883168424, 0.000296102097951604192},
         {0.0, 0.0625, 1000, -1.97603231989399471, 1.95157381370568399},
+        // clang-format on
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.n);
         Correlation correlation;
         EXPECT_NEAR(correlation.significance_t1(row.r, row.rho, row.n), row.p, 1e-12);
         EXPECT_NEAR(correlation.getCorrelationResult().t, row.t, 1e-13 * std::fabs(row.t));
-        EXPECT_SAME_BITS(correlation.getCorrelationResult().t, row.n <= 50 ? correlation.t_small_n(row.r, row.rho, row.n)
-                                                                           : correlation.t_big_n(row.r, row.rho, row.n));
+        EXPECT_SAME_BITS(correlation.getCorrelationResult().t,
+                         row.n <= 50 ? correlation.t_small_n(row.r, row.rho, row.n) : correlation.t_big_n(row.r, row.rho, row.n));
         EXPECT_NEAR(row.n <= 50 ? correlation.t_small_n(row.r, row.rho, row.n) : correlation.t_big_n(row.r, row.rho, row.n), row.t,
                     1e-13 * std::fabs(row.t));
     }

@@ -55,6 +55,7 @@ struct OneSample : BasicStatistics {
         r.comment = comment;
         return r;
     }
+    std::size_t capacity() const { return data.capacity(); }
 };
 
 struct Pairs : BasicXyStatistics {
@@ -65,6 +66,7 @@ struct Pairs : BasicXyStatistics {
         r.comment = comment;
         return r;
     }
+    std::size_t capacity() const { return pairs.capacity(); }
 };
 
 struct Series : LinearRegressionMultiY {
@@ -75,6 +77,7 @@ struct Series : LinearRegressionMultiY {
         r.comment = comment;
         return r;
     }
+    std::size_t capacity() const { return pairs.capacity(); }
 };
 
 Reading readOneSample(const std::string& path)
@@ -157,7 +160,7 @@ TEST(DataFileOfOneSample, lines)
         {"signs", "+4\n-4\n+.5\n-0\n", {4, -4, 0.5, -0.0}, "", Ends::normally},
         {"exponents", "1e3\n1E-2\n2e\n3e+\n4ex\n", {1000, 0.01, 2, 3, 4}, "", Ends::normally},
         {"points", ".5\n5.\n1.2.3\n", {0.5, 5, 1.2}, "", Ends::normally},
-        {"hexadecimal", "0x10\n0x1.8p1\n0XA\n0x\n0xg\n", {16, 3, 10, 0, 0}, "", Ends::normally},
+        {"hexadecimal", "0x10\n0x1.8p1\n0XA\n0x\n0xg\n0xinf\n0xnan\n0x-5\n", {16, 3, 10, 0, 0, 0, 0, 0}, "", Ends::normally},
         {"infinite", "inf\n-INFINITY\ninfinite\n+Inf\n", {infinity, -infinity, infinity, infinity}, "", Ends::normally},
         {"NaN", "nan\n-NaN\nnan(x)\nnano\n", {NaN, NaN, NaN, NaN}, "", Ends::normally},
         {"last line without a line end", "1\n2", {1, 2}, "", Ends::normally},
@@ -340,8 +343,10 @@ TEST(DataFileOfSeries, lines)
         {"mixed delimiters, leading and trailing", ";1|10:2;\n", {{1, 10}, {1, 10}}, Ends::normally},
         {"fields behind the count", "1:10:1:x\n", {{1, 10}}, Ends::normally},
         {"delimiters only", ":;|\n1:10:1\n;;\n", {{1, 10}}, Ends::normally},
-        {"the count is an integer", "1:10:1.9\n2:20:0x2\n3:30: +2\n4:40:1e3\n",
-         {{1, 10}, {3, 30}, {3, 30}, {4, 40}}, Ends::normally},  // 0x2 is 0: base 10
+        {"the count is an integer",
+         "1:10:1.9\n2:20:0x2\n3:30: +2\n4:40:1e3\n",
+         {{1, 10}, {3, 30}, {3, 30}, {4, 40}},
+         Ends::normally},  // 0x2 is 0: base 10
         {"a leading zero is decimal", "1:10:010\n", std::vector<Pair>(10, {1, 10}), Ends::normally},
         {"blanks around", " 1 : 10 : 2 \n", {{1, 10}, {1, 10}}, Ends::normally},
         {"comments anywhere", "1:10:1 # one\n2:20:1\n", {{2, 20}}, Ends::normally},
@@ -462,7 +467,8 @@ TEST(DataFiles, theNameCanBeSetBefore)
 
 // A file that each reader understands differently: one sample holds 1.5 and 3, a paired sample (1.5, 2) and (3, 4).
 template <typename Analysis>
-class EachAnalysis : public ::testing::Test {};
+class EachAnalysis : public ::testing::Test {
+};
 
 TYPED_TEST_SUITE(EachAnalysis, wq_test::Analyses, wq_test::NameOfAnalysis);
 
@@ -506,6 +512,7 @@ TYPED_TEST(EachAnalysis, readsItsOwnFormat)
 namespace {
 
 // Fields of which none is a count that would make millions of pairs.
+// clang-format off
 const std::vector<std::string> fields = {
     "1", "2", "-3", "0", "-0", "17", "2.5", "-0.125", ".5", "7.", "1e2", "1.5E-3", "-1e-5", "+4", " 6", "\t8", "9 ", "3 kg", "3,5",
     "1e308", "123.456789012345678901234567890", "0.1", "0.30000000000000004", "9007199254740993e-13", "1.7976931348623157e308",
@@ -515,6 +522,7 @@ const std::vector<std::string> badFields = {
     "x", "-", ".", "", " ", "e5", "1e400", "-1e999", "1e-310", "5e-324", "5e-324x", "0x1p-1074", "0x1p-1030", "0x1p2000", "99999999999",
     "--1", "+-2", "<<", "nul", "in", "i", "\r", "\f1", "\v2", "2.2250738585072011e-308", "1.7976931348623159e308", "2147483648",
     "-2147483649", "18446744073709551616"};
+// clang-format on
 
 class FileMaker {
 public:
@@ -537,6 +545,7 @@ public:
     {
         std::string text;
         switch (below(40)) {
+        // clang-format off
         case 0: return "";
         case 1: text = "# " + field(badPerMille); break;
         case 2: text = field(badPerMille) + "#" + field(badPerMille) + "#"; break;
@@ -546,6 +555,7 @@ public:
         case 6: return std::string(250 + below(8), "0 1#:"[below(5)]);
         case 7: return field(badPerMille) + '\0' + field(badPerMille);
         case 8: return badPerMille > 0 ? std::string(below(3), ' ') : "";
+        // clang-format on
         default:
             text = field(badPerMille);
             for (std::size_t more = below(4); more > 0; --more) {
@@ -577,8 +587,8 @@ TEST(DataFiles, randomFilesAreReadAsPlainly)
         for (const Reader& reader : readers) {
             const Reading expected = reader.plain(path);
             const Reading reading = reader.library(path);
-            ASSERT_TRUE(same(reading, expected)) << reader.name << ", file " << shown(content) << "\nlibrary: " << reading
-                                                 << "\nplainly: " << expected;
+            ASSERT_TRUE(same(reading, expected))
+                << reader.name << ", file " << shown(content) << "\nlibrary: " << reading << "\nplainly: " << expected;
             ++ended[static_cast<int>(expected.ends)];
         }
         std::filesystem::remove(path);
@@ -599,11 +609,13 @@ TEST(DataFiles, randomNumbersAreReadAsPlainly)
         std::memcpy(&x, &bits, sizeof x);
         const int digits = static_cast<int>(engine() % 25);
         switch (round % 6) {
+        // clang-format off
         case 0: std::snprintf(text, sizeof text, "%.*g", digits, x); break;
         case 1: std::snprintf(text, sizeof text, "%.17g", x); break;
         case 2: std::snprintf(text, sizeof text, "%.*f", digits / 2, std::ldexp(x > 0 ? 1.0 : -1.0, static_cast<int>(bits % 60))); break;
         case 3: std::snprintf(text, sizeof text, "%a", x); break;
         case 4: std::snprintf(text, sizeof text, "%.*f", digits / 3, static_cast<double>(static_cast<std::int32_t>(bits)) / 1000); break;
+        // clang-format on
         default:
             std::snprintf(text, sizeof text, "%llu.%llue%d", static_cast<unsigned long long>(engine()),
                           static_cast<unsigned long long>(engine()), static_cast<int>(engine() % 80) - 40);
@@ -633,20 +645,21 @@ TEST(DataFiles, longHexadecimalNumbers)
         const char* text;
         double value;
     } rows[] = {
-        {__LINE__, "0x1.00000000000008p0", 1.0},                                     // half of the last digit: to even
-        {__LINE__, "0x1.000000000000080000000001p0", 0x1.0000000000001p0},           // anything behind it: up
-        {__LINE__, "0x1.00000000000018p0", 0x1.0000000000002p0},                     // to even again, which is up here
+        {__LINE__, "0x1.00000000000008p0", 1.0},                            // half of the last digit: to even
+        {__LINE__, "0x1.000000000000080000000001p0", 0x1.0000000000001p0},  // anything behind it: up
+        {__LINE__, "0x1.00000000000018p0", 0x1.0000000000002p0},            // to even again, which is up here
         {__LINE__, "0x1.00000000000007ffffffffffp0", 1.0},
-        {__LINE__, "0x100000000000008000000000", 0x1p92},                            // more digits than 64 bits hold
+        {__LINE__, "0x100000000000008000000000", 0x1p92},  // more digits than 64 bits hold
         {__LINE__, "0x100000000000008000000001", 0x1.0000000000001p92},
         {__LINE__, "0xfffffffffffffc000000", 0x1p80},
         {__LINE__, "0xfffffffffffffbffffff", 0x1.fffffffffffffp79},
         {__LINE__, "0x0000000000000000000000000000000000001", 1.0},
-        {__LINE__, "0x.00000000000000000000000000000000000018P+148", 1.5},   // 24 in the 38th place: 24 * 2^(148 - 4 * 38)
+        {__LINE__, "0x.00000000000000000000000000000000000018P+148", 1.5},  // 24 in the 38th place: 24 * 2^(148 - 4 * 38)
         {__LINE__, "-0X1.FFFFFFFFFFFFFp+1023", -std::numeric_limits<double>::max()},
         {__LINE__, "0x1.fffffffffffff7ffffffp1023", std::numeric_limits<double>::max()},
         {__LINE__, "0x1p-1022", std::numeric_limits<double>::min()},
         {__LINE__, "0x1p-1023", 0x1p-1023},                                          // exact, so in range though not normal
+        {__LINE__, "0x1.8p-1073", 0x1.8p-1073},                                      // 3 times the smallest of all
         {__LINE__, "0x1.fffffffffffffcp-1023", std::numeric_limits<double>::min()},  // normal at full precision
         {__LINE__, "0x0p99999999999", 0.0},
     };
@@ -659,8 +672,8 @@ TEST(DataFiles, longHexadecimalNumbers)
         EXPECT_SAME_BITS(reading.data.front().first, row.value) << "row of line " << row.line;
         EXPECT_TRUE(same(reading, plainOneSample(path))) << "row of line " << row.line;
     }
-    for (const char* const text : {"0x1.fffffffffffff8p1023", "0x1p1024", "-0x1p99999999999", "0x1.8p-1074", "0x1p-1075", "0x1p-99999999999",
-                                   "0x1.fffffffffffff7p-1023", "0x1.00000000000000000000000001p-1023"})
+    for (const char* const text : {"0x1.fffffffffffff8p1023", "0x1p1024", "-0x1p99999999999", "0x1.8p-1074", "0x1p-1075",
+                                   "0x1p-99999999999", "0x1.fffffffffffff7p-1023", "0x1.00000000000000000000000001p-1023"})
         EXPECT_EQ(readOneSample(folder.write(text, text)).ends, Ends::outOfRange) << text;
 }
 
@@ -718,6 +731,53 @@ TEST(DataFiles, largeFilesAreReadAsPlainly)
             EXPECT_TRUE(same(reader.library(path), expected)) << reader.name;
         }
     }
+}
+
+/** Reads a file into an object again and again. @return how often its list moved to a larger place. */
+template <typename Read, typename Capacity>
+int movesWhileReading(int files, Read read, Capacity capacity)
+{
+    int moves = 0;
+    for (int i = 0; i < files; ++i) {
+        const std::size_t before = capacity();
+        EXPECT_TRUE(read());
+        if (capacity() != before) ++moves;
+    }
+    return moves;
+}
+
+TEST(DataFiles, manyFilesIntoOneObjectMoveItsDataFewTimes)  // each time to twice the room, or reading would be quadratic
+{
+    const TempFolder folder;
+    constexpr int files = 100;
+    constexpr std::size_t lines = 20000;
+    std::string content;
+    for (std::size_t i = 0; i < lines; ++i) content += std::to_string(i) + ".5;7;1\n";  // more than is read at once
+    const std::string path = folder.write("data.txt", content);
+
+    OneSample one;
+    // clang-format off
+    EXPECT_LE(movesWhileReading(files, [&] { return one.readDataFile(path); }, [&] { return one.capacity(); }), 9);
+    EXPECT_EQ(one.getSampleSize(), files * lines);
+    Pairs pairs;
+    EXPECT_LE(movesWhileReading(files, [&] { return pairs.readDataFile(path); }, [&] { return pairs.capacity(); }), 9);
+    EXPECT_EQ(pairs.getSampleSize(), files * lines);
+    Series series;
+    EXPECT_LE(movesWhileReading(files, [&] { return series.readSeriesFile(path); }, [&] { return series.capacity(); }), 9);
+    // clang-format on
+    EXPECT_EQ(series.getSampleSize(), lines) << "it begins anew with each file";
+}
+
+TEST(DataFiles, aFileWithSlightlyShorterLinesFurtherOnMovesItsDataNoMore)
+{
+    const TempFolder folder;
+    std::string content;
+    constexpr std::size_t lines = 200000;
+    for (std::size_t i = 0; i < lines; ++i) content += i > 7000 && i % 10 == 0 ? "1000.0000\n" : "1000.00000\n";
+    OneSample sample;
+    ASSERT_TRUE(sample.readDataFile(folder.write("data.txt", content)));
+    EXPECT_EQ(sample.getSampleSize(), lines);
+    EXPECT_LT(sample.capacity(), lines + lines / 16);  // it would be doubled
 }
 
 TEST(DataFiles, shippedFiles)

@@ -1,7 +1,8 @@
 // The distributions against: their formulas in 50 digits, plain loops, published and hand-computed figures, textbook values.
 #include <wq_stat/distributions.h>
 
-#include "../src/root_bracket.h"
+#include "../src/detail/root_bracket.h"
+#include "../src/detail/wide_count.h"
 #include "support/bits.h"
 #include "support/console.h"
 #include "support/files.h"
@@ -436,7 +437,8 @@ TEST(Distributions, studentEdges)
     EXPECT_SAME_BITS(t_Prob(1.0, largest - 1, true), notANumber) << "1 - 3 degrees of freedom";
     EXPECT_SAME_BITS(t_Prob(1.0, largest, false), notANumber);
     EXPECT_SAME_BITS(t_Prob(1.0, (std::size_t{1} << 53) + 1, true), notANumber);
-    EXPECT_NEAR(t_Prob(94906265.624, std::size_t{1} << 53, true), 0.0, 1e-12) << "the last with a result; t = sqrt(df) keeps the series short";
+    EXPECT_NEAR(t_Prob(94906265.624, std::size_t{1} << 53, true), 0.0, 1e-12)
+        << "the last with a result; t = sqrt(df) keeps the series short";
 
     EXPECT_SAME_BITS(t_PercentPoint(0.05, 0), 0.0);
     EXPECT_SAME_BITS(t_PercentPoint(notANumber, 0), 0.0);
@@ -508,6 +510,24 @@ TEST(Distributions, correlationTransformEdges)
     EXPECT_SAME_BITS(z_to_r(709.0), 1.0);
     EXPECT_SAME_BITS(z_to_r(710.0), notANumber);
     EXPECT_SAME_BITS(z_to_r(-710.0), notANumber);
+}
+
+TEST(Distributions, aCountThatWrappedIn32BitsIsOneThatWrapsIn64)
+{
+    const struct {
+        std::uint32_t count;
+        std::uint64_t wide;
+    } rows[] = {
+        {0, 0},
+        {1, 1},
+        {2147483647, 2147483647},             // the largest that is taken for a count
+        {2147483648, 18446744071562067968u},  // 2^64 - 2^31
+        {4294967294, 18446744073709551614u},  // no pair, less two
+        {4294967295, 18446744073709551615u},  // no value, less one
+    };
+    for (const auto& row : rows) EXPECT_EQ(wq_lib::detail::wideCount(row.count), row.wide) << row.count;
+    for (const std::uint64_t count : {std::uint64_t{0}, std::uint64_t{4294967295}, std::uint64_t{1} << 63, ~std::uint64_t{0}})
+        EXPECT_EQ(wq_lib::detail::wideCount(count), count);
 }
 
 TEST(Distributions, kolmogorovCriticalValuesNeedLargeSamples)

@@ -1,5 +1,5 @@
-// Every distribution function ends, whatever it is given: all combinations of the arguments below, each call timed, and each
-// result of the right kind.
+// Every distribution function ends, whatever it is given: all combinations of the arguments below, and each result of the right kind. A call
+// without an end, or one that takes minutes, meets the time limit of the runner.
 //
 // Left out of the full walk, with rows of their own: the integrators, whose cost lies in the integrand; factorial and binomial,
 // which take a step per count (factorial ends at 171); inverseBetaRatio with shapes above 2^53.
@@ -12,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <ctime>
 #include <limits>
 #include <optional>
 #include <sstream>
@@ -28,19 +27,6 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr std::size_t largest = std::numeric_limits<std::size_t>::max();
-
-// The time a call may take, in seconds of the processor. A sanitizer makes it several times slower.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr double longest = 10.0;
-#elif defined(__has_feature)
-#  if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-constexpr double longest = 10.0;
-#  else
-constexpr double longest = 1.0;
-#  endif
-#else
-constexpr double longest = 1.0;
-#endif
 
 const std::vector<std::size_t> counts = {0, 1, 2, 3, 5, 10, 27, 100, 10000, std::size_t{1} << 60, largest - 1, largest};
 
@@ -71,39 +57,32 @@ std::string textOf(const char* function, const Args&... args)
     return text.str() + ")";
 }
 
-// Makes every call, one argument after the other; stops at the first that takes too long.
+// Makes every call, one argument after the other.
 template <typename... Rest>
 struct Walk;
 
 template <>
 struct Walk<> {
     template <typename Call, typename Check, typename... Bound>
-    static bool through(const char* function, const Call& call, const Check& check, Bound... bound)
+    static void through(const Call& call, const Check& check, Bound... bound)
     {
-        const std::clock_t start = std::clock();
-        const double result = call(bound...);
-        const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-        check(result, bound...);
-        EXPECT_LT(seconds, longest) << textOf(function, bound...);
-        return seconds < longest;
+        check(call(bound...), bound...);
     }
 };
 
 template <typename First, typename... Rest>
 struct Walk<First, Rest...> {
     template <typename Call, typename Check, typename... Bound>
-    static bool through(const char* function, const Call& call, const Check& check, Bound... bound)
+    static void through(const Call& call, const Check& check, Bound... bound)
     {
-        for (const First value : allOf<First>())
-            if (!Walk<Rest...>::through(function, call, check, bound..., value)) return false;
-        return true;
+        for (const First value : allOf<First>()) Walk<Rest...>::through(call, check, bound..., value);
     }
 };
 
 template <typename... Args, typename Check>
-void walk(const char* function, double (*call)(Args...), const Check& check)
+void walk(double (*call)(Args...), const Check& check)
 {
-    std::string ignored = wq_test::printed([&] { Walk<Args...>::through(function, call, check); });
+    std::string ignored = wq_test::printed([&] { Walk<Args...>::through(call, check); });
 }
 
 char kindOf(double x)
@@ -124,7 +103,7 @@ void walkAgainstTable(const char* function, double (*call)(Args...))
 
     std::size_t next = 0;
     int differing = 0;
-    walk(function, call, [&](double result, auto... args) {
+    walk(call, [&](double result, auto... args) {
         const char kind = next < expected.size() ? expected[next] : '?';
         ++next;
         if (kindOf(result) != kind && ++differing <= 10)
@@ -167,7 +146,7 @@ WQ_WALK(computeCircleArea)
 
 TEST(DistributionsLimits, betaRatio)
 {
-    walk("betaRatio", &wq_lib::betaRatio, [](double result, double x, double p, double q, double beta) {
+    walk(&wq_lib::betaRatio, [](double result, double x, double p, double q, double beta) {
         std::optional<double> expected;
         if (x == 0.0 || x == 1.0)
             expected = x;
@@ -191,7 +170,7 @@ double inverseBetaRatioOfModestShapes(double alpha, double p, double q, double b
 
 TEST(DistributionsLimits, inverseBetaRatio)
 {
-    walk("inverseBetaRatio", &inverseBetaRatioOfModestShapes, [](double result, double alpha, double p, double q, double beta) {
+    walk(&inverseBetaRatioOfModestShapes, [](double result, double alpha, double p, double q, double beta) {
         if ((std::isfinite(p) && p > 0x1p53) || (std::isfinite(q) && q > 0x1p53)) return;
         std::optional<double> expected;
         if (alpha == 0.0 || alpha == 1.0)
@@ -208,7 +187,7 @@ TEST(DistributionsLimits, inverseBetaRatio)
 
 TEST(DistributionsLimits, F_PercentPoint)
 {
-    walk("F_PercentPoint", &wq_lib::F_PercentPoint, [](double result, double p, std::size_t df1, std::size_t df2) {
+    walk(&wq_lib::F_PercentPoint, [](double result, double p, std::size_t df1, std::size_t df2) {
         const bool countless = df1 > (std::size_t{1} << 54) || df2 > (std::size_t{1} << 54);
         std::optional<double> expected;
         if (p == 0.0 || df1 == 0 || df2 == 0 || 1.0 - p == 1.0)
@@ -249,11 +228,9 @@ TEST(DistributionsLimits, quadratureIntegralOfSomeFunctions)
                                                                        {"nothing", nothing},         {"normalDensity", normalDensity}};
     for (const auto& [name, integrand] : integrands)
         walk(
-            name, +[](double, double) { return 0.0; },
+            +[](double, double) { return 0.0; },
             [&, f = integrand, named = name](double, double a, double b) {
-                const std::clock_t start = std::clock();
                 const double result = quadratureIntegral(f, a, b);
-                EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, longest) << textOf(named, a, b);
                 if (std::isnan(a) || std::isnan(b) || f == nothing) {
                     EXPECT_SAME_BITS(result, notANumber) << textOf(named, a, b);
                 }
@@ -264,12 +241,10 @@ TEST(DistributionsLimits, quadratureIntegralOfSomeFunctions)
 TEST(DistributionsLimits, simpsonIntegralWithoutFiniteResult)
 {
     walk(
-        "simpsonIntegral", +[](double, double) { return 0.0; },
+        +[](double, double) { return 0.0; },
         [](double, double a, double b) {
             if (std::isfinite(a) && std::isfinite(b)) return;
-            const std::clock_t start = std::clock();
             const double result = simpsonIntegral(constant, a, b);
-            EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, longest) << textOf("simpsonIntegral", a, b);
             EXPECT_FALSE(std::isfinite(result)) << textOf("simpsonIntegral", a, b);
         });
     EXPECT_SAME_BITS(simpsonIntegral(nothing, 0.0, 1.0), notANumber);
@@ -282,9 +257,7 @@ TEST(DistributionsLimits, binomialOfModestCounts)
         for (const std::size_t n : counts)
             for (const double p : reals) {
                 if (k > 10000 || n > 10000) continue;
-                const std::clock_t start = std::clock();
                 const double result = binomial(k, n, p);
-                EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, longest) << textOf("binomial", k, n, p);
                 if (std::isnan(p) && (n > 0 || k > 0)) {
                     EXPECT_SAME_BITS(result, notANumber) << textOf("binomial", k, n, p);
                 }
@@ -308,9 +281,7 @@ struct BinomialRow {
 void checkBinomial(const std::vector<BinomialRow>& rows)
 {
     for (const BinomialRow& row : rows) {
-        const std::clock_t start = std::clock();
         const double result = binomial(row.k, row.n, row.p);
-        EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, longest) << "row of line " << row.line;
         EXPECT_TRUE(result == row.expected || wq_test::sameBits(result, row.expected))  // a 0 may have either sign
             << "row of line " << row.line << " is " << result;
     }

@@ -485,8 +485,7 @@ TEST(Frequency, exportReplacesAFileAndReportsFailure)
 {
     Frequency table = tabulated(zeroToTen, 2);
     const wq_test::TempFolder folder;
-    const std::string path =
-        folder.write("table.txt", "an older, longer file\n" + std::string(1000, 'x'));
+    const std::string path = folder.write("table.txt", "an older, longer file\n" + std::string(1000, 'x'));
     EXPECT_TRUE(table.exportTable(path, "twice"));
     const std::string once = wq_test::contentOf(path);
     EXPECT_THAT(once, ::testing::StartsWith("# twice\nclass\tstart\tend\tmid\tobserved\trate\n0\t"));

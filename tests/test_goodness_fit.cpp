@@ -96,6 +96,7 @@ TEST(GoodnessOfFit, statistics)  // values: the textbook formulas in 50 digits, 
     } rows[] = {
         {"two classes: q = 1 + 1/(2N)", twoClasses, false, true, 2.0, 2.01355135506888734, 1.99361520303850232},
         {"Yates: |o - e| - 0.5 in X2, not in G", twoClasses, true, true, 1.62, 2.01355135506888734, 1.99361520303850232},
+        // clang-format off
         {"Yates: |o - e| below a half is squared all the same", {{10.25, 10}, {9.75, 10}}, true, true,
          0.0125, 0.0125013024089632004, 0.0121807561933487594},
         {"Yates asked for three classes: no correction", threeClasses, true, true, 10.0, 10.4649628752909567, 10.3499632832547924},
@@ -104,6 +105,7 @@ TEST(GoodnessOfFit, statistics)  // values: the textbook formulas in 50 digits, 
          1.83333333333333333, 1.88884002982726289, 1.88884002982726289},
         {"fractions are truncated class by class for N (1 + 2 + 0)", {{1.9, 2}, {2.9, 2}, {0.9, 1.7}}, false, true,
          0.786470588235293994, 0.815374328539715164, 0.667124450623403316},
+        // clang-format on
         {"Mendel's peas", peas, false, true, 0.470023980815347722, 0.475445238998263146, 0.474733707661839526},
     };
     for (const auto& row : rows) {
@@ -225,8 +227,10 @@ TEST(GoodnessOfFit, trimmedRange)  // X2 of the classes in the range; k is the n
         {"tail is rounded down: 0.2 of 4 is none", {{10, 20}, {20, 10}, {30, 20}, {40, 50}}, 0.0, 0.2, false, 22.0, 1.0 + 5.0 / 600.0},
         {"last of four left out, N = 60", {{10, 20}, {20, 10}, {30, 20}, {40, 50}}, 0.0, 0.25, false, 20.0, 1.0 + 5.0 / 360.0},
         {"Yates goes by the stored classes: applied to one of two", {{30, 25}, {20, 10}}, 0.5, 0.0, true, 9.025, 1.0 + 1.0 / 40.0},
+        // clang-format off
         {"Yates goes by the stored classes: not applied to two of three", {{1, 1}, {20, 10}, {10, 20}}, 0.3, 0.0, true, 15.0,
          1.0 + 4.0 / 180.0},
+        // clang-format on
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.shows);

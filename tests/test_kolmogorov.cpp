@@ -381,6 +381,5 @@ TEST(Kolmogorov, listingAndExportNameTheFrequencyColumns)
     EXPECT_EQ(printed([&] { test.listData(0, 1); }), "F1 F2\n3 1\n2 2\n\n");
     const wq_test::TempFolder folder;
     EXPECT_TRUE(test.exportToR(folder.path("classes.txt"), "two samples"));
-    EXPECT_EQ(wq_test::contentOf(folder.path("classes.txt")),
-              "# two samples\nF1\tF2\n3.000000\t1.000000\n2.000000\t2.000000\n");
+    EXPECT_EQ(wq_test::contentOf(folder.path("classes.txt")), "# two samples\nF1\tF2\n3.000000\t1.000000\n2.000000\t2.000000\n");
 }

@@ -16,8 +16,8 @@
 #include "support/console.h"
 
 #if defined(__unix__) || defined(__APPLE__)
-#include <dlfcn.h>
-#define WQ_HAS_DLSYM 1
+#  include <dlfcn.h>
+#  define WQ_HAS_DLSYM 1
 #endif
 
 using namespace wq_lib;
@@ -41,13 +41,13 @@ int slotOf(Operation operation)
     } words;
     static_assert(sizeof words == sizeof operation);
     std::memcpy(&words, &operation, sizeof words);
-#if defined(__arm__) || defined(__aarch64__)
+#  if defined(__arm__) || defined(__aarch64__)
     if ((words.adjustment & 1) == 0) return notVirtual;
     return static_cast<int>(words.pointer / static_cast<std::ptrdiff_t>(sizeof(void*)));
-#else
+#  else
     if ((words.pointer & 1) == 0) return notVirtual;
     return static_cast<int>((words.pointer - 1) / static_cast<std::ptrdiff_t>(sizeof(void*)));
-#endif
+#  endif
 }
 
 template <typename Result, typename... Arguments>
@@ -127,7 +127,7 @@ TEST(Slots, whatIsNotVirtual)
     EXPECT_EQ(slotOf(static_cast<Draw<unsigned, std::initializer_list<double>>>(&RandomGenerator::getInteger)), notVirtual);
 }
 
-#if defined(WQ_HAS_DLSYM) && defined(__GLIBCXX__)
+#  if defined(WQ_HAS_DLSYM) && defined(__GLIBCXX__)
 
 namespace {
 
@@ -148,10 +148,12 @@ std::string mangled(const std::string& className, const std::string& operation)
 }
 
 const std::string text = "RKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE";
+// clang-format off
 const std::string operations[] = {"D1Ev",        "D0Ev",      "12initDataListEm",    "11resetResultEv",
                                   "12readDataFileEv", "12readDataFileE" + text, "9exportToRE" + text + "S8_", "13geometricMeanEmm",
                                   "7analyseEv",  "8acceptH0Ev", "13reportConsoleEv", "11getDataPairEm",
                                   "8listDataEmm", "15analyseDataPairEv"};
+// clang-format on
 
 // Compares each slot of an object's table with the operation of the class that is to stand there.
 template <typename Analysis>
@@ -210,8 +212,9 @@ TEST(Slots, theGeneratorOverridesAll)
 {
     const RandomCpp11 generator;
     void* const* const table = tableOf(generator);
-    const char* const names[] = {"D1Ev", "D0Ev", "10initializeEv", "10getIntegerEv", "10getIntegerEj", "10getIntegerEjj",
-                                 "10getIntegerESt6vectorIdSaIdEE", "7getRealEv"};
+    const char* const names[] = {
+        "D1Ev",      "D0Ev", "10initializeEv", "10getIntegerEv", "10getIntegerEj", "10getIntegerEjj", "10getIntegerESt6vectorIdSaIdEE",
+        "7getRealEv"};
     for (std::size_t slot = 0; slot < 8; ++slot) {
         ASSERT_NE(symbol(mangled("RandomCpp11", names[slot])), nullptr) << names[slot];
         EXPECT_EQ(table[slot], symbol(mangled("RandomCpp11", names[slot]))) << names[slot];
@@ -219,9 +222,9 @@ TEST(Slots, theGeneratorOverridesAll)
     EXPECT_EQ(symbol("_ZN6wq_lib6RandomE"), &Random);
 }
 
-#else
+#  else
 TEST(Slots, eachClassOverridesItsOwn) { GTEST_SKIP() << "symbols cannot be looked up by name here"; }
-#endif
+#  endif
 
 #else
 TEST(Slots, inOrder) { GTEST_SKIP() << "slots are known on the Itanium C++ ABI only"; }

@@ -60,9 +60,9 @@ void expectReset(const basic_stat& r)
     EXPECT_EQ(r.n, 0u);
     EXPECT_SAME_BITS(r.min, largest);
     EXPECT_SAME_BITS(r.max, smallest);
-    for (const double value : {r.mean, r.geoMean, r.harmMean, r.median, r.quartile1, r.quartile3, r.reserved2, r.sum, r.variance,
-                               r.sampleVariance, r.stdev, r.sampleStdev, r.stdError, r.cv, r.sumOfSquares,
-                               r.confidenceLimits.getLower(), r.confidenceLimits.getUpper()})
+    for (const double value :
+         {r.mean, r.geoMean, r.harmMean, r.median, r.quartile1, r.quartile3, r.reserved2, r.sum, r.variance, r.sampleVariance, r.stdev,
+          r.sampleStdev, r.stdError, r.cv, r.sumOfSquares, r.confidenceLimits.getLower(), r.confidenceLimits.getUpper()})
         EXPECT_SAME_BITS(value, 0.0);
 }
 
@@ -263,8 +263,10 @@ TEST(LifeCycle, acceptH0OfEmptyAndTinySamples)
         object.analyse();
         EXPECT_EQ(object.acceptH0(), row.empty);
         T one;
-        if constexpr (isPaired<T>) one.add(1, 0);
-        else one.add(1);
+        if constexpr (isPaired<T>)
+            one.add(1, 0);
+        else
+            one.add(1);
         one.analyse();
         EXPECT_EQ(one.acceptH0(), row.one);
     });
@@ -352,10 +354,9 @@ TEST(LifeCycle, nothingOutsideTheSampleIsRead)
         for (const double mean : {object.geometricMean(0, last), object.geometricMean(2, 1000), object.geometricMean(last, last)})
             EXPECT_TRUE(std::isnan(mean) || std::fabs(mean - 7.0) < 1e-14) << mean;
         if constexpr (!isPaired<T>) {
-            for (const double value : {object.median(), object.quartile(1), object.quartile(3), object.quantile(5, 4),
-                                       object.quantile(-1, 4),
-                                       object.quantile(NaN, 4), object.quantile(1e300, 4), object.quantile(1, 0),
-                                       object.quantile(1, last)})
+            for (const double value :
+                 {object.median(), object.quartile(1), object.quartile(3), object.quantile(5, 4), object.quantile(-1, 4),
+                  object.quantile(NaN, 4), object.quantile(1e300, 4), object.quantile(1, 0), object.quantile(1, last)})
                 EXPECT_TRUE(std::isnan(value) || value == 7.0) << value;
         }
         if (ranged) {
@@ -383,8 +384,10 @@ TEST(LifeCycle, nothingOutsideTheSampleIsRead)
             const auto sample = [&] {
                 T object;
                 for (std::size_t i = 0; i < n; ++i) {
-                    if constexpr (isPaired<T>) object.add(3, 7);
-                    else object.add(7);
+                    if constexpr (isPaired<T>)
+                        object.add(3, 7);
+                    else
+                        object.add(7);
                 }
                 return object;
             };
@@ -466,8 +469,10 @@ TEST(LifeCycle, numbersOfAllKindsAreAnalysed)
                 SCOPED_TRACE(std::string(c.name) + ": " + std::to_string(first) + ", " + std::to_string(second));
                 T object;
                 for (int i = 0; i < 3; ++i) {
-                    if constexpr (isPaired<T>) object.add(first, second);
-                    else object.add(i == 1 ? second : first);
+                    if constexpr (isPaired<T>)
+                        object.add(first, second);
+                    else
+                        object.add(i == 1 ? second : first);
                 }
                 prepare(object);
                 object.analyse();

@@ -68,8 +68,10 @@ private:
 
 double number(std::size_t n) { return static_cast<double>(n); }
 
+// clang-format off
 #define FIELD(T, name, expression) {name, [](T& t, std::size_t) -> double { return expression; }}
 #define FIELD_AT(T, name, expression) {name, [](T& t, std::size_t i) -> double { return expression; }}
+// clang-format on
 
 const Fields<BasicStatistics> basicFields = {
     FIELD(BasicStatistics, "n", number(t.getResult().n)),
@@ -404,10 +406,12 @@ std::vector<std::string> cellsOf(const std::string& line)
     bool quoted = false;
     for (std::size_t i = 0; i < line.size(); ++i) {
         const char c = line[i];
+        // clang-format off
         if (quoted && c == '"' && i + 1 < line.size() && line[i + 1] == '"') cells.back() += line[++i];
         else if (c == '"') quoted = !quoted;
         else if (c == ',' && !quoted) cells.emplace_back();
         else if (c != '\r') cells.back() += c;
+        // clang-format on
     }
     return cells;
 }

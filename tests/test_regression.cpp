@@ -196,7 +196,10 @@ TEST(Regression, confidenceLimits)
     const struct {
         double value, t, se, lower, upper;
     } rows[] = {
-        {3.0, 2.0, 0.25, 2.5, 3.5}, {-3.0, 0.0, 0.25, -3.0, -3.0}, {0.0, 2.0, -1.0, 2.0, -2.0}, {1.0, 0.0, infinity, NaN, NaN},
+        {3.0, 2.0, 0.25, 2.5, 3.5},
+        {-3.0, 0.0, 0.25, -3.0, -3.0},
+        {0.0, 2.0, -1.0, 2.0, -2.0},
+        {1.0, 0.0, infinity, NaN, NaN},
     };
     for (const auto& row : rows) {
         const DataRange<double> limits = Regression().getConfidenceLimits(row.value, row.t, row.se);
@@ -253,9 +256,8 @@ TEST(Regression, figures)  // 50 digits: tests/reference/paired_50_digits.py
         {"power", "ordinary", 1.93562805010834332, 1.10621105920556495, 5.91772433429333039, 0.244399117746109851, 0.0305498897182637314,
          0.0794813900915511952, 13.9178625075803028, 1.51044125730755153, 2.33129867063247101, 0.0552719546589983837,
          6.87612653573837488e-7},
-        {"power", "falling", 20.3327965395905076, -0.667517618379585901, 3.74640251727869595, 0.0110943881750122605,
-         0.00277359704375306512, 0.0181625656662684453, -36.7523856841052479, 1.03972077083991796, 2.31820324273360419,
-         0.0215003761352875914, 1.99999672758291169},
+        {"power", "falling", 20.3327965395905076, -0.667517618379585901, 3.74640251727869595, 0.0110943881750122605, 0.00277359704375306512,
+         0.0181625656662684453, -36.7523856841052479, 1.03972077083991796, 2.31820324273360419, 0.0215003761352875914, 1.99999672758291169},
         {"power", "wide", 228.121327551770735, -0.962567978629703808, 462.274912048648001, 58.1263321510156445, 19.3754440503385482,
          0.19706390298056459, -4.88454741873572346, 3.09474772691356131, 2.45097256193992117, 1.96852452615346137, 3.42691531996192951},
     };
@@ -270,9 +272,11 @@ TEST(Regression, figures)  // 50 digits: tests/reference/paired_50_digits.py
             const Pairs& pairs = name == "ordinary" ? ordinaryPairs : name == "falling" ? fallingPairs : wide;
             const auto regression = analysed<typename decltype(model)::type>(pairs);
             const regression_stat& r = regression.getRegressionResult();
+            // clang-format off
             const double figures[][2] = {{r.a, row.a}, {r.b, row.b}, {r.explained, row.explained}, {r.unexplained, row.unexplained},
                                          {r.residualVariance, row.residualVariance}, {r.seB, row.seB}, {r.tB, row.tB},
                                          {r.meanX, row.meanX}, {r.meanY, row.meanY}, {r.seY, row.seY}};
+            // clang-format on
             for (const auto& [actual, expected] : figures) EXPECT_NEAR(actual, expected, 1e-12 * std::fabs(expected));
             EXPECT_NEAR(r.pB, row.pB, 1e-12);  // one minus something
             EXPECT_EQ(r.n, pairs.size());
@@ -601,12 +605,14 @@ TEST(Regression, noPairOrOneKeptReturnsAtOnce)  // the degrees of freedom wrap t
         Pairs pairs;
         std::size_t n;
     } rows[] = {
+        // clang-format off
         {"no pair", {}, 0},
         {"none kept", {{-1, -2}, {-2, -4}, {-4, -3}}, 0},
         {"none kept, zeros", {{0, 0}, {0, 0}}, 0},
         {"one pair", {{2, 3}}, 1},
         {"one kept", {{-1, -2}, {2, 3}, {-4, -3}}, 1},
         {"one kept, zeros", {{0, 0}, {2, 3}}, 1},
+        // clang-format on
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.shows);
@@ -805,7 +811,8 @@ TEST(Regression, formulaLines)
         const char* model;
         const char* ordinary;
         const char* falling;
-    } rows[] = {  // the linear block follows directly, the others after an empty line
+    } rows[] = {
+        // the linear block follows directly, the others after an empty line
         {"linear", "\ny = -3.46667 + 3.08485x\nn     ", "\ny = 20.8035 + -1.37527x\nn     "},
         {"logarithmic", "\ny = -3.65451 + 11.3573ln(x)\n\nn     ", "\ny = 21.8762 + -7.97604ln(x)\n\nn     "},
         {"exponential", "\ny = 2.31528e^(0.271231x)\n\nn     ", "\ny = 20.5655e^(-0.134364x)\n\nn     "},

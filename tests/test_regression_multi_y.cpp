@@ -95,9 +95,9 @@ std::string thrownBy(const std::function<void()>& call)
 void expectRecordOfZeros(const LinearRegressionMultiY& regression)
 {
     const regression_multi_y_stat& r = regression.getRegressionResult();
-    for (const double value : {r.sumX, r.sumX2, r.sumXT, r.correctionX, r.ssX, r.spXY, r.a, r.b, r.explained, r.unexplained, r.reserved1,
-                               r.seB, r.tB, r.pT, r.limitsB.getLower(), r.limitsB.getUpper(), r.reserved6.getLower(),
-                               r.reserved6.getUpper()})
+    for (const double value :
+         {r.sumX, r.sumX2, r.sumXT, r.correctionX, r.ssX, r.spXY, r.a, r.b, r.explained, r.unexplained, r.reserved1, r.seB, r.tB, r.pT,
+          r.limitsB.getLower(), r.limitsB.getUpper(), r.reserved6.getLower(), r.reserved6.getUpper()})
         EXPECT_SAME_BITS(value, 0.0);
     EXPECT_EQ(r.reserved7, 0u);
     for (const anova_source* row : {&regression.getRegression(), &regression.getDeviations()}) {
@@ -303,15 +303,15 @@ TEST(LinearRegressionMultiY, fallingLine)  // y = 4 - x / 2 with deviations 1/8,
     EXPECT_TRUE(regression.isComputeRegression());
     const regression_multi_y_stat& r = regression.getRegressionResult();
     EXPECT_SAME_BITS(r.sumX, 24.0);
-    EXPECT_SAME_BITS(r.sumX2, 112.0);          // 2 (0 + 4 + 16 + 36)
-    EXPECT_SAME_BITS(r.sumXT, 40.0);           // 2 * 5.75 + 4 * 3.75 + 6 * 2.25
-    EXPECT_SAME_BITS(r.correctionX, 72.0);     // 24^2 / 8
+    EXPECT_SAME_BITS(r.sumX2, 112.0);       // 2 (0 + 4 + 16 + 36)
+    EXPECT_SAME_BITS(r.sumXT, 40.0);        // 2 * 5.75 + 4 * 3.75 + 6 * 2.25
+    EXPECT_SAME_BITS(r.correctionX, 72.0);  // 24^2 / 8
     EXPECT_SAME_BITS(r.ssX, 40.0);
-    EXPECT_SAME_BITS(r.spXY, -20.0);           // 40 - 24 * 20 / 8
+    EXPECT_SAME_BITS(r.spXY, -20.0);  // 40 - 24 * 20 / 8
     EXPECT_SAME_BITS(r.a, 4.0);
     EXPECT_SAME_BITS(r.b, -0.5);
     EXPECT_SAME_BITS(r.explained, 10.0);
-    EXPECT_SAME_BITS(r.unexplained, 0.125);    // 8 * (1/8)^2
+    EXPECT_SAME_BITS(r.unexplained, 0.125);  // 8 * (1/8)^2
     EXPECT_SAME_BITS(r.seB, std::sqrt(0.0625 / 40.0));
     EXPECT_NEAR(r.tB, -std::sqrt(160.0), 1e-13);
 
@@ -323,7 +323,7 @@ TEST(LinearRegressionMultiY, fallingLine)  // y = 4 - x / 2 with deviations 1/8,
     EXPECT_EQ(regression.getDeviations().df, 2u);
     EXPECT_SAME_BITS(regression.getDeviations().ss, 0.125);
     EXPECT_SAME_BITS(regression.getDeviations().ms, 0.0625);
-    EXPECT_SAME_BITS(regression.getDeviations().fs, 0.5);   // within.ms is 4 * 2 / 16 / 4
+    EXPECT_SAME_BITS(regression.getDeviations().fs, 0.5);  // within.ms is 4 * 2 / 16 / 4
     EXPECT_SAME_BITS(regression.getDeviations().expectedMs, 0.0);
 
     // two-sided t with 2 degrees of freedom, in closed form: 1 - t / sqrt(t^2 + 2); beyond 1 for the negative t
@@ -407,10 +407,7 @@ TEST(LinearRegressionMultiY, tableOfGroupsIsThatOfTheAnova)
 namespace {
 
 // Three groups of two with F = f: (1, 0), (2, h), (3, 0), each -/+ 1, so that F = h^2 / 3.
-Pairs withF(double f)
-{
-    return around({{1, 0}, {2, std::sqrt(3.0 * f)}, {3, 0}}, 1.0);
-}
+Pairs withF(double f) { return around({{1, 0}, {2, std::sqrt(3.0 * f)}, {3, 0}}, 1.0); }
 
 }  // namespace
 

@@ -6,19 +6,18 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <limits>
 #include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "../src/detail/group_index.h"
 #include "support/bits.h"
 #include "support/console.h"
 #include "support/files.h"
@@ -111,13 +110,6 @@ double fromBits(std::uint64_t bits)
     return x;
 }
 
-double seconds(const std::function<void()>& work)
-{
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 }  // namespace
 
 TEST(SingleAnova, newObject)
@@ -135,8 +127,8 @@ TEST(SingleAnova, newObject)
         for (const double value : {row->ss, row->ms, row->fs, row->expectedMs}) EXPECT_SAME_BITS(value, 0.0);
     }
     for (const double value : {anova.getGrandTotal(), anova.getCorrectionTerm(), anova.getSumSquaredObservations(),
-                               anova.getSumSquaredGroupTotals(), anova.getSumSquaredSampleSizes(), anova.getMeanSampleSize(),
-                               anova.getN0(), anova.getVarianceComponent(), anova.getVarianceComponentRatio()})
+                               anova.getSumSquaredGroupTotals(), anova.getSumSquaredSampleSizes(), anova.getMeanSampleSize(), anova.getN0(),
+                               anova.getVarianceComponent(), anova.getVarianceComponentRatio()})
         EXPECT_SAME_BITS(value, 0.0);
 }
 
@@ -161,12 +153,14 @@ TEST(SingleAnova, findGroupId)
         double key, id;
         bool found;
     } rows[] = {
+        // clang-format off
         {"the same number", 1.5, 1.5, true},
         {"the next number", 1.0, std::nextafter(1.0, 2.0), false},
         {"-0 and 0 are one id", -0.0, 0.0, true},
         {"NaN matches nothing", NaN, NaN, false},
         {"infinity", infinity, infinity, true},
         {"the two infinities", infinity, -infinity, false},
+        // clang-format on
     };
     for (const auto& row : rows) {
         anova_group key, group;
@@ -271,6 +265,20 @@ TEST(SingleAnova, createSeriesTwiceAppendsEveryObservationAgain)
     EXPECT_THAT(anova.getGroups()[2].observations, ElementsAre(5, 5));
 }
 
+TEST(SingleAnova, createSeriesAgainAndAgainMovesObservationsFewTimes)
+{
+    SingleAnova anova;
+    anova.add(1.0, 2.0);
+    int moves = 0;
+    for (int i = 0; i < 1000; ++i) {
+        const std::size_t before = i == 0 ? 0 : anova.getGroups()[0].observations.capacity();
+        anova.createSeries();
+        if (anova.getGroups()[0].observations.capacity() != before) ++moves;
+    }
+    EXPECT_EQ(anova.getGroups()[0].observations.size(), 1000u);
+    EXPECT_LE(moves, 11);
+}
+
 TEST(SingleAnova, createSeriesTakesAllPairsWhateverTheDataRange)
 {
     SingleAnova anova;
@@ -338,6 +346,31 @@ public:
 
 using Ids = std::vector<double>;
 
+/** What x was before x ^= x >> shift. */
+std::uint64_t withoutShift(std::uint64_t x, int shift)
+{
+    std::uint64_t before = x;
+    for (int known = shift; known < 64; known += shift) before = x ^ (before >> shift);
+    return before;
+}
+
+/** The bits whose hash (finaliser of SplitMix64) is the given one: each of its steps can be inverted. */
+std::uint64_t bitsOfHash(std::uint64_t hash)
+{
+    std::uint64_t bits = withoutShift(hash, 31) * 0x319642B2D24D8EC3u;  // times 0x94D049BB133111EB it is 1, modulo 2^64
+    bits = withoutShift(bits, 27) * 0x96DE1B173F119089u;                // times 0xBF58476D1CE4E5B9
+    return withoutShift(bits, 30);
+}
+
+/** Number i of ids whose hashes end in the same 24 bits, so that they start at the same slot of a table of up to 2^24. */
+double collidingId(std::uint64_t i)
+{
+    for (std::uint64_t attempt = 0;; ++attempt) {
+        const double id = fromBits(bitsOfHash((16 * i + attempt) << 24 | 0xBAD));
+        if (!std::isnan(id) && id != 0.0) return id;
+    }
+}
+
 // Numbers that hash tables find alike: they differ in the named bits only.
 const std::pair<const char*, double (*)(std::uint64_t)> families[] = {
     {"the integers", [](std::uint64_t i) { return double(i); }},
@@ -350,6 +383,7 @@ const std::pair<const char*, double (*)(std::uint64_t)> families[] = {
     {"the highest bits only", [](std::uint64_t i) { return fromBits((i % 65504) << 47 | 1u); }},  // from 65504 on NaN
     {"odd multiples of a large odd number", [](std::uint64_t i) { return fromBits((2 * i + 1) * 0x9E3779B97F4A7C15u >> 2); }},
     {"tenths", [](std::uint64_t i) { return double(i) / 10.0; }},
+    {"made to collide", collidingId},
 };
 
 }  // namespace
@@ -357,8 +391,10 @@ const std::pair<const char*, double (*)(std::uint64_t)> families[] = {
 TEST(SingleAnova, createSeriesGivesTheGroupsOfTheLinearSearch)
 {
     std::mt19937_64 random(20240605);
+    // clang-format off
     const double special[] = {0.0, -0.0, NaN, -NaN, infinity, -infinity, 5e-324, -5e-324, 1.0, std::nextafter(1.0, 2.0), 1.0000000001,
                               1.7976931348623157e308, -1.7976931348623157e308, fromBits(0x7FF0000000000001u), 0.1, 1e-300};
+    // clang-format on
     for (int sequence = 0; sequence < 400; ++sequence) {
         SCOPED_TRACE("sequence " + std::to_string(sequence));
         // ids of one sequence: few or many, special, alike or any bits at all
@@ -366,9 +402,12 @@ TEST(SingleAnova, createSeriesGivesTheGroupsOfTheLinearSearch)
         const auto& family = families[random() % std::size(families)];
         const auto draw = [&]() -> double {
             switch (random() % 4) {
-            case 0: return special[random() % std::size(special)];
-            case 1: return sequence % 2 == 0 ? fromBits(random()) : double(random() % pool);
-            default: return family.second(random() % pool);
+            case 0:
+                return special[random() % std::size(special)];
+            case 1:
+                return sequence % 2 == 0 ? fromBits(random()) : double(random() % pool);
+            default:
+                return family.second(random() % pool);
             }
         };
 
@@ -410,7 +449,7 @@ TEST(SingleAnova, createSeriesGivesTheGroupsOfTheLinearSearch)
     }
 }
 
-TEST(SingleAnova, createSeriesOfManyGroupsIsFast)  // 10^5 groups would take the linear search 10^10 comparisons
+TEST(SingleAnova, createSeriesOfManyGroups)  // 10^5, for which a linear search, 10^10 comparisons, would not end within the runner's limit
 {
     constexpr std::uint64_t count = 100000;
     for (const auto& family : families) {
@@ -425,7 +464,7 @@ TEST(SingleAnova, createSeriesOfManyGroupsIsFast)  // 10^5 groups would take the
         SingleAnova anova;
         for (std::size_t i = 0; i < n; ++i) anova.add(ids[i], double(i));
         for (std::size_t i = n; i-- > 0;) anova.add(ids[i], -double(i));
-        EXPECT_LT(seconds([&] { anova.createSeries(); }), 15.0);  // unoptimised and counting what it executes it takes 4
+        anova.createSeries();
         ASSERT_EQ(anova.getGroups().size(), n);
         for (std::size_t i = 0; i < n; ++i) {
             const anova_group& group = anova.getGroups()[i];
@@ -435,21 +474,50 @@ TEST(SingleAnova, createSeriesOfManyGroupsIsFast)  // 10^5 groups would take the
     }
 }
 
-TEST(SingleAnova, createSeriesOfManyNaNIsFast)
+/** An id that counts how often it is compared. */
+struct CountedId {
+    double value = 0.0;
+    static inline std::uint64_t comparisons = 0;
+
+    CountedId(double id) : value(id) {}
+    explicit operator double() const { return value; }
+    friend bool operator==(CountedId a, CountedId b) { return ++comparisons, a.value == b.value; }
+    friend bool operator<(CountedId a, CountedId b) { return ++comparisons, a.value < b.value; }
+};
+
+TEST(SingleAnova, groupsAreFoundInNLogNComparisonsWhicheverTheIds)
+{
+    using Index = wq_lib::detail::GroupIndex<CountedId>;
+    for (const auto& family : families) {
+        for (const std::uint64_t count : {1000u, 10000u, 60000u}) {
+            Index index;
+            CountedId::comparisons = 0;
+            for (std::uint64_t i = 1; i <= count; ++i) ASSERT_EQ(index.findOrEnter(family.second(i), i), Index::none) << family.first;
+            for (std::uint64_t i = 1; i <= count; ++i) ASSERT_EQ(index.findOrEnter(family.second(i), 0), i) << family.first;
+            // Per call the probes, and two walks down a red-black tree, which is at most 2 log2(n + 1) deep; in all twice the ids move to larger tables.
+            const double treeDepth = 2.0 * std::log2(static_cast<double>(count) + 1.0) + 2.0;
+            const double probes = static_cast<double>(Index::mostProbes);
+            EXPECT_LE(static_cast<double>(CountedId::comparisons), 2.0 * static_cast<double>(count) * (2.0 * probes + 2.0 * treeDepth))
+                << family.first << ", " << count << " ids";
+        }
+    }
+}
+
+TEST(SingleAnova, createSeriesOfManyNaN)
 {
     SingleAnova anova;
     for (std::uint64_t i = 0; i < 100000; ++i) anova.add(fromBits(0x7FF8000000000000u | i), double(i));
-    EXPECT_LT(seconds([&] { anova.createSeries(); }), 3.0);
+    anova.createSeries();
     ASSERT_EQ(anova.getGroups().size(), 100000u);
     for (std::size_t i = 0; i < 100000; ++i) ASSERT_THAT(anova.getGroups()[i].observations, ElementsAre(double(i)));
 }
 
-TEST(SingleAnova, createSeriesBehindManyCreatedGroupsIsFast)
+TEST(SingleAnova, createSeriesBehindManyCreatedGroups)
 {
     SingleAnova anova;
     for (int i = 0; i < 100000; ++i) anova.createGroup(i / 2);  // every id twice
     for (int i = 49999; i >= 0; --i) anova.add(i, i);
-    EXPECT_LT(seconds([&] { anova.createSeries(); }), 3.0);
+    anova.createSeries();
     ASSERT_EQ(anova.getGroups().size(), 100000u);
     for (std::size_t i = 0; i < 100000; ++i) ASSERT_EQ(anova.getGroups()[i].observations.size(), i % 2 == 0 ? 1u : 0u) << i;
 }
@@ -462,9 +530,9 @@ TEST(SingleAnova, tableOfTwoGroups)  // all figures by hand, none rounded
     EXPECT_EQ(anova.getGroupCount(), 2u);
     EXPECT_EQ(anova.getTotalObservations(), 4);
     EXPECT_SAME_BITS(anova.getGrandTotal(), 64.0);
-    EXPECT_SAME_BITS(anova.getCorrectionTerm(), 1024.0);            // 64^2 / 4
-    EXPECT_SAME_BITS(anova.getSumSquaredObservations(), 1128.0);    // 100 + 144 + 400 + 484
-    EXPECT_SAME_BITS(anova.getSumSquaredGroupTotals(), 1124.0);     // 22^2 / 2 + 42^2 / 2
+    EXPECT_SAME_BITS(anova.getCorrectionTerm(), 1024.0);          // 64^2 / 4
+    EXPECT_SAME_BITS(anova.getSumSquaredObservations(), 1128.0);  // 100 + 144 + 400 + 484
+    EXPECT_SAME_BITS(anova.getSumSquaredGroupTotals(), 1124.0);   // 22^2 / 2 + 42^2 / 2
     EXPECT_SAME_BITS(anova.getSumSquaredSampleSizes(), 8.0);
     EXPECT_EQ(anova.getTotal().df, 3u);
     EXPECT_SAME_BITS(anova.getTotal().ss, 104.0);
@@ -472,14 +540,14 @@ TEST(SingleAnova, tableOfTwoGroups)  // all figures by hand, none rounded
     EXPECT_SAME_BITS(anova.getAmong().ss, 100.0);
     EXPECT_SAME_BITS(anova.getAmong().ms, 100.0);
     EXPECT_SAME_BITS(anova.getAmong().fs, 50.0);
-    EXPECT_SAME_BITS(anova.getAmong().expectedMs, 51.0);            // 49 + 2: n0 is not in it
+    EXPECT_SAME_BITS(anova.getAmong().expectedMs, 51.0);  // 49 + 2: n0 is not in it
     EXPECT_EQ(anova.getWithin().df, 2u);
     EXPECT_SAME_BITS(anova.getWithin().ss, 4.0);
     EXPECT_SAME_BITS(anova.getWithin().ms, 2.0);
     EXPECT_SAME_BITS(anova.getWithin().expectedMs, 2.0);
     EXPECT_SAME_BITS(anova.getMeanSampleSize(), 2.0);
-    EXPECT_SAME_BITS(anova.getN0(), 2.0);                           // (4 - 8/4) / (2 - 1)
-    EXPECT_SAME_BITS(anova.getVarianceComponent(), 49.0);           // (100 - 2) / 2
+    EXPECT_SAME_BITS(anova.getN0(), 2.0);                  // (4 - 8/4) / (2 - 1)
+    EXPECT_SAME_BITS(anova.getVarianceComponent(), 49.0);  // (100 - 2) / 2
     EXPECT_SAME_BITS(anova.getVarianceComponentRatio(), 49.0 / 51.0);
     const anova_group& group = anova.getGroups()[1];
     EXPECT_EQ(group.n, 2);
@@ -501,10 +569,10 @@ TEST(SingleAnova, tableOfUnequalGroups)  // {10, 12}, {20, 22}, {5} by hand
     EXPECT_NEAR(anova.getAmong().ss, 196.8, 1e-12);
     EXPECT_NEAR(anova.getWithin().ss, 4.0, 1e-12);
     EXPECT_NEAR(anova.getMeanSampleSize(), 5.0 / 3.0, 1e-15);
-    EXPECT_NEAR(anova.getN0(), 1.6, 1e-15);                      // (5 - 9/5) / 2: a double quotient
-    EXPECT_NEAR(anova.getVarianceComponent(), 60.25, 1e-12);     // (98.4 - 2) / 1.6
+    EXPECT_NEAR(anova.getN0(), 1.6, 1e-15);                   // (5 - 9/5) / 2: a double quotient
+    EXPECT_NEAR(anova.getVarianceComponent(), 60.25, 1e-12);  // (98.4 - 2) / 1.6
     EXPECT_NEAR(anova.getAmong().expectedMs, 62.25, 1e-12);
-    EXPECT_SAME_BITS(anova.getGroups()[2].variance, 0.0);        // of one observation
+    EXPECT_SAME_BITS(anova.getGroups()[2].variance, 0.0);  // of one observation
 }
 
 TEST(SingleAnova, tableAgreesWithTheTextbook)  // sums of squares from the deviations themselves, in long double
@@ -580,8 +648,10 @@ TEST(SingleAnova, resetAnova)
     for (const bool throughResetResult : {true, false}) {
         SingleAnova anova = analysed(mixed);
         const SingleAnova before = anova;
-        if (throughResetResult) anova.resetResult();
-        else anova.resetAnova();
+        if (throughResetResult)
+            anova.resetResult();
+        else
+            anova.resetAnova();
         EXPECT_EQ(anova.getGroupCount(), 0u);
         EXPECT_EQ(anova.getTotalObservations(), 0);
         for (const double value : {anova.getGrandTotal(), anova.getCorrectionTerm(), anova.getSumSquaredObservations(),
@@ -690,8 +760,8 @@ TEST(SingleAnova, degenerateDesigns)
         EXPECT_EQ(anova.getAmong().df, wrapped);
         EXPECT_EQ(anova.getTotal().df, wrapped);
         EXPECT_EQ(anova.getWithin().df, 0u);
-        for (const double value : {anova.getAmong().ms, anova.getAmong().fs, anova.getWithin().ms, anova.getN0(),
-                                   anova.getMeanSampleSize(), anova.getVarianceComponent()})
+        for (const double value : {anova.getAmong().ms, anova.getAmong().fs, anova.getWithin().ms, anova.getN0(), anova.getMeanSampleSize(),
+                                   anova.getVarianceComponent()})
             EXPECT_TRUE(std::isnan(value));
     }
     {
@@ -757,10 +827,12 @@ const Sample samples[] = {
     {"one_observation", {{4, 4}}},
     {"equal_observations", {{1, 3}, {1, 3}, {2, 3}, {2, 3}}},
     {"created_without_observations", two, "", "groups 0 and 2 have no observations", 0.05, {9, 2, 2}},
+    // clang-format off
     {"ids_and_values",
      {{-0.0, 0.1}, {0.0, -2.5}, {NaN, 1e15}, {-NaN, 123456.789}, {infinity, 1e-7}, {-1e-3, 1234567}, {1e20, -0.0},
       {2.5, -NaN}, {2.5, infinity}, {-infinity, -infinity}},
      "Numbers of all kinds", "numbers"},
+    // clang-format on
     {"stiff_within_negative", stiff(1e12, 10), "", "", 0.05, {}, 1, "report"},
     {"stiff_many", stiff(1e12, 100), "", "", 0.05, {}, 1, "report"},
 };
@@ -777,10 +849,7 @@ SingleAnova of(const Sample& sample)
     return anova;
 }
 
-bool has(const Sample& sample, const char* output)
-{
-    return sample.outputs.find(output) != std::string::npos;
-}
+bool has(const Sample& sample, const char* output) { return sample.outputs.find(output) != std::string::npos; }
 
 }  // namespace
 
@@ -937,24 +1006,20 @@ TEST(SingleAnova, verdict)
 
 // ---------------------------------------------------------------- critical values that the plain iteration never finds
 
-TEST(SingleAnova, twoGroupsOf28ObservationsAtOnce)
+TEST(SingleAnova, twoGroupsOf28Observations)
 {
     SingleAnova anova = analysed(balanced(2, 14));
-    std::string text;
-    EXPECT_LT(seconds([&] { text = report(anova); }), 1.0);
-    EXPECT_THAT(text, HasSubstr("\nF0.050[1, 26] = 3.250\t"));
+    EXPECT_THAT(report(anova), HasSubstr("\nF0.050[1, 26] = 3.250\t"));
 }
 
-TEST(SingleAnova, everySizeAtOnce)
+TEST(SingleAnova, everySize)
 {
-    double longest = 0.0;
     for (int groups = 2; groups <= 10; ++groups) {
         for (int n = 1; n <= 200; ++n) {
             SingleAnova anova = analysed(balanced(groups, n));
             for (const double level : levels) {
                 anova.setSignificance(level);
-                std::string text;
-                longest = std::max(longest, seconds([&] { text = report(anova); }));
+                const std::string text = report(anova);
                 const std::size_t label = text.find("\nF0."), figure = text.find("] = ", label);
                 ASSERT_NE(figure, std::string::npos);
                 const double printedF = std::atof(text.c_str() + figure + 4);
@@ -976,7 +1041,6 @@ TEST(SingleAnova, everySizeAtOnce)
             if (HasFailure()) return;
         }
     }
-    EXPECT_LT(longest, 1.0) << "seconds for one report";
 }
 
 // ---------------------------------------------------------------- stiff data
@@ -989,10 +1053,12 @@ TEST(SingleAnova, negativeFHasProbabilityOne)
         int repeats;
         bool negative;  // the sign of F, tests/reference/wq_model/anova.py
     } rows[] = {
+        // clang-format off
         {"offset 1, 9 groups of 21", 1.0, 10, false},
         {"offset 10^6, 9 groups of 21", 1e6, 10, false},
         {"offset 10^6, 9 groups of 2001", 1e6, 1000, true},
         {"offset 10^12, 9 groups of 21", 1e12, 10, true},
+        // clang-format on
         {"offset 10^12, 9 groups of 2001", 1e12, 1000, true},
     };
     for (const auto& row : rows) {

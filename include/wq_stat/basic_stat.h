@@ -34,11 +34,11 @@ protected:
 
 /** Results of one univariate sample. BasicStatistics::resetSet gives the state before an analysis. */
 struct basic_stat {
-    std::size_t n = 0;            ///< observations in the analysed range
-    double reserved1 = 0.0;       ///< not used
-    double min = 0.0;             ///< smallest value; the largest finite double after a reset
-    double max = 0.0;             ///< largest value; the smallest positive normal double (2.2e-308) after a reset, and so for a
-                                  ///< sample without a value above it, all negative ones included
+    std::size_t n = 0;                   ///< observations in the analysed range
+    double reserved1 = 0.0;              ///< not used
+    double min = 0.0;                    ///< smallest value; the largest finite double after a reset
+    double max = 0.0;                    ///< largest value; the smallest positive normal double (2.2e-308) after a reset, and so for a
+                                         ///< sample without a value above it, all negative ones included
     double mean = 0.0;                   ///< arithmetic mean
     double geoMean = 0.0;                ///< geometric mean of the positive values; NaN when there is none
     double harmMean = 0.0;               ///< harmonic mean of the values other than 0

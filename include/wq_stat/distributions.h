@@ -8,11 +8,17 @@
 
 #include <cstddef>
 
+// A host with an sqr or odd of its own defines WQ_STAT_NO_GLOBAL_NAMES, and has nothing of this library outside wq_lib. They are always
+// inlined, so that the linker does not take the one for the other in a static library.
+#ifndef WQ_STAT_NO_GLOBAL_NAMES
+
 /** @return x squared, as the product x * x. */
-inline double sqr(double x) { return x * x; }
+[[gnu::always_inline]] inline double sqr(double x) { return x * x; }
 
 /** @return true when the lowest bit of n is set, so for negative odd numbers too. */
-inline bool odd(long n) { return (n & 1) != 0; }
+[[gnu::always_inline]] inline bool odd(long n) { return (n & 1) != 0; }
+
+#endif
 
 /**
  * Special functions, integrators, probability distributions, angles.
@@ -60,10 +66,18 @@ WQ_STAT_EXPORT double lnGamma(double x);
  * @param p, q shape parameters, > 0, not checked.
  * @param beta ln B(p, q) = lnGamma(p) + lnGamma(q) - lnGamma(p + q), supplied by the caller.
  * @return I_x(p, q); NaN where beta is NaN. For x above the mean p/(p + q) the other tail is summed, with p and q exchanged.
- *         Accuracy: where the second parameter of the tail summed (q below the mean, p above it) is an integer, the absolute error
- *         is below 2e-7 up to p, q = 1000. Where it is a half-integer the last steps shift the result, and the function jumps in x.
- *         The shift is largest at the mean and dies away from it. For 1/2 it may carry the result far out of 0 ... 1
- *         (F_Prob(1, 1, 3) is 1.163, F_Prob(1, 1, 100) is -1.9e7), for 3/2 it is up to 0.1, for 5/2 0.005, from 15/2 on below 2e-7.
+ * @par Accuracy
+ * It hangs on the second parameter of the tail summed: q for x below the mean, p above it.
+ *
+ * | second parameter | absolute error |
+ * |------------------|----------------|
+ * | an integer       | below 2e-7 up to p, q = 1000 |
+ * | 1/2              | the result may lie far outside 0 ... 1: F_Prob(1, 1, 3) is 1.163, F_Prob(1, 1, 100) is -1.9e7 |
+ * | 3/2              | up to 0.1      |
+ * | 5/2              | up to 0.005    |
+ * | 15/2, 17/2, ...  | below 2e-7     |
+ *
+ * Where it is a half-integer the last steps shift the result, and the function jumps in x. The shift is largest at the mean and dies away from it.
  */
 WQ_STAT_EXPORT double betaRatio(double x, double p, double q, double beta);
 
@@ -77,8 +91,9 @@ WQ_STAT_EXPORT double betaRatio(double x, double p, double q, double beta);
  *         (the two are not exchanged), so for p != q the result is not the inverse. Where the iteration circles (betaRatio
  *         jumps at half-integers), it is the x at which betaRatio crosses alpha, to the last bit. For alpha outside 0 ... 1 it is
  *         NaN, unless the iteration ends by itself (possible for p < 1), with a meaningless x close to 0 or 1. NaN where beta is
- *         NaN. Accuracy: that of betaRatio, and some 1e-8 of alpha from the iteration; see F_PercentPoint. With a shape from
- *         2^43 on a call may take a second or two, from 2^52 on, where p + i stays p, a minute.
+ *         NaN. With a shape from 2^43 on a call may take a second or two, from 2^52 on, where p + i stays p, a minute.
+ * @par Accuracy
+ * That of betaRatio, and some 1e-8 of alpha from the iteration; see F_PercentPoint.
  */
 WQ_STAT_EXPORT double inverseBetaRatio(double alpha, double p, double q, double beta);
 
@@ -111,8 +126,8 @@ WQ_STAT_EXPORT double quadratureIntegral(double (*f)(double), double a, double b
  * @return the integral over [a, b]; NaN for depth > 64, with the line "recursion limit reached: singularity likely" on
  *         standard output. A NaN left half ends the work, so the line appears once.
  */
-WQ_STAT_EXPORT double quadratureRecursion(double (*f)(double), double a, double b, double m, double fa, double fb,
-                                          double fm, double whole, double tolerance, std::size_t depth);
+WQ_STAT_EXPORT double quadratureRecursion(double (*f)(double), double a, double b, double m, double fa, double fb, double fm, double whole,
+                                          double tolerance, std::size_t depth);
 
 /**
  * Binomial probability P(X = k).
@@ -159,10 +174,17 @@ WQ_STAT_EXPORT double normalPercentPoint(double p);
  * @param t any value; for negative t the result is the same formula, up to 2 two-sided.
  * @param df degrees of freedom; 0 gives 0, more than 2^53 NaN.
  * @param oneSided true for P(T > t), false for twice that.
- * @return the probability. Even df: absolute error below 2e-13 up to df = 1e4 (7e-12 at 1e6), so no correct digit in the far
- *         tail. Odd df: 0.5 (two-sided 1) at t = 0 is right, all else is not. The one-sided value falls through 0 at t = 0.74 (df 1)
- *         to 0.53 (large df) and on to -0.734, for negative t it rises to 1.734 (df 1, t 1: -0.117 instead of 0.25); so it is off by
- *         up to 0.74, the two-sided one by twice that. Reports depend on these values. Costs df/2 steps.
+ * @return the probability. Costs df/2 steps.
+ * @par Accuracy
+ * | df             | t         | one-sided probability, absolute error |
+ * |----------------|-----------|---------------------------------------|
+ * | even, to 1e4   | any       | below 2e-13, so no correct digit in the far tail |
+ * | even, 1e6      | any       | below 7e-12 |
+ * | odd            | 0         | none: 0.5, two-sided 1 |
+ * | odd            | any other | wrong by up to 0.74 (df 1, t 1: -0.117 instead of 0.25) |
+ *
+ * For odd df the one-sided value falls through 0 at t = 0.74 (df 1) to 0.53 (large df) and on to -0.734, for negative t it rises to 1.734. The
+ * two-sided value is off by twice as much. Reports depend on these values.
  */
 WQ_STAT_EXPORT double t_Prob(double t, std::size_t df, bool oneSided);
 
@@ -171,20 +193,35 @@ WQ_STAT_EXPORT double t_Prob(double t, std::size_t df, bool oneSided);
  * Source: the normal quantile w corrected as sqrt(df (exp(w^2/df) - 1)), w = z (8 df + 3)/(8 df + 1) (Wallace 1959).
  * @param alpha two-sided significance level, 0 < alpha < 1; between 1 and 2 the result is that of 2 - alpha, elsewhere NaN.
  * @param df degrees of freedom; 0 gives 0.
- * @return the positive critical value. Relative error at alpha = 0.05: 39 % for df 1 (17.7 instead of 12.7), 4.1 % for df 2, 1.2 % for
- *         df 3, 0.3 % for df 5, below 0.1 % from df 8 on; for alpha in 0.001 ... 0.5 below 0.5 % from df 10 on, while df 1 is off
- *         more and more in the tail (at 0.01 it is 2.2 times what it should be). For df above 1e13 the difference exp - 1 loses its
- *         digits; around df = 4e16 the result becomes 0.
+ * @return the positive critical value.
+ * @par Accuracy
+ * | df        | alpha         | relative error |
+ * |-----------|---------------|----------------|
+ * | 1         | 0.05          | 39 % (17.7 instead of 12.7) |
+ * | 1         | 0.01          | 120 %, and more and more in the tail |
+ * | 2         | 0.05          | 4.1 % |
+ * | 3         | 0.05          | 1.2 % |
+ * | 5         | 0.05          | 0.3 % |
+ * | from 8 on | 0.05          | below 0.1 % |
+ * | from 10 on | 0.001 ... 0.5 | below 0.5 % |
+ *
+ * For df above 1e13 the difference exp - 1 loses its digits; around df = 4e16 the result becomes 0.
  */
 WQ_STAT_EXPORT double t_PercentPoint(double alpha, std::size_t df);
 
 /**
  * Chi-square distribution, lower tail, by the series of the incomplete gamma function.
+ * Source: Abramowitz and Stegun (1964), 26.4.6, summed until a term is below 1e-6 of the sum.
  * @param x chi-square, x >= 0; NaN for x < 0.
  * @param df degrees of freedom; 0 gives 0.
- * @return P(X <= x); relative error below 2e-6 up to x = 200 and 6e-6 up to x = 1400. Beyond, the factor
- *         exp(...) is subnormal and the sum overflows: infinity (x 1422 ... 1497 for df 1, 1472 ... 1547 for df 10), and then 0,
- *         though the probability is 1. NaN for infinite x and for df above 2^54. Costs df/2 logarithms where these are many.
+ * @return P(X <= x). NaN for infinite x and for df above 2^54. Costs df/2 logarithms where these are many.
+ * @par Accuracy
+ * | x                                     | relative error |
+ * |---------------------------------------|----------------|
+ * | up to 200                             | below 2e-6 |
+ * | up to 1400                            | below 6e-6 |
+ * | 1422 ... 1497 (df 1), 1472 ... 1547 (df 10) | the factor exp(...) is subnormal and the sum overflows: infinity instead of 1 |
+ * | beyond                                | 0 instead of 1 |
  */
 WQ_STAT_EXPORT double chiSquareProb(double x, std::size_t df);
 
@@ -193,10 +230,19 @@ WQ_STAT_EXPORT double chiSquareProb(double x, std::size_t df);
  * Source: Wilson and Hilferty (1931), with normalPercentPoint.
  * @param p lower-tail probability, 0 < p < 1; elsewhere the result is NaN.
  * @param df degrees of freedom; 0 gives 0.
- * @return x with P(X <= x) = p; chiSquarePoint(0.95, df) is the upper 5 % point. Relative error there: 2.5 % for df 1 (3.7455
- *         instead of 3.8415), 0.9 % for df 2, below 0.6 % from df 3 and 0.1 % from df 10 on; for p in 0.5 ... 0.999 below 3.5 %, and
- *         0.7 % from df 10 on. In the lower tail of few degrees of freedom it is far off: at p = 0.05 by 23 % for df 2, without a
- *         correct digit for df 1 (1.7e-8 instead of 0.0039); negative for p up to 0.025 and df 1. Below 0.3 % from df 10 on there.
+ * @return x with P(X <= x) = p; chiSquarePoint(0.95, df) is the upper 5 % point.
+ * @par Accuracy
+ * | p             | df         | relative error |
+ * |---------------|------------|----------------|
+ * | 0.95          | 1          | 2.5 % (3.7455 instead of 3.8415) |
+ * | 0.95          | 2          | 0.9 % |
+ * | 0.95          | from 3 on  | below 0.6 % |
+ * | 0.95          | from 10 on | below 0.1 % |
+ * | 0.5 ... 0.999 | any        | below 3.5 % |
+ * | 0.5 ... 0.999 | from 10 on | below 0.7 % |
+ * | 0.05          | 1          | no correct digit (1.7e-8 instead of 0.0039); negative for p up to 0.025 |
+ * | 0.05          | 2          | 23 % |
+ * | 0.05          | from 10 on | below 0.3 % |
  */
 WQ_STAT_EXPORT double chiSquarePoint(double p, std::size_t df);
 
@@ -205,13 +251,23 @@ WQ_STAT_EXPORT double chiSquarePoint(double p, std::size_t df);
  * @param f F value, f >= 0; a negative one gives 1, or 0 when it is tiny.
  * @param df1, df2 degrees of freedom of numerator and denominator; 0 gives 0. More than 2^54, as wrapped ones are, give NaN unless
  *        df2/(df2 + df1 f) rounds to 0 or 1.
- * @return P(F <= f). For even df1 and f > 1, and for even df2 and f < 1, the absolute error is below 2e-7 up to 2000 degrees of
- *         freedom. Otherwise betaRatio's last steps shift it, most near f = 1. For df1 = 1 the error is below 6e-5 from f = 10 on,
- *         0.005 from f = 5, 0.021 from f = 4 (F_Prob(4.965, 1, 10) is 0.95155 instead of 0.95); nearer to 1 the result is of no use
- *         and may lie far outside 0 ... 1 (F_Prob(3.1, 1, 100) is 1.0055, F_Prob(1.5, 1, 100) -31, F_Prob(1, 1, 1000) 3.5e67). For
- *         df1 = 3 it is below 0.1, and 0.0015 from f = 2 on; for odd df1 from 5 on below 0.005, from 15 on below 2e-7. The same
- *         holds for f < 1 with df2 in the place of df1 and 1/f in that of f. Decisions rest on these values. Costs (df1 + df2)/2
- *         logarithms where these are many.
+ * @return P(F <= f). Costs (df1 + df2)/2 logarithms where these are many.
+ * @par Accuracy
+ * For f > 1. The same holds for f < 1 with df2 in the place of df1 and 1/f in that of f.
+ *
+ * | df1              | f            | absolute error |
+ * |------------------|--------------|----------------|
+ * | even             | any          | below 2e-7 up to 2000 degrees of freedom |
+ * | 1                | from 10 on   | below 6e-5 |
+ * | 1                | from 5 on    | below 0.005 |
+ * | 1                | from 4 on    | below 0.021 (F_Prob(4.965, 1, 10) is 0.95155 instead of 0.95) |
+ * | 1                | below 4      | of no use, and may lie far outside 0 ... 1: 1.0055 at f = 3.1, -31 at 1.5 (df2 100), 3.5e67 at 1 (df2 1000) |
+ * | 3                | from 2 on    | below 0.0015 |
+ * | 3                | below 2      | below 0.1 |
+ * | odd, from 5 on   | any          | below 0.005 |
+ * | odd, from 15 on  | any          | below 2e-7 |
+ *
+ * With an odd df1 betaRatio's last steps shift the result, most near f = 1. Decisions rest on these values.
  */
 WQ_STAT_EXPORT double F_Prob(double f, std::size_t df1, std::size_t df2);
 
@@ -220,11 +276,20 @@ WQ_STAT_EXPORT double F_Prob(double f, std::size_t df1, std::size_t df2);
  * @param p lower-tail probability, 0 ... 1; 0 gives 0, 1 infinity. For p < 0.5 inverseBetaRatio takes its path with a replaced
  *        parameter, and the result is not the quantile unless df1 = df2.
  * @param df1, df2 degrees of freedom of numerator and denominator; 0 gives 0, more than 2^54, as wrapped ones are, NaN.
- * @return f with F_Prob(f, df1, df2) = p. Relative error for p in 0.8 ... 0.99: even df1 below 2e-7, for df2 = 1 below 1e-5. Odd df1
- *         as F_Prob is: df1 = 1 at p = 0.95 up to 2 % for df2 <= 10 (F_PercentPoint(0.95, 1, 10) is 4.876 instead of 4.965), 14 % at
- *         df2 = 25, and 22 to 23 % from df2 = 26 on, where F_Prob jumps over p and the result is 3 df2/(df2 - 2) instead of 4.2 ... 3.84;
- *         at p = 0.975 up to 10 %, at 0.99 1.5 %, at 0.9 13 %, at 0.8 76 %. For p >= 0.95 below 0.1 % for df1 = 3 and 3e-5 from
- *         df1 = 5 on.
+ * @return f with F_Prob(f, df1, df2) = p.
+ * @par Accuracy
+ * | df1            | df2        | p            | relative error |
+ * |----------------|------------|--------------|----------------|
+ * | even           | any        | 0.8 ... 0.99 | below 2e-7, for df2 = 1 below 1e-5 |
+ * | 1              | to 10      | 0.95         | up to 2 % (F_PercentPoint(0.95, 1, 10) is 4.876 instead of 4.965) |
+ * | 1              | 25         | 0.95         | 14 % |
+ * | 1              | from 26 on | 0.95         | 22 to 23 %: F_Prob jumps over p, and the result is 3 df2/(df2 - 2) instead of 4.2 ... 3.84 |
+ * | 1              | any        | 0.8          | up to 76 % |
+ * | 1              | any        | 0.9          | up to 13 % |
+ * | 1              | any        | 0.975        | up to 10 % |
+ * | 1              | any        | 0.99         | up to 1.5 % |
+ * | 3              | any        | from 0.95 on | below 0.1 % |
+ * | odd, from 5 on | any        | from 0.95 on | below 3e-5 |
  */
 WQ_STAT_EXPORT double F_PercentPoint(double p, std::size_t df1, std::size_t df2);
 
@@ -250,29 +315,48 @@ WQ_STAT_EXPORT double z_to_r(double z);
 
 /**
  * Critical value of the one-sample Kolmogorov-Smirnov D, large samples.
+ * Source: the first term of the limiting distribution that D_Prob sums (Smirnov 1948), solved for D.
  * @param alpha significance level, 0 < alpha <= 2.
  * @param n sample size.
- * @return sqrt(-ln(alpha/2)/(2n)), the first term of the limiting distribution; 0, meaning none available, for n < 101. NaN for
- *         alpha outside 0 ... 2. For alpha in 0.01 ... 0.2 it is 1.2 to 1.6 % above the exact value at n = 101, 0.7 to 0.9 % at 300.
+ * @return sqrt(-ln(alpha/2)/(2n)); 0, meaning none available, for n < 101. NaN for alpha outside 0 ... 2.
+ * @par Accuracy
+ * | alpha        | n   | above the exact value by |
+ * |--------------|-----|--------------------------|
+ * | 0.01 ... 0.2 | 101 | 1.2 to 1.6 % |
+ * | 0.01 ... 0.2 | 300 | 0.7 to 0.9 % |
  */
 WQ_STAT_EXPORT double D_GoodnessOfFit(double alpha, std::size_t n);
 
 /**
  * Critical value of the two-sample Kolmogorov-Smirnov D, large samples.
+ * Source: the first term of the limiting distribution that D_Prob sums (Smirnov 1948), solved for D.
  * @param alpha significance level, 0 < alpha <= 2; 0 gives 0.
  * @param n1, n2 sample sizes.
  * @return sqrt(-ln(alpha/2)/2) sqrt((n1 + n2)/(n1 n2)); 0, meaning none available, when a size is 0 and when both are
- *         below 41 unless both lie in 27 ... 40. A test that rejects a D above it keeps the level for continuous data, and stays below
- *         it: at alpha = 0.05 its level is 0.029 for sizes of 40 and 40, 0.036 for 100 and 100, 0.045 for 400 and 100.
+ *         below 41 unless both lie in 27 ... 40.
+ * @par Accuracy
+ * A test that rejects a D above it keeps the level for continuous data, and stays below it.
+ *
+ * | n1, n2   | level of the test at alpha = 0.05 |
+ * |----------|-----------------------------------|
+ * | 40, 40   | 0.029 |
+ * | 100, 100 | 0.036 |
+ * | 400, 100 | 0.045 |
  */
 WQ_STAT_EXPORT double D_TwoSamples(double alpha, std::size_t n1, std::size_t n2);
 
 /**
  * Significance of Kolmogorov's statistic, 2 sum (-1)^(j-1) exp(-2 j^2 lambda^2).
+ * Source: Kolmogorov (1933), Smirnov (1948).
  * @param lambda D times the square root of the effective sample size.
- * @return the upper-tail probability, relative error below 1e-8 for lambda in 0.3 ... 18; absolute error below 5e-9 from 0.031 on,
- *         so it may exceed 1 by that much for lambda below 0.2. 1.0 when 100 terms do not suffice: for lambda below 0.031, where
- *         that is right, and above 19.22, where the terms are too small for a double and the probability is 0. 1.0 for NaN.
+ * @return the upper-tail probability; 1.0 when 100 terms do not suffice, and for NaN.
+ * @par Accuracy
+ * | lambda          | error |
+ * |-----------------|-------|
+ * | below 0.031     | 1.0, which is right |
+ * | 0.031 ... 19.22 | absolute below 5e-9, by which the result may exceed 1 below 0.2 |
+ * | 0.3 ... 18      | relative below 1e-8 |
+ * | above 19.22     | 1.0 instead of 0: the terms are too small for a double |
  */
 WQ_STAT_EXPORT double D_Prob(double lambda);
 
@@ -282,9 +366,14 @@ WQ_STAT_EXPORT double D_Prob(double lambda);
  * there on.
  * @param z n times the squared mean resultant length, 0 ... n; not checked.
  * @param n number of observations.
- * @return the upper-tail probability; 0 for n = 0. Absolute error below 1e-3 for n = 7 ... 49, there 1 % of the value for n >= 10 and
- *         z <= 4.6; below 2.5e-3 from n = 50 on (at n = 50 and z = 4.6 0.0101 instead of 0.0094). For n = 6 ... 12 and z near n the
- *         series is slightly negative (down to -1.1e-4).
+ * @return the upper-tail probability; 0 for n = 0.
+ * @par Accuracy
+ * | n          | z          | absolute error |
+ * |------------|------------|----------------|
+ * | 6 ... 12   | near n     | slightly negative, down to -1.1e-4 |
+ * | 7 ... 49   | any        | below 1e-3 |
+ * | 10 ... 49  | to 4.6     | 1 % of the value |
+ * | from 50 on | any        | below 2.5e-3 (at n = 50 and z = 4.6 0.0101 instead of 0.0094) |
  */
 WQ_STAT_EXPORT double rayleighsProb(double z, std::size_t n);
 

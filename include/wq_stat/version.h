@@ -13,7 +13,6 @@ extern WQ_STAT_EXPORT const char wq_stat_1VersionString[];
 
 /** The version number, 1.1. */
 extern WQ_STAT_EXPORT const double wq_stat_1VersionNumber;
-
 }
 
 #endif

@@ -7,12 +7,17 @@ for_building='
     ninja-build         program ninja
     libcli11-dev        header CLI/CLI.hpp
     libboost-dev        header boost/math/distributions.hpp
+    libfontconfig-dev   header fontconfig/fontconfig.h
+    libcsv-dev          header csv.h
+    zlib1g-dev          header zlib.h
+    libssl-dev          header openssl/evp.h
     nlohmann-json3-dev  header nlohmann/json.hpp
 '
 for_testing='
     libgtest-dev        header gtest/gtest.h
     libgmock-dev        header gmock/gmock.h
     clang               program clang++
+    clang-format        program clang-format
     pkg-config          program pkg-config
     gnuplot-nox         program gnuplot
     locales             file /usr/share/i18n/locales/de_DE
@@ -24,11 +29,23 @@ for_testing='
     doxygen             program doxygen
     mandoc              program mandoc
     fish                program fish
+    zsh                 program zsh
     file                program file
 '
 for_fuzzing='
     clang               program clang++
     libclang-rt-dev     clang_runtime fuzzer
+'
+for_pages='
+    chromium            program chromium
+    nodejs              program node
+    npm                 program npm
+    poppler-utils       program pdftotext
+'
+for_platforms='
+    googletest          file /usr/src/googletest/CMakeLists.txt
+    qemu-user           program qemu-aarch64
+    python3             program python3
 '
 for_coverage='
     gcovr               program gcovr

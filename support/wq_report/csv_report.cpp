@@ -1,11 +1,16 @@
 #include <wq_report/csv_report.h>
 
-#include "number_text.h"
+#include "numbers/number_text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace wq_lib {
 
@@ -24,6 +29,24 @@ void forEachPiece(std::string_view text, char separator, Write&& write)
     }
 }
 
+/**
+ * Whether a file to be appended to ends in a cell, which a further one would run into.
+ * @param due what the writer knows of it: the answer where the file does not tell.
+ */
+bool endsInCell(const std::string& fileName, char separator, bool due)
+{
+    std::error_code unknown;
+    if (!std::filesystem::is_regular_file(fileName, unknown)) return due;  // a pipe would wait for a writer
+    std::ifstream file(fileName, std::ios_base::in | std::ios_base::binary);
+    if (!file.is_open()) return due;
+    if (!file.seekg(-1, std::ios_base::end)) return false;  // a new file
+    const int last = file.get();
+    if (last == '\n' || last == '\r') return false;
+    const char separators[] = {separator, ',', ';', '\t', '|'};  // the host may set its own behind fileOpen
+    const bool separated = std::find(std::begin(separators), std::end(separators), last) != std::end(separators);
+    return due || !separated;
+}
+
 }  // namespace
 
 Report::~Report() = default;
@@ -34,7 +57,7 @@ CsvReport::~CsvReport() = default;
 bool CsvReport::fileOpen()
 {
     if (!WriteFile::fileOpen()) return false;
-    separatorDue = false;
+    separatorDue = isAppend() && endsInCell(getFileName(), separator, separatorDue);
     return true;
 }
 

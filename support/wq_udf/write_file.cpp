@@ -10,6 +10,7 @@
 namespace wq_lib {
 
 /** Stands between the stream and its file: small pieces only wait here in order, which the buffer of a file stream makes expensive. */
+// clang-format off
 class [[gnu::visibility("hidden")]] WriteFile::Buffer : public std::streambuf {
 public:
     explicit Buffer(std::streambuf& target) : file(target) { clear(); }
@@ -70,6 +71,7 @@ private:
     std::streambuf& file;
     std::array<char, 1 << 15> characters;
 };
+// clang-format on
 
 WriteFile::WriteFile() : buffer(std::make_unique<Buffer>(*stream.rdbuf()))
 {

@@ -53,7 +53,7 @@ def run(command, folder, env, text=None):
 def same_picture(committed, drawn):
     """Byte by byte, but another version of gnuplot draws another file: then the texts, which have the numbers, decide."""
     pictures = [path.read_text(encoding="utf-8") for path in (committed, drawn)]
-    version, texts = re.compile(r"<desc>(.*?)</desc>", re.DOTALL), re.compile(r"<text>(.*?)</text>", re.DOTALL)
+    version, texts = re.compile(r"<metadata>(.*?)</metadata>", re.DOTALL), re.compile(r"<text>(.*?)</text>", re.DOTALL)
     if version.findall(pictures[0]) == version.findall(pictures[1]):
         return pictures[0] == pictures[1]
     written = [sorted(re.sub(r"<[^>]*>", "", text).strip() for text in texts.findall(picture)) for picture in pictures]

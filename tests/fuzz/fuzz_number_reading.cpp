@@ -3,7 +3,7 @@
 #include "target.h"
 #include "misread_numbers.h"
 
-#include "number_reading.h"
+#include "numbers/number_reading.h"
 #include "support/same_bits.h"
 
 #include <cstddef>

@@ -4,7 +4,7 @@
 #include "script.h"
 #include "target.h"
 
-#include "number_text.h"
+#include "numbers/number_text.h"
 #include "support/same_bits.h"
 
 #include <charconv>

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# abi.sh: the binary interface of the three libraries is that of the committed baseline in abi/: symbols, layouts, virtual functions.
+# abi.sh: the binary interface of the libraries is that of the committed baseline in abi/: symbols, layouts, virtual functions.
 # abi.sh --renew: makes the baseline anew, after a deliberate change.
 source "$(dirname "$0")/common.sh"
 
@@ -18,7 +18,7 @@ work_in "$BUILD/tests/install/abi"
         "$CMAKE" --build build --parallel 2
 } >build.txt 2>&1 || fail "$(cat build.txt)"
 mkdir headers
-cp -r "$SOURCE/include/." "$SOURCE"/support/*/include/. headers
+cp -r "$SOURCE/include/." "$SOURCE"/support/*/include/. "$SOURCE/exact/include/." headers
 
 different=
 for name in "${family[@]}"; do

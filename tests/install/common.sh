@@ -5,12 +5,15 @@
 #   LIBRARIES                                name of the folder in it that holds the libraries
 #   WARNINGS                                 the warning options of the project
 #   COMPILER_ID                              the compiler of the build, as CMake calls it
+#   BUILD_TYPE                               its kind
 # and work in a folder of their own, which is empty at the start.
 set -euo pipefail
+# (Behind a pipe it is grep, not grep -q: that one leaves at the first hit, and pipefail takes the broken pipe of who still writes for a failure.)
 unset LD_LIBRARY_PATH PKG_CONFIG_PATH
 
 hosts=$SOURCE/tests/hosts
-family=(udf report stat)
+core=(udf report stat)  # what a host of the analyses carries
+family=("${core[@]}" exact)
 
 # The committed baseline of the binary interface: what the libraries export, and how that is laid out.
 abi=$SOURCE/tests/install/abi
@@ -53,13 +56,13 @@ own_folder()
     mkdir own-folder
     cp "$1" own-folder/host
     local name
-    for name in "${family[@]}"; do
+    for name in "${core[@]}"; do
         cp -L "$PREFIX/$LIBRARIES/libwq_$name.so.1" own-folder/
     done
     cd own-folder
     local found
     found=$(ldd "$PWD/host") || fail "ldd does not understand the host"
-    for name in "${family[@]}"; do
+    for name in "${core[@]}"; do
         grep -qF "libwq_$name.so.1 => $PWD/libwq_$name.so.1 " <<<"$found" ||
             fail "libwq_$name.so.1 is not the one beside the host:"$'\n'"$found"
     done

@@ -14,7 +14,7 @@ bash)
     script=$PREFIX/share/bash-completion/completions/wqstat
     bash -n "$script" || fail "bash does not understand $script"
     source "$script"
-    complete -p wqstat | grep -qxF 'complete -F _wqstat wqstat' || fail "nothing completes wqstat"
+    complete -p wqstat | grep -xF 'complete -F _wqstat wqstat' || fail "nothing completes wqstat"
     # candidates WORDS...: what is offered for the last one, in the words bash makes: it also parts them at '='.
     candidates()
     {
@@ -30,6 +30,15 @@ fish)
     candidates()
     {
         fish --no-config -c 'source $argv[1]; complete -C (string join " " -- $argv[2..])' "$script" "$@" | cut -f 1
+    }
+    ;;
+zsh)
+    script=$PREFIX/share/zsh/vendor-completions/_wqstat
+    zsh -n "$script" || fail "zsh does not understand $script"
+    # A zsh at a terminal of its own, which prints what it would offer when the tabulator is pressed behind the words.
+    candidates()
+    {
+        zsh -f "$SOURCE/tests/install/zsh_candidates.zsh" "$script" "$*"
     }
     ;;
 esac
@@ -55,11 +64,16 @@ offers 'linear logarithmic' wqstat regress --model l
 offers 'degrees' wqstat circular --unit d
 offers 't_Prob t_PercentPoint' wqstat prob t_
 offers '' wqstat describe --alpha ''
-offers '' wqstat random ''
+[ "$shell" = zsh ] || offers '' wqstat random ''  # zsh offers options where nothing else can stand
 offers '--export' wqstat describe data.txt --ex
 offers 'other.csv' wqstat variances data.txt oth
 if [ "$shell" = fish ]; then
     offers '--model=linear --model=logarithmic' wqstat regress --model=l
+elif [ "$shell" = zsh ]; then
+    offers 'linear logarithmic' wqstat regress --model=l
+    offers '' wqstat describe --list 0 ''
+    offers 'data.txt' wqstat describe data.
+    offers 'folder' wqstat describe --export fo
 else
     offers 'linear logarithmic' wqstat regress --model = l
     offers 'linear logarithmic exponential power' wqstat regress --model =

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What the installed libraries export: names of wq_lib and the two version symbols, nothing of their inside, and just what the baseline has.
+# What the installed libraries export: names of wq_lib or wq_exact and the two version symbols, nothing of their inside, and just what the baseline has.
 source "$(dirname "$0")/common.sh"
 
 for name in "${family[@]}"; do
@@ -7,12 +7,14 @@ for name in "${family[@]}"; do
     symbols=$(nm --dynamic --defined-only --demangle "$library" | sed 's/^[0-9a-f]* *[A-Za-z] //')
     [ -n "$symbols" ] || fail "$library exports nothing"
 
-    allowed='^((vtable|typeinfo|typeinfo name) for |non-virtual thunk to )?wq_lib::'
+    namespace=wq_lib
+    [ "$name" = exact ] && namespace=wq_exact
+    allowed="^((vtable|typeinfo|typeinfo name) for |non-virtual thunk to )?${namespace}::"
     [ "$name" = stat ] && allowed+='|^wq_stat_1Version(String|Number)$'
     if grep -vE "$allowed" <<<"$symbols" >&2; then
         fail "$library exports what is not its own"
     fi
-    if grep -F 'wq_lib::detail' <<<"$symbols" >&2; then
+    if grep -F "${namespace}::detail" <<<"$symbols" >&2; then
         fail "$library exports its inside"
     fi
     # Those of the baseline, no fewer and no more: what is gone breaks hosts, what is new is a promise.

@@ -12,6 +12,7 @@ expect_file()
 }
 
 expect_file "$LIBRARIES/pkgconfig/wq_stat.pc"
+expect_file "$LIBRARIES/pkgconfig/wq_exact.pc"
 expect_file "$LIBRARIES/cmake/wq_stat/wq_stat-config.cmake"
 for name in "${family[@]}"; do
     for suffix in so so.1 so.1.1; do
@@ -21,6 +22,7 @@ done
 
 (cd "$SOURCE/include" && find . -type f) >"$first.headers"
 (cd "$SOURCE/support" && find */include -type f | sed 's,^[^/]*/include,.,') >>"$first.headers"
+(cd "$SOURCE/exact/include" && find . -type f) >>"$first.headers"
 diff -u <(sort "$first.headers") <(cd "$first/include" && find . -type f | sort) >&2 || fail "the installed headers are not the public ones"
 rm "$first.headers"
 

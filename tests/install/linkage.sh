@@ -14,7 +14,8 @@ expect()
     echo "$1: $2"
 }
 
-declare -A companions=([udf]='' [report]='libwq_udf.so.1 ' [stat]='libwq_report.so.1 libwq_udf.so.1 ')
+declare -A companions=([udf]='' [report]='libwq_udf.so.1 ' [stat]='libwq_report.so.1 libwq_udf.so.1 '
+    [exact]='libwq_stat.so.1 ')
 
 for name in "${family[@]}"; do
     library=$PREFIX/$LIBRARIES/libwq_$name.so

@@ -15,7 +15,7 @@ test_with()
         path=$BUILD/tests/test_$program
         [ -x "$path" ] || fail "$path was not built"
         found=$(ldd "$path")
-        for name in "${family[@]}"; do
+        for name in "${core[@]}"; do
             grep -qF "libwq_$name.so.1 => $1/libwq_$name.so.1 " <<<"$found" || fail "test_$program runs with another libwq_$name"
         done
         "$path" --gtest_brief=1 >output.txt 2>&1 || fail "test_$program with $1"$'\n'"$(tail -n 60 output.txt)"

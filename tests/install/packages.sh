@@ -19,18 +19,19 @@ grep -q '^ Depends:.*libc6' libwq-stat1.info || fail "libwq-stat1 does not name 
 grep -q '^ Depends: libwq-stat1 (= 1.1)' libwq-stat-dev.info || fail "libwq-stat-dev does not need libwq-stat1"
 grep -q '^ Depends:.*libwq-stat1 (= 1.1)' wqstat.info || fail "wqstat does not need libwq-stat1"
 
-expected=$(printf '%s\n' libwq_report.so.1 libwq_stat.so.1 libwq_udf.so.1)
+expected=$(printf '%s\n' libwq_exact.so.1 libwq_report.so.1 libwq_stat.so.1 libwq_udf.so.1)
 [ "$(dpkg-deb --contents made/libwq-stat1_*.deb | grep -oE 'libwq_[a-z]+\.so\.1 ' | tr -d ' ' | sort)" = "$expected" ] ||
-    fail "libwq-stat1 does not hold the three libraries"
+    fail "libwq-stat1 does not hold the libraries"
 
 # The tool, its libraries found beside it.
-ldd root/usr/bin/wqstat | grep -q "libwq_stat.so.1 => $PWD/root/" || fail "wqstat does not use the libraries of the packages"
-root/usr/bin/wqstat --version | grep -qF 1.1 || fail "wqstat --version"
-root/usr/bin/wqstat describe "$SOURCE/examples/data/nist_numacc1.txt" | grep -qxF "sample size     : 3" || fail "wqstat describe"
+ldd root/usr/bin/wqstat | grep "libwq_stat.so.1 => $PWD/root/" || fail "wqstat does not use the libraries of the packages"
+root/usr/bin/wqstat --version | grep -F 1.1 || fail "wqstat --version"
+root/usr/bin/wqstat describe "$SOURCE/examples/data/nist_numacc1.txt" | grep -xF "sample size     : 3" || fail "wqstat describe"
 cmp "$SOURCE/docs/wqstat.schema.json" root/usr/share/wqstat/wqstat.schema.json || fail "the schema of wqstat --json is not in the package"
 
 # What belongs to it, each file where its reader looks for it.
-declare -A kinds=([man/man1/wqstat.1]=man [bash-completion/completions/wqstat]=bash [fish/vendor_completions.d/wqstat.fish]=fish)
+declare -A kinds=([man/man1/wqstat.1]=man [bash-completion/completions/wqstat]=bash [fish/vendor_completions.d/wqstat.fish]=fish
+    [zsh/vendor-completions/_wqstat]=zsh)
 for file in "${!kinds[@]}"; do
     root/usr/bin/wqstat --generate "${kinds[$file]}" | cmp - "root/usr/share/$file" || fail "share/$file is not what the tool makes"
     dpkg-deb --fsys-tarfile made/wqstat_*.deb | tar --list | grep -xF "./usr/share/$file" ||

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The sources of the three libraries include the C++17 standard library, each other, and nothing else but the compiler's header of the
-# instructions of x86-64, which brings no library with it.
+# The sources of the analyses and their companions, and the public headers of the exact figures, include the C++17 standard library, each
+# other, and nothing else but the compiler's header of the instructions of x86-64, which brings no library with it.
 source "$(dirname "$0")/common.sh"
 
 standard='algorithm any array atomic bitset cassert ccomplex cctype cerrno cfenv cfloat charconv chrono cinttypes climits clocale
@@ -18,11 +18,11 @@ while IFS=: read -r file line text; do
     count=$((count + 1))
     name=$(sed -E 's/^ *# *include *[<"]([^>"]*)[>"].*/\1/' <<<"$text")
     case $text in
-    *\"*) [ -e "$(dirname "$file")/$name" ] || [ -e "src/$name" ] || wrong+="$file:$line: $text"$'\n' ;;
-    *'<wq_'*) [ -e "include/$name" ] || [ -e "support/${name%%/*}/include/$name" ] || wrong+="$file:$line: $text"$'\n' ;;
+    *\"*) [ -e "$(dirname "$file")/$name" ] || [ -e "src/$name" ] || [ -e "support/$name" ] || wrong+="$file:$line: $text"$'\n' ;;
+    *'<wq_'*) [ -e "include/$name" ] || [ -e "support/${name%%/*}/include/$name" ] || [ -e "exact/include/$name" ] || wrong+="$file:$line: $text"$'\n' ;;
     *) grep -qxF -e "$name" <<<"${standard//[$'\n ']/$'\n'}"$'\n'"$compiler" || wrong+="$file:$line: $text"$'\n' ;;
     esac
-done < <(grep -rnE '^ *# *include' include src support)
+done < <(grep -rnE '^ *# *include' include src support exact/include)
 
 [ "$count" -gt 100 ] || fail "only $count #include lines found"
 [ -z "$wrong" ] || fail "not of the standard library, and not of the family:"$'\n'"$wrong"

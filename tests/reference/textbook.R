@@ -15,12 +15,19 @@ row <- function(arguments, ...) {
   cat(sprintf("%s,%s,%.15g\n", arguments, names(figures), figures), sep = "")
 }
 
+variance_limits <- function(values, alpha) {
+  df <- length(values) - 1
+  df * var(values) / qchisq(c(1 - alpha / 2, alpha / 2), df)
+}
+
 describe <- function(options, values, mu = 0, alpha = 0.05) {
   test <- t.test(values, mu = mu, conf.level = 1 - alpha)
   df <- length(values) - 1
   row(paste0("describe ", options),
     p = test$p.value, criticalT = qt(1 - alpha / 2, df), criticalTHalfAlpha = qt(1 - alpha / 4, df),
-    "confidenceLimits/lower" = test$conf.int[1], "confidenceLimits/upper" = test$conf.int[2])
+    "confidenceLimits/lower" = test$conf.int[1], "confidenceLimits/upper" = test$conf.int[2],
+    "varianceLimits/lower" = variance_limits(values, alpha)[1], "varianceLimits/upper" = variance_limits(values, alpha)[2],
+    cohensD = (mean(values) - mu) / sd(values))
 }
 cavendish <- one("cavendish.txt")
 describe("--mu 5.517 cavendish.txt", cavendish, 5.517)
@@ -33,7 +40,8 @@ regress <- function(arguments, x, y, alpha = 0.05) {
   at_mean <- predict(line, data.frame(x = mean(x)), interval = "confidence", level = 1 - alpha)
   row(arguments,
     pB = summary(line)$coefficients[2, 4], criticalT = qt(1 - alpha / 2, length(x) - 2),
-    "limitsB/lower" = b[[1]], "limitsB/upper" = b[[2]], "limitsY/lower" = at_mean[2], "limitsY/upper" = at_mean[3])
+    "limitsB/lower" = b[[1]], "limitsB/upper" = b[[2]], "limitsY/lower" = at_mean[2], "limitsY/upper" = at_mean[3],
+    rSquared = summary(line)$r.squared, adjustedRSquared = summary(line)$adj.r.squared)
 }
 norris <- two("nist_norris.txt")
 regress("regress --model linear nist_norris.txt", norris$x, norris$y)
@@ -47,7 +55,7 @@ correlate <- function(arguments, x, y, alpha = 0.05) {
   df <- length(x) - 2
   upper <- pf((1 + r) / (1 - r), df, df, lower.tail = FALSE)
   row(arguments,
-    pT = test$p.value, criticalT = qt(1 - alpha / 2, df), FSignificance = upper[[1]], pF = 2 * upper[[1]],
+    rSquared = r[[1]]^2, pT = test$p.value, criticalT = qt(1 - alpha / 2, df), FSignificance = upper[[1]], pF = 2 * upper[[1]],
     criticalF = qf(1 - alpha / 2, df, df), "confidenceLimitsR/lower" = test$conf.int[1], "confidenceLimitsR/upper" = test$conf.int[2],
     "confidenceLimits/lower" = atanh(test$conf.int[1]), "confidenceLimits/upper" = atanh(test$conf.int[2]))
 }
@@ -56,7 +64,10 @@ correlate("correlate --alpha 0.01 toothgrowth_supp.txt", supplements$x, suppleme
 
 anova_of <- function(arguments, x, y, alpha = 0.05) {
   table <- anova(lm(y ~ factor(x)))
+  ss <- table$"Sum Sq"
+  ms <- table$"Mean Sq"
   row(arguments,
+    msAmong = ms[1], msWithin = ms[2], etaSquared = ss[1] / sum(ss), omegaSquared = (ss[1] - table$Df[1] * ms[2]) / (sum(ss) + ms[2]),
     fs = table$F[1], p = table$P[1], lowerTail = pf(table$F[1], table$Df[1], table$Df[2]),
     criticalF = qf(1 - alpha, table$Df[1], table$Df[2]))
 }
@@ -79,7 +90,7 @@ row("multiy seedlings.txt",
   "among/fs" = groups$F[1], "among/p" = groups$P[1], "among/lowerTail" = pf(groups$F[1], groups$Df[1], groups$Df[2]),
   "among/criticalF" = qf(0.95, groups$Df[1], groups$Df[2]), "deviations/df" = df, "deviations/ms" = ms,
   "deviations/fs" = deviations$F[2], "deviations/p" = deviations$P[2], "deviations/criticalF" = qf(0.95, df, groups$Df[2]),
-  "deviations/lowerTail" = pf(deviations$F[2], df, groups$Df[2]), "regression/fs" = (b / se)^2, b = b, seB = se, tB = b / se,
+  "deviations/lowerTail" = pf(deviations$F[2], df, groups$Df[2]), "regression/fs" = (b / se)^2, rSquared = summary(lm(y ~ x))$r.squared, b = b, seB = se, tB = b / se,
   pT = 2 * pt(-abs(b / se), df), criticalT = qt(0.975, df), "limitsB/lower" = b - qt(0.975, df) * se,
   "limitsB/upper" = b + qt(0.975, df) * se)
 
@@ -89,7 +100,8 @@ fit <- function(arguments, q, yates = 0) {
   g <- 2 * sum(peas$x * log(peas$x / peas$y))
   df <- nrow(peas) - 1
   figures <- c("X2/lowerTail" = pchisq(x2, df), "X2/p" = pchisq(x2, df, lower.tail = FALSE),
-    "G/lowerTail" = pchisq(g, df), "G/p" = pchisq(g, df, lower.tail = FALSE), criticalChiSquare = qchisq(0.95, df))
+    "G/lowerTail" = pchisq(g, df), "G/p" = pchisq(g, df, lower.tail = FALSE), criticalChiSquare = qchisq(0.95, df),
+    cohensW = sqrt(sum((peas$x / sum(peas$x) - peas$y / sum(peas$y))^2 / (peas$y / sum(peas$y)))))
   if (q != 1)
     figures <- c(figures, "GAdjusted/lowerTail" = pchisq(g / q, df), "GAdjusted/p" = pchisq(g / q, df, lower.tail = FALSE))
   row(arguments, figures)
@@ -106,12 +118,22 @@ row("ks pi_e_digits.txt",
   criticalDLargeSamples = uniroot(function(l) kolmogorov(l) - 0.05, c(1, 2), tol = 1e-12)$root / root)
 
 variances <- function(files, a, b, alpha) {
-  test <- if (var(a) > var(b)) var.test(a, b) else var.test(b, a)
+  test <- if (var(a) > var(b)) var.test(a, b, conf.level = 1 - alpha) else var.test(b, a, conf.level = 1 - alpha)
   f <- test$statistic[[1]]
   df <- test$parameter
   row(paste("variances --alpha", alpha, files),
-    p = test$p.value, lowerTail = pf(f, df[[1]], df[[2]]), criticalF = qf(1 - alpha / 2, df[[1]], df[[2]]))
+    p = test$p.value, lowerTail = pf(f, df[[1]], df[[2]]), criticalF = qf(1 - alpha / 2, df[[1]], df[[2]]),
+    "ratioLimits/lower" = test$conf.int[1], "ratioLimits/upper" = test$conf.int[2],
+    "varianceLimits1/lower" = variance_limits(a, alpha)[1], "varianceLimits1/upper" = variance_limits(a, alpha)[2],
+    "varianceLimits2/lower" = variance_limits(b, alpha)[1], "varianceLimits2/upper" = variance_limits(b, alpha)[2])
 }
 instrument <- split(resistivity$y, resistivity$x)
 variances("nist_sirstv_instrument1.txt nist_sirstv_instrument2.txt", instrument[[1]], instrument[[2]], 0.05)
 variances("nist_sirstv_instrument1.txt cavendish.txt", instrument[[1]], cavendish, 0.01)
+
+pairs <- function(arguments, x, y) {
+  test <- cor.test(x, y)
+  row(arguments, r = test$estimate[[1]], p = test$p.value, rSquared = test$estimate[[1]]^2, maximumX = max(x), maximumY = max(y),
+    "limitsR/lower" = test$conf.int[1], "limitsR/upper" = test$conf.int[2])
+}
+pairs("pairs toothgrowth_supp.txt", supplements$x, supplements$y)

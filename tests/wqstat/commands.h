@@ -48,7 +48,7 @@ inline const AnalysisCommand analyses[] = {
     {{"variances", "FILE", shipped("cavendish.txt")}, "2.5", "-", "-", 3},
     {{"variances", shipped("cavendish.txt"), "FILE"}, "2.5", " ", " ", 3},
     {{"pairs", "FILE"}, "1;2", "3;y", "y", 2},
-    {{"regress", "--model", "linear", "FILE"}, "1:2", "x:y", "y", 2},
+    {{"regress", "--model", "linear", "FILE"}, "1:2", "1:y", "y", 2},
     {{"regress", "--model", "logarithmic", "FILE"}, "1|2", "3||;:", "", 1},
     {{"regress", "--model", "exponential", "FILE"}, "1;2", "1;--2", "--2", 1},
     {{"regress", "--model", "power", "FILE"}, "1;2", "1; ", " ", 1},

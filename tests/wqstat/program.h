@@ -27,10 +27,7 @@ struct Outcome {
     std::string errors;
 };
 
-inline bool operator==(const Outcome& a, const Outcome& b)
-{
-    return a.status == b.status && a.output == b.output && a.errors == b.errors;
-}
+inline bool operator==(const Outcome& a, const Outcome& b) { return a.status == b.status && a.output == b.output && a.errors == b.errors; }
 
 inline std::ostream& operator<<(std::ostream& stream, const Outcome& outcome)
 {
@@ -58,7 +55,7 @@ inline Outcome runCommand(Words words, const Streams& streams = {})
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, streams.input.c_str(), O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, 0600);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, 0600);
     pid_t child = 0;
     const int failed = posix_spawnp(&child, argv[0], &actions, nullptr, argv.data(), environ);

@@ -2,6 +2,7 @@
 #include "commands.h"
 #include "feed.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
@@ -182,8 +183,144 @@ TEST(ErrorMatrix, binaryFile)
                                                                     "ELF\x02\x01\x01\0\0\0\n",
                                                                     11));
     expectFailures(program, program + ":1: there is a zero byte: this is no text file");
-    const std::string archive = folder.write("archive", std::string("1;2;1\n2;3;1\n4;\0\x08\n", 17));  // proves to be one only later
+    const std::string archive =
+        folder.write("archive", std::string("# a text\n# it seems\n4;\0\x08\n", 25));  // proves to be one only later
     expectFailures(archive, archive + ":3: there is a zero byte: this is no text file");
+}
+
+// ---------------------------------------------------------------- what the library would read otherwise than meant
+
+struct Misread {
+    int line;
+    Words command;
+    std::string content;
+    std::string reason;  // behind the file's name
+};
+
+const std::string longLine = "2" + std::string(254, ' ') + "\n";
+
+const Misread misreads[] = {
+    // x is no number
+    {__LINE__, {"pairs"}, "1;2\nNA;3\n", ":2: x is no number: 'NA'"},
+    {__LINE__, {"anova"}, "1;2\nctrl;4.17\ntrt;4.81\n", ":2: x is no number: 'ctrl'"},
+    {__LINE__, {"pairs"}, "1;2\n ;3\n", ":2: x is no number: ' '"},
+    {__LINE__, {"pairs"}, "1;2\n1e999;3\n", ":2: x is too large a number: '1e999'"},
+    {__LINE__, {"pairs"}, "1;2\n\r\n", ":2: the line holds only white space"},
+    {__LINE__, {"regress", "--model", "linear"}, "1;2\n  \n", ":2: the line holds only white space"},
+    // no y
+    {__LINE__, {"pairs"}, "1;2\n3\n", ":2: there is no y: '3'"},
+    {__LINE__, {"ks"}, "1;2\n3;\n", ":2: there is no y: '3;'"},
+    {__LINE__, {"multiy"}, "1;2;3\n4\n", ":2: there is no y: '4'"},
+    {__LINE__, {"multiy"}, "1;2\n3;4;1\n", ":1: no line has named a repeat count yet: '1;2'"},
+    // blanks or commas as separators
+    {__LINE__, {"pairs"}, "1;2\n3 4\n", ":2: x and y are separated by ':', ';' or '|' only: '3 4'"},
+    {__LINE__, {"pairs"}, "1;2\n3\t4\n", ":2: x and y are separated by ':', ';' or '|' only: '3\\t4'"},
+    {__LINE__, {"fit"}, "1,2\n3,4\n", ":1: x and y are separated by ':', ';' or '|' only: '1,2'"},
+    {__LINE__, {"circular"}, "1 2\n", ":1: x and y are separated by ':', ';' or '|' only: '1 2'"},
+    // an empty field
+    {__LINE__, {"pairs"}, "1;2\n1;;3\n", ":2: an empty field: '1;;3'"},
+    {__LINE__, {"pairs"}, "1;2\n;3\n", ":2: an empty field: ';3'"},
+    {__LINE__, {"pairs"}, "1;2\n1;2;;\n", ":2: an empty field: '1;2;;'"},
+    {__LINE__, {"pairs"}, "1;2\n;|:\n", ":2: an empty field: ';|:'"},
+    {__LINE__, {"circular"}, "1;\n", ":1: an empty field: '1;'"},
+    {__LINE__, {"multiy"}, "1;2;3\n1;2;\n", ":2: an empty field: '1;2;'"},
+    // a decimal comma
+    {__LINE__, {"describe"}, "1,5\n2,5\n", ":1: a decimal comma: '1,5'"},
+    {__LINE__, {"pairs"}, "1;2\n1,5;2\n", ":2: a decimal comma: '1,5'"},
+    {__LINE__, {"pairs"}, "1;2\n1;2,5\n", ":2: a decimal comma: '2,5'"},
+    {__LINE__, {"multiy"}, "1;2,5;1\n", ":1: a decimal comma: '2,5'"},
+    // more behind a number
+    {__LINE__, {"describe"}, "3.5 kg\n", ":1: text behind a number: '3.5 kg'"},
+    {__LINE__, {"describe"}, "7;8\n", ":1: text behind a number: '7;8'"},
+    {__LINE__, {"describe"}, "1.234,5\n", ":1: text behind a number: '1.234,5'"},
+    {__LINE__, {"describe"}, "information\n", ":1: text behind a number: 'information'"},  // inf is a number
+    {__LINE__, {"pairs"}, "1;2\n3 kg;4\n", ":2: text behind a number: '3 kg'"},
+    {__LINE__, {"pairs"}, "1;2\n3;4 kg\n", ":2: text behind a number: '4 kg'"},
+    {__LINE__, {"pairs"}, "1;2\n3;4;5\n", ":2: more than x and y: '3;4;5'"},
+    {__LINE__, {"multiy"}, "1;2;1\n3;4;2;5\n", ":2: more than x, y and count: '3;4;2;5'"},
+    {__LINE__, {"multiy"}, "1;2;1.5\n", ":1: text behind a number: '1.5'"},
+    // a number in a comment
+    {__LINE__, {"describe"}, "4\n4.9 # outlier?\n", ":2: a number in a comment: '4.9 # outlier?'"},
+    {__LINE__, {"pairs"}, "1;2\n-3;4 # why?\n", ":2: a number in a comment: '-3;4 # why?'"},
+    // an end marker before the last data line
+    {__LINE__, {"describe"}, "4\n<<1\n5\n6\n7\n", ":2: an end marker with a number: '<<1'"},
+    {__LINE__, {"describe"}, "4\n5\n6\n<<\n\n# more\n7\n", ":4: '<<' ends the data, but there are more on line 7"},
+    {__LINE__, {"pairs"}, "4;5\n<< end\n5;6\n", ":2: '<< end' ends the data, but there are more on line 3"},
+    // long lines
+    {__LINE__, {"describe"}, "1\n" + longLine + "3\n4\n", ":2: the line is longer than 254 characters"},
+    {__LINE__, {"pairs"}, "1;2\n#" + longLine + "3;4\n", ":2: the line is longer than 254 characters"},
+    // a byte order mark, UTF-16, gzip
+    {__LINE__,
+     {"describe"},
+     "\xef\xbb\xbf"
+     "1\n2\n3\n",
+     ":1: the file begins with a byte order mark"},
+    {__LINE__,
+     {"correlate"},
+     "\xef\xbb\xbf"
+     "# pairs\n1;2\n2;4\n",
+     ":1: the file begins with a byte order mark"},
+    {__LINE__,
+     {"describe"},
+     std::string("\xff\xfe"
+                 "1\0\n\0",
+                 6),
+     ":1: this is UTF-16: unwrap it, or name a column if it holds a table"},
+    {__LINE__,
+     {"pairs"},
+     std::string("1\0;\0"
+                 "2\0\n\0",
+                 8),
+     ":1: this is UTF-16: unwrap it, or name a column if it holds a table"},
+    {__LINE__, {"describe"}, "\x1f\x8b\x08 and so on\n", ":1: this is gzip: unwrap it, or name a column if it holds a table"},
+    // tables
+    {__LINE__,
+     {"describe"},
+     "plant,treatment,height_cm\n1,ctrl,4.17\n2,trt,5.1\n",
+     " is a table with the columns plant, treatment, height_cm: name what to use, such as --column height_cm"},
+    {__LINE__,
+     {"anova"},
+     "\xef\xbb\xbf"
+     "plant;treatment;height cm\n1;ctrl;4,17\n2;trt;5,1\n",
+     " is a table with the columns plant, treatment, height cm: name what to use, such as --group treatment --value 'height cm'"},
+    {__LINE__,
+     {"regress", "--model", "power"},
+     "# made up\nx y\n1 2\n2 3\n",
+     " is a table with the columns x, y: name what to use, such as --x x --y y"},
+    {__LINE__, {"ks"}, "class\ta\nx\t1\n", " is a table with the columns class, a: name what to use, such as --count1 a --count2 NAME"},
+};
+
+TEST(ErrorMatrix, whatTheLibraryWouldMisread)
+{
+    for (const Misread& row : misreads) {
+        const TempFolder folder;
+        const std::string file = folder.write("data", row.content);
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        expectFailure(with(row.command, {file}), cannotAnalyse(file + row.reason), [](const Words& words) { return run(words); });
+    }
+}
+
+// One separator at the end of a line takes nothing away, nor does what is no number behind the end of the data.
+TEST(ErrorMatrix, whatTheLibraryReadsAsMeantIsTaken)
+{
+    const struct {
+        int line;
+        Words command;
+        std::string content;
+    } rows[] = {
+        {__LINE__, {"pairs"}, "1;2;\n3 : 4 |\n5|6\r\n"},
+        {__LINE__, {"multiy"}, "1;2;1;\n3:4\n5|6|2 \n"},
+        {__LINE__, {"circular"}, "1\n2\n"},
+        {__LINE__, {"describe"}, " 1\n+2.\n.5 \n0x1p3\n-inf\n1e-3\t\n<<\nnotes\n"},
+        {__LINE__, {"describe"}, "#1\n # 2\nn = 3 # three values\n1\n2\n3\n"},
+    };
+    const TempFolder folder;
+    for (const auto& row : rows) {
+        const std::string file = folder.write("data", row.content);
+        const Outcome outcome = run(with(row.command, {file}));
+        EXPECT_EQ(outcome.status, done) << "row of line " << row.line << "\n" << outcome;
+        EXPECT_THAT(outcome.errors, testing::Not(testing::HasSubstr(file))) << "row of line " << row.line;
+    }
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // wqstat --plot: which file appears, what gnuplot is told to draw, and what happens when nothing can be drawn.
 #include "program.h"
 #include "data_files.h"
+#include "svg.h"
+#include "variable.h"
 
 #include <wq_stat/wq_stat.h>
 
@@ -34,28 +36,13 @@ using wq_test::Outcome;
 using wq_test::run;
 using wq_test::shipped;
 using wq_test::TempFolder;
+using wq_test::textsOf;
+using wq_test::Variable;
 using wq_test::Words;
 
 constexpr int done = 0;
 constexpr int couldNotAnalyse = 1;
 constexpr int wrongUsage = 2;
-
-// An environment variable for as long as the object lives.
-class Variable {
-public:
-    Variable(std::string variable, const std::string& value) : name(std::move(variable))
-    {
-        if (const char* const old = std::getenv(name.c_str())) before = old;
-        setenv(name.c_str(), value.c_str(), 1);
-    }
-    ~Variable() { setenv(name.c_str(), before.c_str(), 1); }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-
-private:
-    std::string name;
-    std::string before;
-};
 
 Words plotted(Words arguments, const std::string& file)
 {
@@ -86,19 +73,6 @@ private:
     std::string program;
     Variable path;
 };
-
-// The texts of an SVG file, one to a line; a parser that refuses the file is a failure.
-std::string textsOf(const std::string& svg)
-{
-    const TempFolder folder;
-    const std::string script = folder.write("texts.py", "import sys, xml.etree.ElementTree as xml\n"
-                                                        "for node in xml.parse(sys.argv[1]).iter('{http://www.w3.org/2000/svg}text'):\n"
-                                                        "    print(''.join(node.itertext()).strip())\n");
-    const std::string texts = folder.path("texts");
-    const std::string command = "PYTHONIOENCODING=utf-8 python3 '" + script + "' '" + svg + "' > '" + texts + "'";
-    EXPECT_EQ(std::system(command.c_str()), 0) << svg << " is no XML";
-    return contentOf(texts);
-}
 
 // ---------------------------------------------------------------- what gnuplot is told
 
@@ -138,7 +112,7 @@ Script scriptOf(const std::string& text)
         const std::string style = between(text + ", $layer", name + " ", ", $layer", plot);
         plot -= std::string(", $layer").size();
         std::size_t start = 0;
-        const std::string title = between(style, " title '", "'", start);
+        const std::string title = between(style, " title \"", "\"", start);
         script.layers[title.empty() ? std::to_string(layer) : title] = rows;
     }
 }
@@ -185,7 +159,7 @@ const struct Analysis {
     {__LINE__,
      {"variances", instrument1, instrument2, "--y-label", "resistivity (ohm cm)"},
      {"1 (n = 5)", "2 (n = 5)", "resistivity (ohm cm)"}},
-    {__LINE__, {"circular", "--unit", "degrees", pigeons}, {"0°", "mean vector (radius of the circle: 1)"}},
+    {__LINE__, {"circular", "--unit", "degrees", pigeons}, {"0°", "mean vector (circle: 1)"}},
     {__LINE__,
      {"circular", "--unit", "bins", "--bins", "10", "--bin0", "1", "--bin-name", "digit", digits},
      {"10", "digit, clockwise from the top"}},
@@ -252,6 +226,53 @@ TEST(Files, replaceTheFileBehindALink)
     EXPECT_THAT(contentOf(target), StartsWith("<?xml"));
 }
 
+TEST(Files, keepThePermissionsOfTheFileTheyReplace)
+{
+    const TempFolder folder;
+    const mode_t before = umask(022);
+    for (const char* const name : {"a.svg", "a.png", "link.svg"}) {
+        for (const mode_t mode : {0600U, 0640U, 0666U, 0400U}) {
+            const std::string file = folder.write(std::string("kept-") + name, "old");
+            ASSERT_EQ(chmod(file.c_str(), mode), 0);
+            std::string asked = file;
+            if (std::string(name) == "link.svg") {
+                asked = folder.path(name);
+                std::filesystem::remove(asked);
+                std::filesystem::create_symlink(file, asked);
+            }
+            EXPECT_EQ(run({"describe", cavendish, "--plot", asked}).status, done);
+            struct stat status {};
+            ASSERT_EQ(stat(file.c_str(), &status), 0);
+            EXPECT_EQ(status.st_mode & 07777, mode) << name;
+            EXPECT_NE(contentOf(file), "old");
+            std::filesystem::remove(file);
+        }
+    }
+    umask(before);
+}
+
+TEST(Files, appearWhereADanglingLinkLeads)
+{
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.path("folder"));
+    std::filesystem::create_symlink("folder/target.svg", folder.path("relative.svg"));
+    std::filesystem::create_symlink(folder.path("relative.svg"), folder.path("chain.svg"));
+    EXPECT_EQ(run({"describe", cavendish, "--plot", folder.path("chain.svg")}).status, done);
+    for (const char* const link : {"relative.svg", "chain.svg"}) EXPECT_TRUE(std::filesystem::is_symlink(folder.path(link))) << link;
+    EXPECT_THAT(contentOf(folder.path("folder/target.svg")), StartsWith("<?xml"));
+    EXPECT_THAT(filesIn(folder.path("folder")), ElementsAre("target.svg"));
+
+    // A link that leads to no place, or in a circle, is told and left.
+    std::filesystem::create_symlink("none/target.svg", folder.path("nowhere.svg"));
+    std::filesystem::create_symlink("circle.svg", folder.path("circle.svg"));
+    for (const char* const link : {"nowhere.svg", "circle.svg"}) {
+        const Outcome outcome = run({"describe", cavendish, "--plot", folder.path(link)});
+        EXPECT_EQ(outcome.status, couldNotAnalyse) << link;
+        EXPECT_THAT(outcome.errors, StartsWith("wqstat: " + folder.path(link) + ": ")) << link;
+        EXPECT_TRUE(std::filesystem::is_symlink(folder.path(link))) << link;
+    }
+}
+
 TEST(Files, areDrawnFromStandardInputToo)
 {
     const TempFolder folder;
@@ -295,13 +316,14 @@ TEST(Pictures, ofASampleHaveItsHistogramMeanAndLimits)
     EXPECT_EQ(inBars, 29.0);
     const wq_lib::basic_stat& result = sample.getResult();
     EXPECT_THAT(column(drawn.layers["mean 5.4479"], 0), ElementsAre(result.mean, result.mean));
-    const double lower = result.confidenceLimits.getLower();
-    const double upper = result.confidenceLimits.getUpper();
+    constexpr double t = 2.763262455461066;  // Student's, 28 degrees of freedom, two-sided 0.01: any table
+    const double lower = result.mean - t * result.stdError;
+    const double upper = result.mean + t * result.stdError;
     ASSERT_EQ(drawn.layers.size(), 3U) << drawn.text;
     const auto limits = std::find_if(drawn.layers.begin(), drawn.layers.end(),
                                      [](const auto& layer) { return layer.first.rfind("99 % confidence interval 5.33", 0) == 0; });
     ASSERT_NE(limits, drawn.layers.end()) << drawn.text;
-    EXPECT_THAT(column(limits->second, 0), ElementsAre(lower, lower, upper, upper));
+    EXPECT_THAT(column(limits->second, 0), Pointwise(DoubleNear(1e-9), {lower, lower, upper, upper}));
 }
 
 TEST(Pictures, ofAFrequencyTableHaveItsCounts)
@@ -327,7 +349,7 @@ TEST(Pictures, ofATableOfManyClassesDrawNeighboursTogether)
     for (const auto& bar : drawn.layers["observations"]) all += bar.at(1);
     EXPECT_EQ(drawn.layers["observations"].size(), 400U);
     EXPECT_EQ(all, 28.0) << "the library leaves the largest value out";
-    EXPECT_THAT(drawn.text, HasSubstr("'a bar is 2500 classes of 1 000 000'"));
+    EXPECT_THAT(drawn.text, HasSubstr(R"("a bar is 2500 classes of 1 000 000")"));
 }
 
 TEST(Pictures, ofPairsShowEachPairWithR)
@@ -344,14 +366,14 @@ TEST(Pictures, ofPairsShowEachPairWithR)
         std::vector<std::pair<double, double>> points;
         for (const auto& row : drawn.layers["pairs"]) points.emplace_back(row.at(0), row.at(1));
         EXPECT_EQ(points, pairs) << command;
-        EXPECT_THAT(drawn.text, HasSubstr("'r = 1, n = 36'")) << command;  // 0.999996873
+        EXPECT_THAT(drawn.text, HasSubstr(R"("r = 0.999997, n = 36")")) << command;  // 0.999996873
         const Rows means = drawn.layers["means 419.18 and 419.8"];
         ASSERT_EQ(means.size(), 4U) << command;
         EXPECT_EQ(means[0].at(0), correlation.getXyResult().x.mean);
         EXPECT_EQ(means[2].at(1), correlation.getXyResult().y.mean);
     }
     const TempFolder folder;  // r = 0.9819805060619657, the third column of the square root of (4/5)(27/28) being 26/28
-    EXPECT_THAT(script({"pairs", folder.write("a.txt", "1;1\n2;3\n3;4\n")}).text, HasSubstr("'r = 0.98198, n = 3'"));
+    EXPECT_THAT(script({"pairs", folder.write("a.txt", "1;1\n2;3\n3;4\n")}).text, HasSubstr(R"("r = 0.98198, n = 3")"));
 }
 
 // y = f(a + b g(x)), with x around its mean so that one of the drawn ones is the mean itself where g is the identity.
@@ -383,14 +405,15 @@ TEST(Pictures, ofARegressionHaveCurveAndLimits)
             // Sokal and Rohlf's standard error of an estimated Y, from the figures of the report alone.
             const double ssX = fit.residualVariance / (fit.seB * fit.seB);
             const double se = std::sqrt(fit.residualVariance * (1.0 / 11.0 + std::pow(ofX(x) - fit.meanX, 2) / ssX));
-            const double t = (fit.limitsY.getUpper() - fit.meanY) / fit.seY;
+            constexpr double t = 2.262157162854099;  // Student's, 9 degrees of freedom, two-sided 0.05: any table
             EXPECT_NEAR(limits[half + i].at(1), back(line + t * se), 1e-9 * back(line + t * se)) << name << " at " << x;
             if (std::fabs(x - 6.0) < 1e-12) atMean = i;
         }
         if (!meanIsDrawn) return;
         ASSERT_LT(atMean, half) << name;
-        EXPECT_NEAR(limits[atMean].at(1), back(fit.limitsY.getLower()), 1e-9);
-        EXPECT_NEAR(limits[half + atMean].at(1), back(fit.limitsY.getUpper()), 1e-9);
+        constexpr double t = 2.262157162854099;
+        EXPECT_NEAR(limits[atMean].at(1), back(fit.meanY - t * fit.seY), 1e-9);
+        EXPECT_NEAR(limits[half + atMean].at(1), back(fit.meanY + t * fit.seY), 1e-9);
     };
     const auto same = [](double v) { return v; };
     const auto log = [](double v) { return std::log(v); };
@@ -439,9 +462,23 @@ TEST(Pictures, ofGroupsHaveTheirObservationsAndMeans)
     std::sort(observed.begin(), observed.end());
     std::sort(observations.begin(), observations.end());
     EXPECT_EQ(observed, observations);
-    EXPECT_THAT(drawn.text, HasSubstr("set xtics out nomirror ('1' 1, '2' 2, '3' 3, '4' 4, '5' 5)"));
+    EXPECT_THAT(drawn.text, HasSubstr(R"(set xtics out nomirror ("1" 1, "2" 2, "3" 3, "4" 4, "5" 5))"));
     EXPECT_THAT(column(drawn.layers["grand mean 196.1892"], 1),
                 Pointwise(DoubleNear(1e-9), std::vector<double>(2, anova.getGrandTotal() / 25.0)));
+}
+
+// Certified by NIST for SiRstv: F = 1.18046237440255 and a variance within of 0.010831828. t0.05(2) with 20 degrees of freedom: any table.
+TEST(Pictures, ofGroupsHaveTheTestAndTheLimitsOfTheirMeans)
+{
+    Script drawn = script({"anova", resistivity});
+    EXPECT_THAT(drawn.text, HasSubstr(R"("F(4, 20) = 1.1805, p = 0.349, 5 groups, 25 observations")"));
+    const double half = 2.085963447265837 * std::sqrt(0.010831828 / 5.0);
+    const Rows bars = drawn.layers["95 % confidence limits of the mean"];
+    ASSERT_EQ(bars.size(), 5U) << drawn.text;
+    for (const auto& bar : bars) {
+        EXPECT_NEAR(bar.at(2), bar.at(1) - half, 1e-9);
+        EXPECT_NEAR(bar.at(3), bar.at(1) + half, 1e-9);
+    }
 }
 
 TEST(Pictures, ofFrequenciesHaveObservedBesideExpected)
@@ -449,7 +486,7 @@ TEST(Pictures, ofFrequenciesHaveObservedBesideExpected)
     Script drawn = script({"fit", peas});
     EXPECT_THAT(column(drawn.layers["observed"], 1), ElementsAre(315, 101, 108, 32));
     EXPECT_THAT(column(drawn.layers["expected"], 1), ElementsAre(312.75, 104.25, 104.25, 34.75));
-    EXPECT_THAT(drawn.text, HasSubstr("'chi-square = 0.47002, G = 0.47545, 4 classes'"));
+    EXPECT_THAT(drawn.text, HasSubstr(R"("chi-square = 0.47002, G = 0.47545, 4 classes")"));
 
     const TempFolder folder;  // too many classes for bars: one against the other
     std::string classes;
@@ -519,11 +556,11 @@ TEST(Pictures, ofDirectionsHaveSectorsAndTheMeanVector)
     directions.analyse();
     const auto& result = directions.getCircularResult();
     Script drawn = script({"circular", "--unit", "degrees", pigeons});
-    const Rows vector = drawn.layers["mean vector (radius of the circle: 1)"];
+    const Rows vector = drawn.layers["mean vector (circle: 1)"];
     ASSERT_EQ(vector.size(), 1U);
     EXPECT_NEAR(vector[0].at(2), result.r * std::sin(result.a), 1e-12) << "clockwise";
     EXPECT_NEAR(vector[0].at(3), result.r * std::cos(result.a), 1e-12) << "from the top";
-    EXPECT_THAT(drawn.text, HasSubstr("'n = 10, mean direction 18.052°, r = 0.79632'"));
+    EXPECT_THAT(drawn.text, HasSubstr(R"("n = 10, mean direction 18.052°, r = 0.79632")"));
     EXPECT_EQ(drawn.layers["each observation"].size(), 10U);
 
     // 12, 28, 18 and 5 degrees or so lie in the first sector of 30 degrees: areas are as the counts.
@@ -555,6 +592,233 @@ TEST(Pictures, ofBinsGiveEachItsOwnSector)
         quadrants[x > 0.0 ? (y > 0.0 ? 0 : 1) : (y > 0.0 ? 3 : 2)] = std::hypot(x, y);
     }
     EXPECT_THAT(quadrants, ElementsAre(DoubleNear(1.0, 1e-12), DoubleNear(1.0 / 3.0, 1e-12), 0.0, DoubleNear(2.0 / 3.0, 1e-12)));
+}
+
+// ---------------------------------------------------------------- for print
+
+TEST(Print, regressionsSayHowWellTheyFit)
+{
+    // Certified by NIST for Norris: R-squared 0.999993745883712.
+    EXPECT_THAT(script({"regress", "--model", "linear", norris}).text, HasSubstr("\"R\u00b2 = 0.999994, p = 4.65e-90, n = 36\""));
+    EXPECT_THAT(script({"regress", "--model", "power", norris}).text, HasSubstr("of ln y, p = "));
+}
+
+TEST(Print, residualsAreASecondPanel)
+{
+    wq_lib::LinearRegression regression;
+    regression.readDataFile(norris);
+    regression.analyse();
+    const wq_lib::regression_stat& fit = regression.getRegressionResult();
+    const Script whole = script({"regress", "--model", "linear", "--residuals", norris});
+    const std::size_t second = whole.text.find("unset label\n");
+    ASSERT_NE(second, std::string::npos);
+    EXPECT_THAT(whole.text, HasSubstr("set multiplot\n"));
+    EXPECT_THAT(whole.text, HasSubstr("unset multiplot\n"));
+    const Rows residuals = scriptOf(whole.text.substr(second)).layers["1"];
+    ASSERT_EQ(residuals.size(), 36U);
+    std::vector<double> expected;
+    for (std::size_t i = 0; i < regression.getSampleSize(); ++i)
+        expected.push_back(regression.getDataPair(i).y - fit.a - fit.b * regression.getDataPair(i).x);
+    std::vector<double> found = column(residuals, 1);
+    std::sort(expected.begin(), expected.end());
+    std::sort(found.begin(), found.end());
+    EXPECT_THAT(found, Pointwise(DoubleNear(1e-9), expected));
+}
+
+// Norris has x from 0.2 to 999 and y from 0.1 to 998: more than two decades of each.
+TEST(Print, axesAreLogarithmicWhereTheModelIs)
+{
+    const struct {
+        int line;
+        Words arguments;
+        bool x;
+        bool y;
+    } rows[] = {
+        {__LINE__, {"regress", "--model", "linear"}, false, false},
+        {__LINE__, {"regress", "--model", "logarithmic"}, true, false},
+        {__LINE__, {"regress", "--model", "exponential"}, false, true},
+        {__LINE__, {"regress", "--model", "power"}, true, true},
+        {__LINE__, {"regress", "--model", "power", "--log", "none"}, false, false},
+        {__LINE__, {"regress", "--model", "power", "--log", "y"}, false, true},
+        {__LINE__, {"regress", "--model", "linear", "--log", "xy"}, true, true},
+        {__LINE__, {"correlate"}, false, false},
+        {__LINE__, {"correlate", "--log", "x"}, true, false},
+        {__LINE__, {"pairs", "--log", "xy"}, true, true},
+    };
+    wq_lib::BasicXyStatistics pairs;
+    pairs.readDataFile(norris);
+    std::vector<double> x;
+    std::vector<double> y;
+    for (std::size_t i = 0; i < pairs.getSampleSize(); ++i) {
+        x.push_back(pairs.getDataPair(i).x);
+        y.push_back(pairs.getDataPair(i).y);
+    }
+    const auto placed = [](std::vector<double> values, bool logarithmic) {
+        for (double& value : values) value = logarithmic ? std::log10(value) : value;
+        std::sort(values.begin(), values.end());
+        return values;
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        Words arguments = row.arguments;
+        arguments.push_back(norris);
+        const Rows points = script(arguments).layers["pairs"];
+        EXPECT_THAT(placed(column(points, 0), false), Pointwise(DoubleNear(1e-12), placed(x, row.x)));
+        EXPECT_THAT(placed(column(points, 1), false), Pointwise(DoubleNear(1e-12), placed(y, row.y)));
+    }
+}
+
+TEST(Print, whatHasNoPlaceOnALogarithmicAxisIsCounted)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("a.txt", "1;10\n-2;20\n3;0\n4;1000\n100;5\n");
+    const Script drawn = script({"correlate", "--log", "xy", file});
+    EXPECT_THAT(drawn.text, HasSubstr("\"2 pairs left out: not above 0, on a logarithmic axis\""));
+    const std::string values = folder.write("b.txt", "1\n-2\n3\n1000\n");
+    EXPECT_THAT(script({"describe", "--log", "x", values}).text,
+                HasSubstr("\"1 observation left out: not above 0, on a logarithmic axis\""));
+    const std::string none = folder.write("c.txt", "-1;-2\n-3;-4\n-5;0\n");
+    EXPECT_THAT(script({"pairs", "--log", "xy", none}).text, HasSubstr("\"r = "));
+}
+
+TEST(Print, theTitleIsTheOneAskedFor)
+{
+    const TempFolder folder;
+    run({"describe", cavendish, "--plot", folder.path("a.svg"), "--title", "Density of the Earth"});
+    EXPECT_THAT("\n" + textsOf(folder.path("a.svg")), HasSubstr("\nDensity of the Earth\n"));
+    EXPECT_THAT(contentOf(folder.path("a.svg")), HasSubstr("<title>Density of the Earth</title>"));
+    run({"describe", cavendish, "--plot", folder.path("b.svg"), "--title", ""});
+    EXPECT_THAT(textsOf(folder.path("b.svg")), Not(HasSubstr("Cavendish")));
+}
+
+TEST(Print, svgFilesHaveTheirOwnTitleAndDescription)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("a.txt", "# <b> & \"so\" ]]> \x1b\n1;1\n2;3\n3;4\n");
+    run({"correlate", file, "--plot", folder.path("a.svg"), "--x-label", "<x>"});
+    textsOf(folder.path("a.svg"));  // is read by a parser
+    const std::string svg = contentOf(folder.path("a.svg"));
+    EXPECT_THAT(svg, HasSubstr("<title>&lt;b&gt; &amp; &quot;so&quot; ]]&gt; \\x1b</title>"));
+    EXPECT_THAT(svg, HasSubstr("<desc>r = 0.98198, n = 3. Across: &lt;x&gt;; upwards: y. Shown: pairs; means 2 and 2.6667.</desc>"));
+    EXPECT_THAT(svg, Not(HasSubstr("GNUPLOT")));
+}
+
+// The whole number that begins at the byte, the highest byte first.
+unsigned long bigEndian(const std::string& bytes, std::size_t start)
+{
+    unsigned long number = 0;
+    for (std::size_t i = start; i < start + 4; ++i) number = number << 8 | static_cast<unsigned char>(bytes.at(i));
+    return number;
+}
+
+TEST(Print, filesHaveTheSizeAskedFor)
+{
+    const struct {
+        int line;
+        Words options;
+        unsigned long width;  // dots of the .png
+        unsigned long height;
+        unsigned long perMetre;
+        const char* svg;
+    } rows[] = {
+        {__LINE__, {}, 800, 600, 3780, "<svg \n viewBox=\"0 0 800 600\""},
+        {__LINE__, {"--size", "400x500px"}, 400, 500, 3780, "<svg width=\"400\" height=\"500\"\n viewBox=\"0 0 400 500\""},
+        {__LINE__, {"--size", "1000x500"}, 1000, 500, 3780, "<svg width=\"1000\" height=\"500\"\n viewBox"},
+        {__LINE__, {"--size", "85x60mm"}, 1004, 709, 11811, "<svg width=\"85mm\" height=\"60mm\"\n viewBox=\"0 0 321 227\""},
+        {__LINE__, {"--size", "85x60mm", "--dpi", "600"}, 2008, 1417, 23622, "<svg width=\"85mm\""},
+        {__LINE__, {"--dpi", "192"}, 1600, 1200, 7559, "<svg \n viewBox"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const TempFolder folder;
+        for (const char* const name : {"a.png", "a.svg", "a.pdf"}) {
+            Words arguments = plotted({"describe", cavendish}, folder.path(name));
+            arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+            ASSERT_EQ(run(arguments).status, done) << name;
+        }
+        const std::string png = contentOf(folder.path("a.png"));
+        EXPECT_EQ(bigEndian(png, 16), row.width);
+        EXPECT_EQ(bigEndian(png, 20), row.height);
+        ASSERT_EQ(png.substr(37, 4), "pHYs");
+        EXPECT_EQ(bigEndian(png, 41), row.perMetre);
+        EXPECT_EQ(std::system(("python3 -c \"import sys, zlib; b = open(sys.argv[1], 'rb').read(); "
+                               "sys.exit(zlib.crc32(b[37:50]) != int.from_bytes(b[50:54], 'big'))\" '" +
+                               folder.path("a.png") + "'")
+                                  .c_str()),
+                  0)
+            << "the checksum of the chunk";
+        EXPECT_THAT(contentOf(folder.path("a.svg")), HasSubstr(row.svg));
+    }
+}
+
+TEST(Print, lettersHaveTheSizeAskedFor)
+{
+    const TempFolder folder;
+    const auto font = [&](Words options) {
+        Words arguments = plotted({"describe", cavendish}, folder.path("a.svg"));
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        EXPECT_EQ(run(arguments).status, done);
+        const std::string svg = contentOf(folder.path("a.svg"));
+        std::vector<double> sizes;  // of title, captions and ticks
+        for (std::size_t i = svg.find("font-size=\""); i != std::string::npos; i = svg.find("font-size=\"", i + 1))
+            sizes.push_back(std::strtod(svg.c_str() + i + 11, nullptr));
+        std::sort(sizes.begin(), sizes.end());
+        return sizes.empty() ? 0.0 : sizes[sizes.size() / 2];
+    };
+    constexpr double pixels = 96.0 / 72.0;  // to a point
+    EXPECT_NEAR(font({}), 11.25 * pixels, 0.01);
+    EXPECT_NEAR(font({"--font-size", "9"}), 9.0 * pixels, 0.01);
+    EXPECT_NEAR(font({"--size", "85x60mm"}), 7.0 * pixels, 0.01) << "no smaller than journals print";
+    EXPECT_NEAR(font({"--size", "85x60mm", "--font-size", "8"}), 8.0 * pixels, 0.01);
+}
+
+TEST(Print, sizesThatMakeNoSenseAreRefused)
+{
+    const struct {
+        int line;
+        Words options;
+        const char* reason;
+    } rows[] = {
+        {__LINE__, {"--size", "85"}, "--size: '85' is no size such as 85x60mm or 800x600px"},
+        {__LINE__, {"--size", "850x600cm"}, "--size: '600cm' is not a number"},
+        {__LINE__, {"--size", "x60mm"}, "--size: '' is not a number"},
+        {__LINE__, {"--size", "85x-60mm"}, "--size: '85x-60mm': a side is 30 to 1000 mm"},
+        {__LINE__, {"--size", "nanx60mm"}, "--size: 'nanx60mm': a side is 30 to 1000 mm"},
+        {__LINE__, {"--size", "99x100"}, "--size: '99x100': a side is 100 to 8000 px"},
+        {__LINE__, {"--font-size", "0"}, "--font-size: '0' is not between 2 and 100"},
+        {__LINE__, {"--dpi", "1e9"}, "--dpi: '1e9' is not between 20 and 2400"},
+        {__LINE__, {"--size", "1000x1000mm", "--dpi", "600"}, "--size and --dpi: a side is 20000 dots at most"},
+        {__LINE__, {"--log", "y"}, "--log: y not in {x,none}"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const TempFolder folder;
+        Words arguments = plotted({"describe", cavendish}, folder.path("a.png"));
+        arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, wrongUsage);
+        EXPECT_THAT(outcome.errors, StartsWith(std::string("wqstat: ") + row.reason));
+    }
+}
+
+// Values of two decimals, each as often as any other: a picture that shows stripes has made them.
+TEST(Print, evenDensitiesLookEven)
+{
+    const TempFolder folder;
+    std::string text;
+    for (int x = 0; x < 1000; x += 2)
+        for (int y = 0; y < 900; y += 2) text += std::to_string(x * 0.01) + ";" + std::to_string(y * 0.01) + "\n";
+    Script drawn = script({"correlate", folder.write("a.txt", text)});
+    std::map<std::string, double> areas;
+    double area = 0.0;
+    for (const auto& [title, rows] : drawn.layers) {
+        if (rows.empty() || rows.front().size() != 6) continue;
+        for (const auto& row : rows) areas[title] += (row.at(3) - row.at(2)) * (row.at(5) - row.at(4));
+        area += areas[title];
+    }
+    double largest = 0.0;
+    for (const auto& [title, part] : areas) largest = std::max(largest, part);
+    EXPECT_GT(largest, 0.98 * area) << "but for the cells at the edges all look the same";
 }
 
 // ---------------------------------------------------------------- odd data

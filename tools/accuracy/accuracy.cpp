@@ -4,6 +4,7 @@
 
 #include <wq_stat/distributions.h>
 
+#include <boost/math/constants/constants.hpp>
 #include <boost/math/distributions/binomial.hpp>
 #include <boost/math/distributions/chi_squared.hpp>
 #include <boost/math/distributions/fisher_f.hpp>
@@ -37,6 +38,8 @@ using Fisher = boost::math::fisher_f_distribution<double, Policy>;
 using boost::math::cdf;
 using boost::math::complement;
 using boost::math::quantile;
+
+constexpr double pi = boost::math::constants::pi<double>();
 
 using Degrees = std::vector<std::size_t>;
 const Degrees evenDegrees = {2, 4, 6, 8, 10, 12, 16, 20, 24, 30, 40, 60, 100, 200, 500, 1000};
@@ -225,7 +228,6 @@ double kolmogorovQ(double lambda)
 {
     double sum = 0.0;
     if (lambda < 1.0) {
-        const double pi = 3.14159265358979323846;
         for (int k = 1; k < 40; k += 2) sum += std::exp(-(k * k) * pi * pi / (8.0 * lambda * lambda));
         return 1.0 - std::sqrt(2.0 * pi) / lambda * sum;
     }
@@ -330,124 +332,154 @@ double rayleighExact(double z, std::size_t n)
     return 1.0 - r * sum * end / intervals / 3.0;
 }
 
+void factorials()
+{
+    Row row("factorial", "n = 0 ... 170", Measure::relative, "(for hosts)");
+    for (unsigned n = 0; n <= 170; ++n) row.take(arguments({1.0 * n}), wq_lib::factorial(n), boost::math::factorial<double>(n));
+    row.print();
+}
+
+void simpsonIntegrals()
+{
+    Row row("simpsonIntegral", "exp, sin, 1/x from a to a + 2", Measure::absolute, "(for hosts)");
+    for (const double a : {0.5, 1.0, 3.0}) {
+        row.take("exp, " + arguments({a, a + 2.0}), wq_lib::simpsonIntegral([](double x) { return std::exp(x); }, a, a + 2.0),
+                 std::exp(a + 2.0) - std::exp(a));
+        row.take("sin, " + arguments({a, a + 2.0}), wq_lib::simpsonIntegral([](double x) { return std::sin(x); }, a, a + 2.0),
+                 std::cos(a) - std::cos(a + 2.0));
+        row.take("1/x, " + arguments({a, a + 2.0}), wq_lib::simpsonIntegral([](double x) { return 1.0 / x; }, a, a + 2.0),
+                 std::log((a + 2.0) / a));
+    }
+    row.print();
+}
+
+void quadratureIntegrals()
+{
+    Row row("quadratureIntegral", "exp, sin, 1/x from a to b", Measure::absolute, "normalProb");
+    for (const double a : {0.5, 1.0, 3.0})
+        for (const double b : {4.0, 7.0}) {
+            row.take("exp, " + arguments({a, b}), wq_lib::quadratureIntegral([](double x) { return std::exp(x); }, a, b),
+                     std::exp(b) - std::exp(a));
+            row.take("sin, " + arguments({a, b}), wq_lib::quadratureIntegral([](double x) { return std::sin(x); }, a, b),
+                     std::cos(a) - std::cos(b));
+            row.take("1/x, " + arguments({a, b}), wq_lib::quadratureIntegral([](double x) { return 1.0 / x; }, a, b), std::log(b / a));
+        }
+    row.print();
+}
+
+void binomialProbabilities()
+{
+    Row row("binomial", "n to 1000, p = 0.01 ... 0.5, P above 1e-12", Measure::relative, "(for hosts)");
+    for (const std::size_t n : Degrees{1, 5, 10, 50, 100, 1000})
+        for (const double p : {0.01, 0.1, 0.3, 0.5})
+            for (std::size_t k = 0; k <= n; k += std::max<std::size_t>(1, n / 20)) {
+                const double exact = pdf(boost::math::binomial(static_cast<double>(n), p), static_cast<double>(k));
+                if (exact > 1e-12)
+                    row.take(arguments({static_cast<double>(k), static_cast<double>(n), p}), wq_lib::binomial(k, n, p), exact);
+            }
+    row.print();
+}
+
+void normalDensities()
+{
+    Row row("normalDensity", "x = -5 ... 5", Measure::relative, "normalProb");
+    const boost::math::normal normal;
+    for (double x = -5.0; x <= 5.0; x += 0.125) row.take(arguments({x}), wq_lib::normalDensity(x), pdf(normal, x));
+    row.print();
+}
+
+void fishersZ()
+{
+    Row row("z_TransformBig", "r = -0.99 ... 0.99", Measure::absolute, "correlation (limits)");
+    for (int r = -99; r <= 99; ++r) row.take(arguments({r / 100.0}), wq_lib::z_TransformBig(r / 100.0), std::atanh(r / 100.0));
+    row.print();
+}
+
+void fishersZBack()
+{
+    Row row("z_to_r", "z = -5 ... 5", Measure::absolute, "(for hosts)");
+    for (double z = -5.0; z <= 5.0; z += 0.125) row.take(arguments({z}), wq_lib::z_to_r(z), std::tanh(z));
+    row.print();
+}
+
+void criticalDOfOneSample()
+{
+    Row row("D_GoodnessOfFit", "n = 101 ... 300, alpha = 0.2 ... 0.01", Measure::relative, "(for hosts)");
+    for (const std::size_t n : Degrees{101, 200, 300})
+        for (const double alpha : {0.2, 0.1, 0.05, 0.01}) {
+            const double d = wq_lib::D_GoodnessOfFit(alpha, n);
+            row.take(arguments("%g, %zu", alpha, n), d,
+                     criticalD(alpha, d, 1e6, [n](double x) { return 1.0 - kolmogorovOneSample(x, n); }));
+        }
+    row.print();
+}
+
+void criticalDOfTwoSamples()
+{
+    Row row("D_TwoSamples", "sizes 27 ... 400, alpha = 0.2 ... 0.01, against the smallest D there can be that is significant",
+            Measure::relative, "Kolmogorov-Smirnov test (decision)");
+    for (const std::size_t n1 : Degrees{27, 40, 100, 400})
+        for (const std::size_t n2 : Degrees{27, 40, 50, 100, 400}) {
+            const auto probability = [n1, n2](double x) { return kolmogorovTwoSamples(x, n1, n2); };
+            for (const double alpha : {0.2, 0.1, 0.05, 0.01}) {
+                const double d = wq_lib::D_TwoSamples(alpha, n1, n2);
+                row.take(arguments("%g, %zu, %zu", alpha, n1, n2), d,
+                         criticalD(alpha, d, static_cast<double>(std::lcm(n1, n2)), probability));
+            }
+        }
+    row.print();
+}
+
+void rayleigh(const char* grid, const Degrees& sizes)
+{
+    Row row("rayleighsProb", grid, Measure::absolute, "circular (p)");
+    for (const std::size_t n : sizes)
+        for (double z = 0.25; z <= std::min(7.0, 0.9 * static_cast<double>(n)); z += 0.5)
+            row.take(arguments("%g, %zu", z, n), wq_lib::rayleighsProb(z, n), rayleighExact(z, n));
+    row.print();
+}
+
+void angles()
+{
+    Row row("computeAngle", "the circle in steps of 1 degree, and 1.5e-8 beside the axes", Measure::absolute, "circular");
+    const double turn = 2.0 * pi;
+    const auto take = [&](double x, double y) {
+        const double exact = std::atan2(y, x);
+        row.take(arguments({x, y}), wq_lib::computeAngle(x, y), exact < 0.0 ? exact + turn : exact);
+    };
+    for (int degree = 0; degree < 360; ++degree) take(std::cos(turn * degree / 360.0), std::sin(turn * degree / 360.0));
+    for (const double near : {1.5e-8, -1.5e-8})
+        for (const double side : {1.0, -1.0}) {
+            if (near > 0.0 || side < 0.0) take(side, near);
+            take(near, side);
+        }
+    row.print();
+}
+
 void printFurther()
 {
-    {
-        Row row("factorial", "n = 0 ... 170", Measure::relative, "(for hosts)");
-        for (unsigned n = 0; n <= 170; ++n) row.take(arguments({1.0 * n}), wq_lib::factorial(n), boost::math::factorial<double>(n));
-        row.print();
-    }
+    factorials();
     betaRatio("p and q whole, to 100", wholeShapes, wholeShapes);
     betaRatio("**p half-integer**, q whole, to 100", halfShapes, wholeShapes);
     betaRatio("p whole, **q half-integer**, to 100", wholeShapes, halfShapes);
     inverseBetaRatio("p and q whole, alpha = 0.001 ... 0.5", {0.001, 0.01, 0.05, 0.1, 0.3, 0.5}, false);
     inverseBetaRatio("p = q, whole, alpha = 0.6 ... 0.999", {0.6, 0.9, 0.95, 0.999}, true);
     inverseBetaRatio("p and q whole, **not equal, alpha = 0.6 ... 0.999**", {0.6, 0.9, 0.95, 0.999}, false);
-    {
-        Row row("simpsonIntegral", "exp, sin, 1/x from a to a + 2", Measure::absolute, "(for hosts)");
-        for (const double a : {0.5, 1.0, 3.0}) {
-            row.take("exp, " + arguments({a, a + 2.0}), wq_lib::simpsonIntegral([](double x) { return std::exp(x); }, a, a + 2.0),
-                     std::exp(a + 2.0) - std::exp(a));
-            row.take("sin, " + arguments({a, a + 2.0}), wq_lib::simpsonIntegral([](double x) { return std::sin(x); }, a, a + 2.0),
-                     std::cos(a) - std::cos(a + 2.0));
-            row.take("1/x, " + arguments({a, a + 2.0}), wq_lib::simpsonIntegral([](double x) { return 1.0 / x; }, a, a + 2.0),
-                     std::log((a + 2.0) / a));
-        }
-        row.print();
-    }
-    {
-        Row row("quadratureIntegral", "exp, sin, 1/x from a to b", Measure::absolute, "normalProb");
-        for (const double a : {0.5, 1.0, 3.0})
-            for (const double b : {4.0, 7.0}) {
-                row.take("exp, " + arguments({a, b}), wq_lib::quadratureIntegral([](double x) { return std::exp(x); }, a, b),
-                         std::exp(b) - std::exp(a));
-                row.take("sin, " + arguments({a, b}), wq_lib::quadratureIntegral([](double x) { return std::sin(x); }, a, b),
-                         std::cos(a) - std::cos(b));
-                row.take("1/x, " + arguments({a, b}), wq_lib::quadratureIntegral([](double x) { return 1.0 / x; }, a, b), std::log(b / a));
-            }
-        row.print();
-    }
-    {
-        Row row("binomial", "n to 1000, p = 0.01 ... 0.5, P above 1e-12", Measure::relative, "(for hosts)");
-        for (const std::size_t n : Degrees{1, 5, 10, 50, 100, 1000})
-            for (const double p : {0.01, 0.1, 0.3, 0.5})
-                for (std::size_t k = 0; k <= n; k += std::max<std::size_t>(1, n / 20)) {
-                    const double exact = pdf(boost::math::binomial(static_cast<double>(n), p), static_cast<double>(k));
-                    if (exact > 1e-12)
-                        row.take(arguments({static_cast<double>(k), static_cast<double>(n), p}), wq_lib::binomial(k, n, p), exact);
-                }
-        row.print();
-    }
-    {
-        Row row("normalDensity", "x = -5 ... 5", Measure::relative, "normalProb");
-        const boost::math::normal normal;
-        for (double x = -5.0; x <= 5.0; x += 0.125) row.take(arguments({x}), wq_lib::normalDensity(x), pdf(normal, x));
-        row.print();
-    }
-    {
-        Row row("z_TransformBig", "r = -0.99 ... 0.99", Measure::absolute, "correlation (limits)");
-        for (int r = -99; r <= 99; ++r) row.take(arguments({r / 100.0}), wq_lib::z_TransformBig(r / 100.0), std::atanh(r / 100.0));
-        row.print();
-    }
-    {
-        Row row("z_to_r", "z = -5 ... 5", Measure::absolute, "(for hosts)");
-        for (double z = -5.0; z <= 5.0; z += 0.125) row.take(arguments({z}), wq_lib::z_to_r(z), std::tanh(z));
-        row.print();
-    }
-    {
-        Row row("D_GoodnessOfFit", "n = 101 ... 300, alpha = 0.2 ... 0.01", Measure::relative, "(for hosts)");
-        for (const std::size_t n : Degrees{101, 200, 300})
-            for (const double alpha : {0.2, 0.1, 0.05, 0.01}) {
-                const double d = wq_lib::D_GoodnessOfFit(alpha, n);
-                row.take(arguments("%g, %zu", alpha, n), d,
-                         criticalD(alpha, d, 1e6, [n](double x) { return 1.0 - kolmogorovOneSample(x, n); }));
-            }
-        row.print();
-    }
-    {
-        Row row("D_TwoSamples", "sizes 27 ... 400, alpha = 0.2 ... 0.01, against the smallest D there can be that is significant",
-                Measure::relative, "Kolmogorov-Smirnov test (decision)");
-        for (const std::size_t n1 : Degrees{27, 40, 100, 400})
-            for (const std::size_t n2 : Degrees{27, 40, 50, 100, 400}) {
-                const auto probability = [n1, n2](double x) { return kolmogorovTwoSamples(x, n1, n2); };
-                for (const double alpha : {0.2, 0.1, 0.05, 0.01}) {
-                    const double d = wq_lib::D_TwoSamples(alpha, n1, n2);
-                    row.take(arguments("%g, %zu, %zu", alpha, n1, n2), d,
-                             criticalD(alpha, d, static_cast<double>(std::lcm(n1, n2)), probability));
-                }
-            }
-        row.print();
-    }
-    const auto rayleigh = [](const char* grid, const Degrees& sizes) {
-        Row row("rayleighsProb", grid, Measure::absolute, "circular (p)");
-        for (const std::size_t n : sizes)
-            for (double z = 0.25; z <= std::min(7.0, 0.9 * static_cast<double>(n)); z += 0.5)
-                row.take(arguments("%g, %zu", z, n), wq_lib::rayleighsProb(z, n), rayleighExact(z, n));
-        row.print();
-    };
+    simpsonIntegrals();
+    quadratureIntegrals();
+    binomialProbabilities();
+    normalDensities();
+    fishersZ();
+    fishersZBack();
+    criticalDOfOneSample();
+    criticalDOfTwoSamples();
     rayleigh("n = 7 ... 49, z to 7", {7, 8, 10, 15, 20, 30, 49});
     rayleigh("n = 50 ... 500, z to 7", {50, 100, 500});
-    {
-        Row row("computeAngle", "the circle in steps of 1 degree, and 1.5e-8 beside the axes", Measure::absolute, "circular");
-        const double turn = 2.0 * 3.14159265358979323846;
-        const auto take = [&](double x, double y) {
-            const double exact = std::atan2(y, x);
-            row.take(arguments({x, y}), wq_lib::computeAngle(x, y), exact < 0.0 ? exact + turn : exact);
-        };
-        for (int degree = 0; degree < 360; ++degree) take(std::cos(turn * degree / 360.0), std::sin(turn * degree / 360.0));
-        for (const double near : {1.5e-8, -1.5e-8})
-            for (const double side : {1.0, -1.0}) {
-                if (near > 0.0 || side < 0.0) take(side, near);
-                take(near, side);
-            }
-        row.print();
-    }
+    angles();
 }
 
-void printTable()
+void normals()
 {
-    std::puts("| function | arguments | departure | median | worst | where | shows in |");
-    std::puts("|---|---|---|---|---|---|---|");
     const boost::math::normal normal;
     {
         Row row("normalProb", "x = -5 ... 5", Measure::absolute, "(for hosts)");
@@ -464,11 +496,10 @@ void printTable()
         for (const double p : probabilities) row.take(arguments("%g", p, 0), wq_lib::normalPercentPoint(p), quantile(normal, p));
         row.print();
     }
-    tProb("even df 2 ... 1000, t = 0 ... 6", evenDegrees);
-    tProb("**odd df** 1 ... 1001, t = 0 ... 6", oddDegrees);
-    tPercentPoint("df 1", {1});
-    tPercentPoint("df 2 ... 4", {2, 3, 4});
-    tPercentPoint("df 5 ... 1001", Degrees(allDegrees.begin() + 4, allDegrees.end()));
+}
+
+void chiSquares()
+{
     {
         Row row("chiSquareProb", "df 1 ... 1001, p = 0.001 ... 0.999", Measure::absolute, "goodness of fit (p)");
         for (const std::size_t df : allDegrees)
@@ -490,6 +521,34 @@ void printTable()
     chiSquarePoint("df 1, p = 0.9 ... 0.999", {1}, upperProbabilities);
     chiSquarePoint("df 2 ... 1001, p = 0.9 ... 0.999", Degrees(allDegrees.begin() + 1, allDegrees.end()), upperProbabilities);
     chiSquarePoint("df 1 ... 1001, p = 0.001 ... 0.8", allDegrees, {0.001, 0.01, 0.05, 0.1, 0.2, 0.5, 0.8});
+}
+
+void lnGammas()
+{
+    Row row("lnGamma", "integers and half-integers to 1000", Measure::relative, "chi-square and F");
+    for (double x = 2.5; x <= 1000.0; x += 0.5) row.take(arguments("%g", x, 0), wq_lib::lnGamma(x), boost::math::lgamma(x));
+    row.print();
+}
+
+void kolmogorovs()
+{
+    Row row("D_Prob", "lambda 0.3 ... 4", Measure::absolute, "(for hosts)");
+    for (double lambda = 0.3; lambda <= 4.0; lambda += 0.05)
+        row.take(arguments("%g", lambda, 0), wq_lib::D_Prob(lambda), kolmogorovQ(lambda));
+    row.print();
+}
+
+void printTable()
+{
+    std::puts("| function | arguments | departure | median | worst | where | shows in |");
+    std::puts("|---|---|---|---|---|---|---|");
+    normals();
+    tProb("even df 2 ... 1000, t = 0 ... 6", evenDegrees);
+    tProb("**odd df** 1 ... 1001, t = 0 ... 6", oddDegrees);
+    tPercentPoint("df 1", {1});
+    tPercentPoint("df 2 ... 4", {2, 3, 4});
+    tPercentPoint("df 5 ... 1001", Degrees(allDegrees.begin() + 4, allDegrees.end()));
+    chiSquares();
     fProb("both df even", evenDegrees, evenDegrees);
     fProb("**df1 odd**, df2 even", oddDegrees, evenDegrees);
     fProb("df1 even, **df2 odd**", evenDegrees, oddDegrees);
@@ -501,17 +560,8 @@ void printTable()
                   allDegrees);
     fPercentPoint("df1 even, **df2 odd**, p = 0.9 ... 0.999", upperProbabilities, evenDegrees, oddDegrees);
     fPercentPoint("**p = 0.01 ... 0.4**, any df", {0.01, 0.05, 0.1, 0.2, 0.4}, allDegrees, allDegrees);
-    {
-        Row row("lnGamma", "integers and half-integers to 1000", Measure::relative, "chi-square and F");
-        for (double x = 2.5; x <= 1000.0; x += 0.5) row.take(arguments("%g", x, 0), wq_lib::lnGamma(x), boost::math::lgamma(x));
-        row.print();
-    }
-    {
-        Row row("D_Prob", "lambda 0.3 ... 4", Measure::absolute, "(for hosts)");
-        for (double lambda = 0.3; lambda <= 4.0; lambda += 0.05)
-            row.take(arguments("%g", lambda, 0), wq_lib::D_Prob(lambda), kolmogorovQ(lambda));
-        row.print();
-    }
+    lnGammas();
+    kolmogorovs();
     printFurther();
 }
 

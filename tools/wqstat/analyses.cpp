@@ -1,13 +1,22 @@
 // The analyses of data files. Each command is what a host does with the class: set, read, prepare, analyse, report.
 #include "analysis_command.h"
+#include "two_sample_command.h"
 
-#include "failure.h"
-#include "two_data_files.h"
+#include "command_line/failure.h"
+#include "command_line/arguments.h"
+#include "data_files/two_data_files.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <limits>
+#include <numeric>
 #include <string>
+#include <system_error>
 #include <utility>
+#include <vector>
 
 namespace wqstat {
 
@@ -17,15 +26,33 @@ namespace {
 
 constexpr std::size_t leastValues = 3;
 
+/** Rows that stand for several observations. */
+class Repeats {
+public:
+    /** @return the count as an integer. @throws CannotAnalyse when all counts together are more than can be held. */
+    std::size_t counted(double count)
+    {
+        constexpr double most = 1e9;
+        total += count;
+        if (total > most) throw CannotAnalyse("the counts add up to more than 1000000000 observations");
+        return static_cast<std::size_t>(count);
+    }
+
+private:
+    double total = 0.0;
+};
+
 class Describe final : public AnalysisCommand {
     void declareOptions(CLI::App& app) override
     {
         addReal(app, "--mu", mu, anyFinite, "mean under H0, 0 unless given");
         addReal(app, "--head", head, trimming, "fraction of the sorted sample to leave out at the low end");
         addReal(app, "--tail", tail, trimming, "fraction of the sorted sample to leave out at the high end");
+        addColumn(app, column);
     }
 
     OutputNames outputNames() const override { return {"sorted values", "values"}; }
+    PlotChoices plotChoices() const override { return {"x"}; }
 
     void run() override
     {
@@ -34,7 +61,7 @@ class Describe final : public AnalysisCommand {
         sample.setNullHypothesis(mu);
         sample.setHead(head);
         sample.setTail(tail);
-        const InputFile& input = read(sample, Layout::values);
+        const Input& input = readsTables() ? readColumn(sample) : read(sample, Layout::values);
         input.require(sample.getSampleSize(), leastValues);
         // Fractions that cross over leave an empty range, which analyse() takes for a long one.
         if (!sample.analyse() || sample.getResult().n < leastValues)
@@ -43,24 +70,35 @@ class Describe final : public AnalysisCommand {
         present(sample);
     }
 
+    const Input& readColumn(wq_lib::BasicStatistics& sample)
+    {
+        const Table& table = readTable(sample, {column.column()}, [&sample](const double* row) { sample.add(row[0]); });
+        words.xTitle = table.title(0);
+        return table;
+    }
+
     static constexpr OpenRange trimming{-std::numeric_limits<double>::denorm_min(), 1.0, "0 or more and below 1"};
 
     double mu = 0.0;
     double head = 0.0;
     double tail = 0.0;
+    ColumnOption column{"--column", ColumnKind::number, "the values"};
 };
 
 class FrequencyClasses final : public AnalysisCommand {
-    void declareOptions(CLI::App& app) override { addCount(app, "--classes", classes, 1, 1'000'000, "number of classes, 10 unless given"); }
-
-    bool hasTest() const override { return hasTextbook<wq_lib::Frequency>; }
+    void declareOptions(CLI::App& app) override
+    {
+        addCount(app, "--classes", classes, 1, 1'000'000, "number of classes, 10 unless given");
+        addColumn(app, column);
+        addColumn(app, count);
+    }
 
     OutputNames outputNames() const override { return {"sorted values", "table"}; }
 
     void run() override
     {
         wq_lib::Frequency sample;
-        const InputFile& input = read(sample, Layout::values);
+        const Input& input = readsTables() ? readColumn(sample) : read(sample, Layout::values);
         input.require(sample.getSampleSize(), leastValues);
         sample.autoClassWidth(classes);
         sample.initFrequency(sample.getClasses());
@@ -69,15 +107,32 @@ class FrequencyClasses final : public AnalysisCommand {
         present(sample);
     }
 
+    const Input& readColumn(wq_lib::Frequency& sample)
+    {
+        Repeats repeats;
+        const Table& table = readTable(sample, chosen({&column}, {&count}), [&](const double* row) {
+            for (std::size_t n = count.given() ? repeats.counted(row[1]) : 1; n > 0; --n) sample.add(row[0]);
+        });
+        words.xTitle = table.title(0);
+        return table;
+    }
+
     std::size_t classes = 10;
+    ColumnOption column{"--column", ColumnKind::number, "the values"};
+    ColumnOption count{"--count", ColumnKind::count, "how often each value occurred, once unless given", false};
 };
 
-class Variances final : public AnalysisCommand {
+class Variances final : public TwoSampleCommand {
     void declareFiles(CLI::App& app) override
     {
-        app.add_option("FILE1", firstName, "data file of the first sample; - is standard input, for one of the two")->required()->type_name("");
-        app.add_option("FILE2", secondName, "data file of the second sample")->required()->type_name("");
+        app.add_option("FILE1", firstName, "data file of the first sample; - is standard input, for one of the two")
+            ->required()
+            ->type_name("");
+        second = app.add_option("FILE2", secondName, "data file of the second sample; none where both are in one table")->type_name("");
     }
+
+    PlotChoices plotChoices() const override { return {"y"}; }
+    void declareOptions(CLI::App& app) override { declareSamples(app, true); }
 
     void declareOutputs(CLI::App&) override {}  // they belong to the analysis of one sample
 
@@ -85,41 +140,73 @@ class Variances final : public AnalysisCommand {
     {
         if (firstName == "-" && secondName == "-") throw WrongUsage("FILE2: standard input can be read only once");
         TwoDataFiles samples;
-        analyse(samples, firstName);
-        analyse(samples.second, secondName);
+        if (readsTables())
+            readTables(samples);
+        else
+            readFiles(samples);
+        samples.wq_lib::BasicStatistics::analyse();  // of the first sample; the class has an analyse() of its own
+        samples.second.analyse();
         samples.setSecondSample(samples.second.getResult());
         samples.setComment(samples.second.getComment());
         samples.analyse();
         present(samples);
     }
 
-    /** The statistics of one sample, also where the class has an analyse() of its own. */
-    void analyse(wq_lib::BasicStatistics& sample, const std::string& name)
+    void readFiles(TwoDataFiles& samples)
     {
-        read(sample, name, Layout::values).require(sample.getSampleSize(), leastValues);
-        sample.wq_lib::BasicStatistics::analyse();
+        if (second->count() == 0) throw WrongUsage("FILE2 is required");
+        read(samples, firstName, Layout::values).require(samples.getSampleSize(), leastValues);
+        read(samples.second, secondName, Layout::values).require(samples.second.getSampleSize(), leastValues);
+    }
+
+    void readTables(TwoDataFiles& samples)
+    {
+        wq_lib::BasicStatistics* const both[] = {&samples, &samples.second};
+        const Input& input = readSamples(samples, files(), [&both](std::size_t sample, double value) { both[sample]->add(value); });
+        samples.second.setSignificance(samples.getSignificance());
+        for (const wq_lib::BasicStatistics* sample : both) input.require(sample->getSampleSize(), leastValues);
+    }
+
+    std::vector<std::string> files() const
+    {
+        return second->count() == 0 ? std::vector<std::string>{firstName} : std::vector<std::string>{firstName, secondName};
     }
 
     std::string firstName;
     std::string secondName;
+    const CLI::Option* second = nullptr;
 };
 
 // ---------------------------------------------------------------- pairs
 
+const ColumnOption columnX{"--x", ColumnKind::number, "x"};
+const ColumnOption columnY{"--y", ColumnKind::number, "y"};
+
 template <typename Analysis>
 class Paired final : public AnalysisCommand {
-    bool hasTest() const override { return hasTextbook<Analysis>; }
+    void declareOptions(CLI::App& app) override
+    {
+        addColumn(app, x);
+        addColumn(app, y);
+    }
+
+    PlotChoices plotChoices() const override { return {"xy"}; }
 
     void run() override
     {
         Analysis analysis;
-        read(analysis, Layout::pairs).require(analysis.getSampleSize(), 2);
+        readPairs(analysis, x, y).require(analysis.getSampleSize(), 2);
         analysis.analyse();
         present(analysis);
     }
+
+    ColumnOption x = columnX;
+    ColumnOption y = columnY;
 };
 
 class Regress final : public AnalysisCommand {
+    PlotChoices plotChoices() const override { return {"xy", true}; }
+
     void declareOptions(CLI::App& app) override
     {
         app.add_option("--model", model,
@@ -127,6 +214,8 @@ class Regress final : public AnalysisCommand {
             ->required()
             ->check(CLI::IsMember({"linear", "logarithmic", "exponential", "power"}))
             ->type_name("MODEL");
+        addColumn(app, x);
+        addColumn(app, y);
     }
 
     void run() override
@@ -141,28 +230,34 @@ class Regress final : public AnalysisCommand {
     void fit(std::size_t leastPairs)
     {
         Model regression;
-        const InputFile& input = read(regression, Layout::pairs);
+        const Input& input = readPairs(regression, x, y);
         input.require(regression.getSampleSize(), leastPairs);
         regression.analyse();
-        if (regression.getXyResult().x.n == 0) throw CannotAnalyse(input.name() + ": no pair has the logarithms of the " + model + " model");
+        if (regression.getXyResult().x.n == 0)
+            throw CannotAnalyse(input.name() + ": no pair has the logarithms of the " + model + " model");
         present(regression);
     }
 
     std::string model;
+    ColumnOption x = columnX;
+    ColumnOption y = columnY;
 };
 
 class Anova final : public AnalysisCommand {
     void declareOptions(CLI::App& app) override
     {
         app.add_flag("--details", details, "after the table print each group and the sums behind the table");
+        addColumn(app, group);
+        addColumn(app, value);
     }
 
     OutputNames outputNames() const override { return {"groups", "groups, one per row,"}; }
+    PlotChoices plotChoices() const override { return {"y"}; }
 
     void run() override
     {
         wq_lib::SingleAnova anova;
-        read(anova, Layout::pairs).require(anova.getSampleSize(), 1);
+        readGroups(anova).require(anova.getSampleSize(), 1);
         anova.createSeries();
         anova.analyse();
         present(anova, [&] {
@@ -170,29 +265,80 @@ class Anova final : public AnalysisCommand {
         });
     }
 
+    const Input& readGroups(wq_lib::SingleAnova& anova)
+    {
+        if (!readsTables()) return read(anova, Layout::pairs);
+        const Table& table = readTable(anova, chosen({&group, &value}), [&anova](const double* row) { anova.add(row[0], row[1]); });
+        words = {table.title(0), table.title(1), "group", table.labels(0).all()};
+        return table;
+    }
+
     bool details = false;
+    ColumnOption group{"--group", ColumnKind::label, "the groups, which may be texts"};
+    ColumnOption value{"--value", ColumnKind::number, "the observations"};
 };
 
 class MultiY final : public AnalysisCommand {
+    void declareOptions(CLI::App& app) override
+    {
+        addColumn(app, x);
+        addColumn(app, y);
+        addColumn(app, count);
+    }
+
     OutputNames outputNames() const override { return {"groups", "groups, one per row,"}; }
 
     void run() override
     {
         wq_lib::LinearRegressionMultiY regression;
-        readSeries(regression).require(regression.getSampleSize(), 1);
+        (readsTables() ? readColumns(regression) : readSeries(regression)).require(regression.getSampleSize(), 1);
         regression.createSeries();
         regression.analyse();
         present(regression);
     }
+
+    const Input& readColumns(wq_lib::LinearRegressionMultiY& regression)
+    {
+        Repeats repeats;
+        const Table& table = readTable(regression, chosen({&x, &y}, {&count}), [&](const double* row) {
+            for (std::size_t n = count.given() ? repeats.counted(row[2]) : 1; n > 0; --n) regression.add(row[0], row[1]);
+        });
+        words.xTitle = table.title(0);
+        words.yTitle = table.title(1);
+        return table;
+    }
+
+    ColumnOption x = columnX;
+    ColumnOption y = columnY;
+    ColumnOption count{"--count", ColumnKind::count, "how often each pair occurred, once unless given", false};
 };
 
 // ---------------------------------------------------------------- classes
+
+/** Positive numbers between colons. @throws WrongUsage */
+std::vector<double> ratioArgument(const std::string& text)
+{
+    std::vector<double> parts;
+    for (std::size_t begin = 0; begin <= text.size();) {
+        const std::size_t end = std::min(text.find(':', begin), text.size());
+        parts.push_back(realArgument(text.substr(begin, end - begin)));
+        if (!(parts.back() > 0.0) || !std::isfinite(parts.back())) throw WrongUsage(inQuotes(text) + " is not a ratio of positive numbers");
+        begin = end + 1;
+    }
+    return parts;
+}
 
 class Fit final : public AnalysisCommand {
     void declareOptions(CLI::App& app) override
     {
         app.add_flag("--yates", yates, "Yates' continuity correction of chi-square (two classes only)");
         app.add_flag("--no-williams", noWilliams, "leave out Williams' correction of G");
+        addColumn(app, observed);
+        addColumn(app, expected);
+        addColumn(app, column);
+        const auto store = [this](const std::string& text) { ratio = readArgument("--ratio", [&] { return ratioArgument(text); }); };
+        app.add_option_function<std::string>("--ratio", store, "with --column: what the counts are expected to be like, such as 9:3:3:1")
+            ->type_name("A:B:...");
     }
 
     void run() override
@@ -200,25 +346,110 @@ class Fit final : public AnalysisCommand {
         wq_lib::GoodnessOfFit test;
         test.setYatesCorrection(yates);
         test.setWilliamsCorrection(!noWilliams);
-        read(test, Layout::pairs).require(test.getSampleSize(), 1);
+        (readsTables() ? readColumns(test) : read(test, Layout::pairs)).require(test.getSampleSize(), 1);
         test.analyse();
         present(test);
     }
 
+    const Input& readColumns(wq_lib::GoodnessOfFit& test)
+    {
+        if (column.given() != !ratio.empty()) throw WrongUsage("--column and --ratio go together");
+        if (column.given()) return readClasses(test);
+        const Table& table = readTable(test, chosen({&observed, &expected}), [&test](const double* row) { test.add(row[0], row[1]); });
+        words.yTitle = table.title(0);
+        return table;
+    }
+
+    /** Classes that the ratio gives the expected frequencies of: a column of their counts, or of labels that are to be counted. */
+    const Input& readClasses(wq_lib::GoodnessOfFit& test)
+    {
+        if (observed.given() || expected.given()) throw WrongUsage("--column and --ratio stand in place of --observed and --expected");
+        std::vector<double> counts;
+        std::vector<std::size_t> first;  // the labels of the first rows
+        const Table& table = readTable(test, {column.column()}, [&](const double* row) {
+            const auto label = static_cast<std::size_t>(row[0]);
+            counts.resize(std::max(counts.size(), label));
+            counts[label - 1] += 1.0;
+            if (first.size() <= ratio.size()) first.push_back(label);
+        });
+        words.xTitle = table.title(0);
+        std::vector<std::string> labels = table.labels(0).all();
+        if (first.size() == ratio.size() && countsOf(labels, first, counts))
+            labels.clear();
+        else
+            words.item = "class";
+        if (counts.size() != ratio.size())
+            throw CannotAnalyse(table.name() + ": " + table.title(0) + " has " + std::to_string(counts.size()) +
+                                (counts.size() == 1 ? " class" : " classes") + ", but --ratio has " + std::to_string(ratio.size()) +
+                                " parts");
+        words.labels = labels;
+        const double total = std::accumulate(counts.begin(), counts.end(), 0.0);
+        const double parts = std::accumulate(ratio.begin(), ratio.end(), 0.0);
+        for (std::size_t i = 0; i < counts.size(); ++i) test.add(counts[i], total * ratio[i] / parts);
+        return table;
+    }
+
+    /** Takes the labels of the rows for counts. @return false, with the counts unchanged, when one is none. */
+    static bool countsOf(const std::vector<std::string>& labels, const std::vector<std::size_t>& rows, std::vector<double>& counts)
+    {
+        std::vector<double> found;
+        for (const std::size_t row : rows) {
+            const std::string& text = labels[row - 1];
+            const char* const end = text.data() + text.size();
+            double count = 0.0;
+            const auto [used, error] = std::from_chars(text.data(), end, count);
+            if (used != end || error != std::errc() || !(count >= 0.0) || !std::isfinite(count)) return false;
+            found.push_back(count);
+        }
+        counts = found;
+        return true;
+    }
+
     bool yates = false;
     bool noWilliams = false;
+    ColumnOption observed{"--observed", ColumnKind::number, "the observed frequencies"};
+    ColumnOption expected{"--expected", ColumnKind::number, "the expected frequencies"};
+    ColumnOption column{"--column", ColumnKind::label, "the classes, as labels to be counted or as counts", false};
+    std::vector<double> ratio;
 };
 
-class KolmogorovSmirnov final : public AnalysisCommand {
+/** Adds the frequencies of two samples of values: every value that occurs is a class of its own, so that D is exact. */
+void addClasses(wq_lib::KolmogorovSmirnov2& test, std::array<std::vector<double>, 2>& samples)
+{
+    for (std::vector<double>& sample : samples) std::sort(sample.begin(), sample.end());
+    auto first = samples[0].cbegin();
+    auto second = samples[1].cbegin();
+    while (first != samples[0].cend() || second != samples[1].cend()) {
+        const bool isSecond = first == samples[0].cend() || (second != samples[1].cend() && *second < *first);
+        const double value = isSecond ? *second : *first;
+        const auto firstEnd = std::find_if(first, samples[0].cend(), [value](double x) { return x != value; });
+        const auto secondEnd = std::find_if(second, samples[1].cend(), [value](double x) { return x != value; });
+        test.add(static_cast<double>(firstEnd - first), static_cast<double>(secondEnd - second));
+        first = firstEnd;
+        second = secondEnd;
+    }
+}
+
+class KolmogorovSmirnov final : public TwoSampleCommand {
+    void declareFiles(CLI::App& app) override
+    {
+        app.add_option("FILE", firstName, "data file; - is standard input")->required()->type_name("");
+        second = app.add_option("FILE2", secondName, "with --column alone: the table with the second sample")->type_name("");
+    }
+
     void declareOptions(CLI::App& app) override
     {
         app.add_flag("--frequencies", frequencies, "after the report print the cumulative frequencies");
+        addColumn(app, className);
+        addColumn(app, count1);
+        addColumn(app, count2);
+        declareSamples(app, false);
     }
 
     void run() override
     {
         wq_lib::KolmogorovSmirnov2 test;
-        read(test, Layout::pairs).require(test.getSampleSize(), 1);
+        readData(test).require(test.getSampleSize(), 1);
         test.cumulative();
         test.analyse();
         present(test, [&] {
@@ -226,7 +457,52 @@ class KolmogorovSmirnov final : public AnalysisCommand {
         });
     }
 
+    const Input& readData(wq_lib::KolmogorovSmirnov2& test)
+    {
+        if (readsTables() && !namesSamples()) return readCounts(test);
+        if (readsTables()) return readValues(test);
+        if (second->count() > 0) throw WrongUsage("FILE2: --column is needed, the column of the values of both files");
+        return read(test, firstName, Layout::pairs);
+    }
+
+    const Input& readValues(wq_lib::KolmogorovSmirnov2& test)
+    {
+        if (className.given() || count1.given() || count2.given())
+            throw WrongUsage("--class, --count1 and --count2 are for counts, not for the values of two samples");
+        std::array<std::vector<double>, 2> samples;
+        const Input& input = readSamples(test, files(), [&samples](std::size_t sample, double value) { samples[sample].push_back(value); });
+        for (const std::vector<double>& sample : samples) input.require(sample.size(), 1);
+        addClasses(test, samples);
+        return input;
+    }
+
+    const Input& readCounts(wq_lib::KolmogorovSmirnov2& test)
+    {
+        std::size_t repeated = 0;  // the number of a class that is not the next one
+        const Table& table = readTable(test, firstName, chosen({&count1, &count2}, {&className}), [&](const double* row) {
+            test.add(row[0], row[1]);
+            if (className.given() && row[2] != static_cast<double>(test.getSampleSize())) repeated = static_cast<std::size_t>(row[2]);
+        });
+        if (!className.given()) return table;
+        words = {table.title(2), "", "class", table.labels(2).all()};
+        if (repeated > 0)
+            throw CannotAnalyse(table.name() + ": " + inQuotes(words.labels[repeated - 1]) + " stands in " + table.title(2) +
+                                " more than once");
+        return table;
+    }
+
+    std::vector<std::string> files() const
+    {
+        return second->count() == 0 ? std::vector<std::string>{firstName} : std::vector<std::string>{firstName, secondName};
+    }
+
+    std::string firstName;
+    std::string secondName;
+    const CLI::Option* second = nullptr;
     bool frequencies = false;
+    ColumnOption className{"--class", ColumnKind::label, "the names of the classes, whose rows are in order", false};
+    ColumnOption count1{"--count1", ColumnKind::count, "the frequencies of the first sample"};
+    ColumnOption count2{"--count2", ColumnKind::count, "the frequencies of the second sample"};
 };
 
 // ---------------------------------------------------------------- directions
@@ -240,6 +516,8 @@ class Directions final : public AnalysisCommand {
         addCount(app, "--bins", bins, 1, anyCount, "number of bins around the circle; needed for bin numbers and for grouped data");
         addReal(app, "--bin0", bin0, anyFinite, "number of the first bin, 0 unless given");
         app.add_option("--bin-name", binName, "what a bin is, such as month: printed before the number of the mean bin")->type_name("TEXT");
+        addColumn(app, column);
+        addColumn(app, count);
     }
 
     OutputNames outputNames() const override { return {"angles (in radians)", "angles (in radians)"}; }
@@ -252,7 +530,7 @@ class Directions final : public AnalysisCommand {
         directions.setBins(bins);
         directions.setBin0(bin0);
         directions.setBinName(binName);
-        const InputFile& input = read(directions, Layout::angles);
+        const Input& input = readsTables() ? readColumns(directions) : read(directions, Layout::angles);
         input.require(directions.getSampleSize(), 1);
         directions.analyse();
         if (directions.isGrouped() && bins == 0)
@@ -260,6 +538,16 @@ class Directions final : public AnalysisCommand {
         present(directions);
     }
 
+    const Input& readColumns(wq_lib::Circular& directions)
+    {
+        const Table& table = readTable(directions, chosen({&column}, {&count}),
+                                       [&](const double* row) { directions.add(row[0], count.given() ? row[1] : 0.0); });
+        words.xTitle = table.title(0);
+        return table;
+    }
+
+    ColumnOption column{"--column", ColumnKind::number, "the angles"};
+    ColumnOption count{"--count", ColumnKind::count, "the frequency of each angle, where the data are grouped", false};
     std::string unit = "radians";
     std::size_t bins = 0;
     double bin0 = 0.0;

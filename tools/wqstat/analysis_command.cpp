@@ -1,11 +1,21 @@
 #include "analysis_command.h"
 
-#include "arguments.h"
-#include "failure.h"
-#include "progress.h"
+#include "command_line/arguments.h"
+#include "command_line/command_words.h"
+#include "command_line/failure.h"
+#include "command_line/progress.h"
+#include "command_line/version_text.h"
+#include "data_files/file_identity.h"
+#include "data_files/input_file.h"
+#include "numbers/white_space.h"
+#include "results/output_file.h"
+#include "results/sha256.h"
+
+#include <unistd.h>
 
 #include <filesystem>
 #include <iostream>
+#include <string_view>
 #include <utility>
 
 namespace wqstat {
@@ -18,9 +28,11 @@ void AnalysisCommand::declare(CLI::App& app)
     declareFiles(app);
     addReal(app, "--alpha", alpha, fraction, "significance level, 0.05 unless given");
     declareOptions(app);
+    tableOptions.declareFormat(app);
+    app.add_flag("--lenient", lenient, "read a file without columns as the library does, and warn of what that makes of it");
     declareOutputs(app);
-    views.declare(app, hasTest());
-    views.declarePlot(app);
+    views.declare(app);
+    views.declarePlot(app, plotChoices());
 }
 
 void AnalysisCommand::declareFiles(CLI::App& app)
@@ -32,29 +44,59 @@ void AnalysisCommand::declareOutputs(CLI::App& app) { outputs.declare(app, outpu
 
 // ---------------------------------------------------------------- reading
 
-const InputFile& AnalysisCommand::open(const std::string& name, Layout layout, const std::function<bool(const std::string&)>& readFile)
+const Input& AnalysisCommand::open(const std::string& name, Layout layout, const std::function<bool(const std::string&)>& readFile)
 {
     inputNames.push_back(name);
-    inputs.push_back(std::make_unique<InputFile>(name, layout));
-    const InputFile& input = *inputs.back();
+    auto file = std::make_unique<InputFile>(name, layout, lenient ? Surprise::warns : Surprise::stops, tableOptions);
+    const InputFile& input = *file;
+    inputs.push_back(std::move(file));
     progress().show("reading " + input.name());
     if (!readFile(input.path())) throw CannotAnalyse(input.name() + ": reading failed");
     progress().show("analysing");
     return input;
 }
 
-const InputFile& AnalysisCommand::read(wq_lib::BasicStatistics& analysis, const std::string& name, Layout layout)
+const Input& AnalysisCommand::read(wq_lib::BasicStatistics& analysis, const std::string& name, Layout layout)
 {
     analysis.setSignificance(alpha);
     return open(name, layout, [&analysis](const std::string& path) { return analysis.readDataFile(path); });
 }
 
-const InputFile& AnalysisCommand::read(wq_lib::BasicStatistics& analysis, Layout layout) { return read(analysis, fileName, layout); }
+const Input& AnalysisCommand::read(wq_lib::BasicStatistics& analysis, Layout layout) { return read(analysis, fileName, layout); }
 
-const InputFile& AnalysisCommand::readSeries(wq_lib::LinearRegressionMultiY& analysis)
+const Input& AnalysisCommand::readSeries(wq_lib::LinearRegressionMultiY& analysis)
 {
     analysis.setSignificance(alpha);
     return open(fileName, Layout::series, [&analysis](const std::string& path) { return analysis.readSeriesFile(path); });
+}
+
+const Table& AnalysisCommand::readTable(wq_lib::BasicStatistics& analysis, const std::vector<Column>& columns, const RowHandler& takeRow)
+{
+    return readTable(analysis, fileName, columns, takeRow);
+}
+
+const Table& AnalysisCommand::readTable(wq_lib::BasicStatistics& analysis, const std::string& name, const std::vector<Column>& columns,
+                                        const RowHandler& takeRow)
+{
+    if (lenient) throw WrongUsage("--lenient is for the library's own formats; tables are always read strictly");
+    analysis.setSignificance(alpha);
+    inputNames.push_back(name);
+    auto table = std::make_unique<Table>(name, tableOptions.format());
+    table->read(columns, takeRow);
+    progress().show("analysing");
+    const Table& input = *table;
+    inputs.push_back(std::move(table));
+    if (tableOptions.verbose()) descriptions.push_back(input.description());
+    return input;
+}
+
+const Input& AnalysisCommand::readPairs(wq_lib::BasicXyStatistics& analysis, const ColumnOption& x, const ColumnOption& y)
+{
+    if (!readsTables()) return read(analysis, Layout::pairs);
+    const Table& table = readTable(analysis, chosen({&x, &y}), [&analysis](const double* row) { analysis.add(row[0], row[1]); });
+    words.xTitle = table.title(0);
+    words.yTitle = table.title(1);
+    return table;
 }
 
 // ---------------------------------------------------------------- results
@@ -62,56 +104,118 @@ const InputFile& AnalysisCommand::readSeries(wq_lib::LinearRegressionMultiY& ana
 namespace {
 
 /** Whether both names mean one file, be it there or not. */
-bool isSameFile(const std::filesystem::path& a, const std::filesystem::path& b)
+bool isSameFile(const std::string& a, const std::string& b)
 {
+    const std::optional<FileIdentity> known = identityOf(a);
+    if (known) return known == identityOf(b);
     std::error_code ignored;
-    return std::filesystem::equivalent(a, b, ignored) ||
-           std::filesystem::weakly_canonical(absolute(a), ignored) == std::filesystem::weakly_canonical(absolute(b), ignored);
+    const auto place = [&ignored](const std::string& name) { return weakly_canonical(absolute(behindLinks(name)), ignored); };
+    return place(a) == place(b);
+}
+
+/** Where the shell has put the report, the messages or what a loop reads, another file has no place. */
+void guardStandardStreams(const std::string& option, const std::string& name)
+{
+    const std::optional<FileIdentity> written = identityOf(name);
+    if (!written || !written->regular) return;
+    const std::pair<int, const char*> streams[] = {{STDIN_FILENO, "input"}, {STDOUT_FILENO, "output"}, {STDERR_FILENO, "error"}};
+    for (const auto& [stream, streamName] : streams)
+        if (written == identityOf(stream)) throw WrongUsage(option + ": " + shown(name) + " is standard " + streamName);
 }
 
 }  // namespace
 
 /** A mistyped name must not cost the data, and what cannot be drawn is said before anything is printed. */
-void AnalysisCommand::guardInputs() const
+void AnalysisCommand::guardFiles() const
 {
-    const std::pair<const char*, const std::string&> written[] = {{"--export", outputs.exportName()}, {"--plot", views.plot().fileName}};
-    std::error_code ignored;
-    for (const auto& [option, name] : written)
+    const std::string& picture = views.plot().fileName;
+    const std::string& page = views.pageName();
+    const std::pair<const char*, const std::string&> written[] = {
+        {"--export", outputs.exportName()}, {"--plot", picture}, {"--html", page}};
+    for (const auto& [option, name] : written) {
+        if (name.empty()) continue;
+        const std::optional<FileIdentity> file = identityOf(name);
         for (const auto& input : inputs)
-            if (!name.empty() && std::filesystem::equivalent(input->path(), name, ignored))
-                throw WrongUsage(std::string(option) + ": " + shown(name) + " is the data file");
-    if (views.plot().fileName.empty()) return;
-    if (!outputs.exportName().empty() && isSameFile(outputs.exportName(), views.plot().fileName))
-        throw WrongUsage("--plot: " + shown(views.plot().fileName) + " is the export file");
-    requireGnuplot();
+            if (file && file->regular && file == input->identity()) throw WrongUsage(option + (": " + shown(name)) + " is the data file");
+        guardStandardStreams(option, name);
+    }
+    const auto guardPair = [](const char* option, const std::string& name, const std::string& other, const char* what) {
+        if (!name.empty() && !other.empty() && isSameFile(name, other)) throw WrongUsage(option + (": " + shown(name)) + " is the " + what);
+    };
+    guardPair("--plot", picture, outputs.exportName(), "export file");
+    guardPair("--html", page, outputs.exportName(), "export file");
+    guardPair("--html", page, picture, "picture");
+    if (picture.empty() && page.empty()) return;
+    static_cast<void>(pictureWords());  // a size that cannot be
+    requireGnuplot(picture.empty() ? "--html" : "--plot");
 }
 
-void AnalysisCommand::printWarnings() const
+void AnalysisCommand::printWarnings(const std::vector<std::string>& ofAnalysis) const
 {
+    for (const std::string& description : descriptions) std::cerr << "wqstat: " << description << '\n';
+    if (!views.warnings()) return;
     for (const auto& input : inputs)
         for (const std::string& warning : input->warnings()) std::cerr << "wqstat: " << warning << '\n';
+    for (const std::string& warning : ofAnalysis) std::cerr << "wqstat: warning: " << warning << '\n';
+}
+
+/** What the numbers that stand for labels mean. */
+void AnalysisCommand::printKey() const
+{
+    for (std::size_t i = 0; i < words.labels.size(); ++i) std::cout << words.item << ' ' << i + 1 << ": " << shown(words.labels[i]) << '\n';
 }
 
 std::string AnalysisCommand::exportComment(const wq_lib::BasicStatistics& analysis) const
 {
-    constexpr const char* whiteSpace = " \t\n\v\f\r";
     std::string text = "wqstat " + commandName + " " + inputs.front()->name();
     const std::string comment = analysis.getComment();
-    const std::size_t begin = comment.find_first_not_of(whiteSpace);
-    if (begin != std::string::npos) text += "\n" + comment.substr(begin, comment.find_last_not_of(whiteSpace) + 1 - begin);
+    const std::string_view ownWords = wq_lib::detail::trimmed(comment);
+    if (!ownWords.empty()) text.append("\n").append(ownWords);
     return text;
 }
 
-void AnalysisCommand::reportExport(bool written) const
+void AnalysisCommand::writeExport(const std::function<bool(const std::string&)>& writeFile) const
 {
-    if (!written) throw CannotAnalyse(shown(outputs.exportName()) + ": the export cannot be written");
+    std::cout.flush();  // the export may go to the same place
+    OutputFile file(outputs.exportName(), "the export");
+    if (!writeFile(file.path())) file.fail();
+    file.keep();
 }
 
 PictureWords AnalysisCommand::pictureWords() const
 {
     std::string source = "wqstat " + commandName;
     for (const auto& input : inputs) source += " " + input->name();
-    return {source, views.plot().xLabel, views.plot().yLabel};
+    const PlotRequest& plot = views.plot();
+    const auto label = [](const std::string& given, const std::string& title) { return given.empty() ? title : given; };
+    PictureWords asked{
+        source,      plot.title,  label(plot.xLabel, words.xTitle), label(plot.yLabel, words.yTitle), plot.logarithmic, plot.residuals,
+        plot.canvas, words.labels};
+    if (plot.residuals && !asked.canvas.isGiven) asked.canvas.height = 800.0;
+    finish(asked.canvas, plot.fontSize, plot.dots);
+    return asked;
+}
+
+PageContent AnalysisCommand::pageOfInputs(const std::vector<std::size_t>& counts) const
+{
+    PageContent page;
+    page.command = commandName;
+    page.version = versionText();
+    page.commandLine = commandLine();
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+        std::error_code ignored;
+        const bool onDisk = inputNames[i] != "-" && std::filesystem::is_regular_file(inputNames[i], ignored);
+        page.files.push_back({inputs[i]->name(), counts[i], onDisk ? sha256Of(inputNames[i], inputs[i]->name()) : ""});
+        for (const std::string& warning : inputs[i]->warnings()) page.warnings.push_back(warning);
+    }
+    return page;
+}
+
+void AnalysisCommand::writePage(const PageContent& page) const
+{
+    OutputFile file(views.pageName(), "the page");
+    file.write(htmlPage(page));
+    file.keep();
 }
 
 void AnalysisCommand::list(wq_lib::BasicStatistics& analysis, ListRange range) { analysis.listData(range.from, range.to); }

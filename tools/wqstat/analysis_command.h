@@ -2,13 +2,20 @@
 #pragma once
 
 #include "command.h"
-#include "gnuplot.h"
-#include "input_file.h"
-#include "json_results.h"
-#include "options.h"
-#include "picture.h"
-#include "progress.h"
-#include "textbook.h"
+#include "pictures/gnuplot.h"
+#include "data_files/data_words.h"
+#include "data_files/input.h"
+#include "data_files/line_check.h"
+#include "data_files/table_options.h"
+#include "results/json_writer.h"
+#include "results/result_members.h"
+#include "command_line/options.h"
+#include "pictures/picture.h"
+#include "results/captured_output.h"
+#include "results/html_page.h"
+#include "command_line/progress.h"
+#include "results/textbook.h"
+#include "results/warnings.h"
 
 #include <wq_stat/wq_stat.h>
 
@@ -35,16 +42,36 @@ protected:
     /** Adds --list and --export. */
     virtual void declareOutputs(CLI::App& app);
 
-    /** Whether there is a test, and so a --textbook. */
-    virtual bool hasTest() const { return true; }
+    /** What its pictures can show besides the usual. */
+    virtual PlotChoices plotChoices() const { return {}; }
 
     /** What --list and --export put out, where it is not the usual thing. */
     virtual OutputNames outputNames() const { return {"observations", "data"}; }
 
+    /** Adds an option that names a column of a table. */
+    void addColumn(CLI::App& app, ColumnOption& column) { tableOptions.addColumn(app, column); }
+
+    /** Whether the data files are tables: a column has been named. */
+    bool readsTables() const { return tableOptions.isTable(); }
+
     /** Sets the shared options and reads the data file. */
-    const InputFile& read(wq_lib::BasicStatistics& analysis, Layout layout);
-    const InputFile& readSeries(wq_lib::LinearRegressionMultiY& analysis);
-    const InputFile& read(wq_lib::BasicStatistics& analysis, const std::string& name, Layout layout);
+    const Input& read(wq_lib::BasicStatistics& analysis, Layout layout);
+    const Input& readSeries(wq_lib::LinearRegressionMultiY& analysis);
+    const Input& read(wq_lib::BasicStatistics& analysis, const std::string& name, Layout layout);
+
+    /**
+     * Sets the shared options and hands the rows of the data file, a table, to takeRow.
+     * @throws WrongUsage where a column that is needed has not been named.
+     */
+    const Table& readTable(wq_lib::BasicStatistics& analysis, const std::vector<Column>& columns, const RowHandler& takeRow);
+    const Table& readTable(wq_lib::BasicStatistics& analysis, const std::string& name, const std::vector<Column>& columns,
+                           const RowHandler& takeRow);
+
+    /** Pairs: of two columns, where these are named, or of a file in the format of pairs. */
+    const Input& readPairs(wq_lib::BasicXyStatistics& analysis, const ColumnOption& x, const ColumnOption& y);
+
+    /** The words to show the results with, for readers of tables. */
+    DataWords words;
 
     /** Prints warnings and report, then textbook, details, listing, export and picture as the options ask; or the results as JSON. */
     template <typename Analysis>
@@ -57,37 +84,67 @@ protected:
     void present(Analysis& analysis, Details printDetails)
     {
         progress().hide();
-        guardInputs();
-        printWarnings();
+        guardFiles();
+        const auto exact = wq_exact::of(analysis);
+        Warnings warnings = warningsOf(exact, analysis);
+        if (!outputs.exportName().empty()) warnings.add(exportWarnings(analysis));
+        printWarnings(warnings.all());
+        Textbook book = textbook(exact);
         if (views.json()) {
-            std::cout << jsonDocument({commandName, inputNames, textbookOf(analysis)}, analysis);
+            book.setWarnings(warnings.all());
+            JsonWriter json(std::cout);
+            writeResults(json, {commandName, inputNames, book, words}, analysis);
         } else {
+            book.setWarnings(warnings.others);  // the block has its own words for decisions that differ
             analysis.reportConsole();
-            if (const auto book = textbookOf(analysis)) std::cout << book->block();
+            printKey();
+            if (views.textbook()) std::cout << book.block();
             printDetails();
             if (outputs.listRange()) list(analysis, *outputs.listRange());
         }
         progress().show("writing");
-        if (!outputs.exportName().empty()) reportExport(exportTo(analysis, outputs.exportName(), exportComment(analysis)));
+        if (!outputs.exportName().empty())
+            writeExport([&](const std::string& path) { return exportTo(analysis, path, exportComment(analysis)); });
         if (!views.plot().fileName.empty()) draw(picture(analysis, pictureWords()), views.plot().fileName);
+        if (!views.pageName().empty()) writePage(pageOf(analysis));
     }
 
 private:
-    const InputFile& open(const std::string& name, Layout layout, const std::function<bool(const std::string&)>& readFile);
-    void guardInputs() const;
+    const Input& open(const std::string& name, Layout layout, const std::function<bool(const std::string&)>& readFile);
+    void guardFiles() const;
 
-    /** The textbook, when it is asked for. */
     template <typename Analysis>
-    std::optional<Textbook> textbookOf(Analysis& analysis) const
+    static std::string reportOf(Analysis& analysis)
     {
-        if constexpr (hasTextbook<Analysis>)
-            if (views.textbook()) return textbook(analysis);
-        return {};
+        const CapturedOutput output;
+        analysis.reportConsole();
+        return output.text();
     }
 
-    void printWarnings() const;
+    template <typename Analysis>
+    PageContent pageOf(Analysis& analysis) const
+    {
+        PageContent page = pageOfInputs(countsOf(analysis));
+        const PictureWords wordsOfPicture = pictureWords();
+        const Picture drawn = picture(analysis, wordsOfPicture);
+        page.title = drawn.title;
+        page.statement = statementOf(analysis, {wordsOfPicture.xLabel, wordsOfPicture.yLabel});
+        page.textbook = textbook(wq_exact::of(analysis));
+        page.picture = inlineSvg(drawn, "picture-");
+        page.report = reportOf(analysis);
+        return page;
+    }
+
+    PageContent pageOfInputs(const std::vector<std::size_t>& counts) const;
+    void writePage(const PageContent& page) const;
+    static std::vector<std::size_t> countsOf(const wq_lib::BasicStatistics& analysis) { return {analysis.getSampleSize()}; }
+    static std::vector<std::size_t> countsOf(const TwoDataFiles& test) { return {test.getSampleSize(), test.second.getSampleSize()}; }
+
+    /** Of the data files and of the analysis, unless they are not wanted. */
+    void printWarnings(const std::vector<std::string>& ofAnalysis) const;
+    void printKey() const;
     std::string exportComment(const wq_lib::BasicStatistics& analysis) const;
-    void reportExport(bool written) const;
+    void writeExport(const std::function<bool(const std::string&)>& writeFile) const;
     PictureWords pictureWords() const;
 
     static void list(wq_lib::BasicStatistics& analysis, ListRange range);
@@ -99,10 +156,13 @@ private:
     std::string fileName;
     std::string commandName;
     double alpha = 0.05;
+    bool lenient = false;
     Outputs outputs;
     Views views;
     std::vector<std::string> inputNames;  // as on the command line
-    std::vector<std::unique_ptr<InputFile>> inputs;
+    std::vector<std::unique_ptr<Input>> inputs;
+    TableOptions tableOptions;
+    std::vector<std::string> descriptions;  // of tables, where they are asked for
 };
 
 }  // namespace wqstat

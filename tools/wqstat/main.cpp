@@ -1,20 +1,23 @@
 // wqstat: the analyses of the library on the command line.
-#include "arguments.h"
+#include "command_line/arguments.h"
 #include "command.h"
-#include "command_description.h"
-#include "completion.h"
-#include "failure.h"
-#include "help_formatter.h"
-#include "manual_page.h"
-#include "progress.h"
-
-#include <wq_stat/version.h>
+#include "command_line/command_description.h"
+#include "command_line/command_words.h"
+#include "command_line/completion.h"
+#include "command_line/failure.h"
+#include "command_line/help_formatter.h"
+#include "command_line/manual_page.h"
+#include "command_line/progress.h"
+#include "command_line/start_up.h"
+#include "command_line/terminal.h"
+#include "command_line/version_text.h"
 
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -22,20 +25,20 @@ namespace {
 
 using namespace wqstat;
 
+/** One line that says why. It needs no memory. */
+int failure(std::string_view text, ExitStatus status)
+{
+    progress().hide();
+    std::cerr << "wqstat: " << text << '\n';
+    return status;
+}
+
 std::vector<CommandEntry> allCommands()
 {
     std::vector<CommandEntry> all = analysisCommands();
     all.push_back(probCommand());
     all.push_back(randomCommand());
     return all;
-}
-
-std::string versionText()
-{
-    std::string identification = wq_stat_1VersionString;
-    identification.erase(0, identification.find(')') + 1);  // "@(#)" is for the program what
-    identification.erase(identification.find_last_not_of('\n') + 1);
-    return "wqstat " + shortest(wq_stat_1VersionNumber) + "\n" + identification;
 }
 
 /** The program: its options and, by subcommand, what there is to run. */
@@ -56,8 +59,8 @@ public:
         }
         app.footer(examples + "\nExit status: 0 done; 1 the data could not be analysed, or the results not written; 2 wrong usage.");
         app.set_version_flag("--version", versionText(), "Print the version and exit");
-        app.add_option("--generate", generated, "Print the man page, or completion for a shell: man, bash or fish")
-            ->check(CLI::IsMember({"man", "bash", "fish"}))
+        app.add_option("--generate", generated, "Print the man page, or completion for a shell: man, bash, fish or zsh")
+            ->check(CLI::IsMember({"man", "bash", "fish", "zsh"}))
             ->type_name("KIND");
     }
 
@@ -86,7 +89,7 @@ public:
         } catch (const CannotAnalyse& problem) {
             return failure(problem.what(), couldNotAnalyse);
         } catch (const std::bad_alloc&) {
-            return failure("there is not enough memory", couldNotAnalyse);
+            return failure(noMemory, couldNotAnalyse);
         } catch (const std::exception& problem) {
             return failure(problem.what(), couldNotAnalyse);
         }
@@ -109,6 +112,7 @@ private:
         const std::vector<OptionDescription> options = describedOptions(app).options;
         if (generated == "bash") return bashCompletion(options, descriptions);
         if (generated == "fish") return fishCompletion(options, descriptions);
+        if (generated == "zsh") return zshCompletion(options, descriptions);
         return manualPage(options, descriptions);
     }
 
@@ -116,13 +120,6 @@ private:
     {
         if (std::cout.flush()) return done;
         return failure("standard output: cannot be written", couldNotAnalyse);
-    }
-
-    static int failure(const std::string& text, ExitStatus status)
-    {
-        progress().hide();
-        std::cerr << "wqstat: " << text << '\n';
-        return status;
     }
 
     int usageFailure(const std::string& text) const
@@ -142,6 +139,13 @@ private:
 
 int main(int argc, char** argv)
 {
-    std::ios_base::sync_with_stdio(false);
-    return Program().run(argc, argv);
+    startUp();
+    try {
+        std::ios_base::sync_with_stdio(false);
+        const TerminalStreams streams;
+        keepCommandLine(argc, argv);
+        return Program().run(argc, argv);
+    } catch (const std::bad_alloc&) {  // for the options, or for the text of a message
+        return failure(noMemory, couldNotAnalyse);
+    }
 }

@@ -1,11 +1,13 @@
 // wqstat prob: the functions of the distributions header, called by name.
 #include "command.h"
 
-#include "arguments.h"
-#include "failure.h"
-#include "help_formatter.h"
-#include "progress.h"
+#include "command_line/arguments.h"
+#include "command_line/failure.h"
+#include "command_line/help_formatter.h"
+#include "command_line/progress.h"
+#include "results/figures.h"
 
+#include <wq_exact/distributions.h>
 #include <wq_stat/distributions.h>
 
 #include <algorithm>
@@ -27,6 +29,7 @@ using Integrand = double (*)(double);
 using Arguments = std::vector<std::string>;
 
 const std::pair<const char*, Integrand> integrands[] = {
+    // clang-format off
     {"exp", [](double x) { return std::exp(x); }},
     {"log", [](double x) { return std::log(x); }},
     {"sqrt", [](double x) { return std::sqrt(x); }},
@@ -35,6 +38,7 @@ const std::pair<const char*, Integrand> integrands[] = {
     {"sqr", [](double x) { return sqr(x); }},
     {"reciprocal", [](double x) { return 1.0 / x; }},
     {"normalDensity", wq_lib::normalDensity},
+    // clang-format on
 };
 
 std::string integrandNames()
@@ -68,7 +72,9 @@ struct Function {
     const char* name;
     Arguments parameters;
     const char* meaning;
-    std::function<std::string(const Arguments&)> call;  // with as many arguments as parameters
+    std::function<std::string(const Arguments&)> call;   // with as many arguments as parameters
+    std::function<double(const Arguments&)> exact = {};  // what it is named for, to the last digits; none where that is not at hand
+    bool isProbability = false;
 };
 
 std::string usageOf(const Function& function)
@@ -106,6 +112,49 @@ Function row(const char* name, Result (*function)(Parameters...), const char* me
     return description;
 }
 
+enum class Is { probability, quantile };
+
+/** A row with what the function is named for beside it. */
+template <typename... Parameters, std::size_t... i>
+double calledExact(double (*exact)(Parameters...), const Function& description, const Arguments& texts, std::index_sequence<i...>)
+{
+    return exact(argument<Parameters>(description, texts, i)...);
+}
+
+template <typename... Parameters>
+Function beside(Function approximation, Is kind, double (*exact)(Parameters...))
+{
+    approximation.isProbability = kind == Is::probability;
+    approximation.exact = [exact, approximation](const Arguments& texts) {
+        return calledExact(exact, approximation, texts, std::index_sequence_for<Parameters...>());
+    };
+    return approximation;
+}
+
+// The exact functions with the parameters of the approximations.
+
+using OfOne = double (*)(double);
+OfOne plain(double (*exact)(double) noexcept) { return exact; }
+
+double exactT(double t, std::size_t df, bool oneSided)
+{
+    return oneSided ? wq_exact::tUpperTail(t, static_cast<double>(df)) : wq_exact::tTwoSided(t, static_cast<double>(df));
+}
+double exactTPoint(double alpha, std::size_t df) { return wq_exact::tTwoSidedQuantile(alpha, static_cast<double>(df)); }
+double exactChiSquare(double x, std::size_t df) { return wq_exact::chiSquareCdf(x, static_cast<double>(df)); }
+double exactChiSquarePoint(double p, std::size_t df) { return wq_exact::chiSquareQuantile(p, static_cast<double>(df)); }
+double exactF(double f, std::size_t df1, std::size_t df2) { return wq_exact::fCdf(f, static_cast<double>(df1), static_cast<double>(df2)); }
+double exactFPoint(double p, std::size_t df1, std::size_t df2)
+{
+    return wq_exact::fQuantile(p, static_cast<double>(df1), static_cast<double>(df2));
+}
+double exactD(double alpha, std::size_t n1, std::size_t n2)
+{
+    if (wq_exact::canCountArrangements(n1, n2)) return wq_exact::smirnovUpperQuantile(alpha, n1, n2);
+    return wq_exact::kolmogorovUpperQuantile(alpha) * std::sqrt(1.0 / static_cast<double>(n1) + 1.0 / static_cast<double>(n2));
+}
+double exactRayleigh(double z, std::size_t n) { return wq_exact::rayleighUpperTail(z, static_cast<double>(n)); }
+
 std::vector<Function> functions()
 {
     using namespace wq_lib;
@@ -120,22 +169,28 @@ std::vector<Function> functions()
             "WHOLE", "TOLERANCE", "DEPTH"),
         row("binomial", binomial, "probability of k successes in n trials", "K", "N", "P"),
         row("normalDensity", normalDensity, "density of the standard normal distribution", "X"),
-        row("normalProb", normalProb, "standard normal distribution, lower tail", "X"),
-        row("normalProbApprox", normalProbApprox, "the same by a polynomial, to 2.5e-4", "X"),
-        row("normalPercentPoint", normalPercentPoint, "quantile of the standard normal distribution (lower tail p)", "P"),
-        row("t_Prob", t_Prob, "Student's t, upper tail, one- or two-sided", "T", "DF", "ONE_SIDED"),
-        row("t_PercentPoint", t_PercentPoint, "critical value of Student's t (two-sided alpha)", "ALPHA", "DF"),
-        row("chiSquareProb", chiSquareProb, "chi-square distribution, lower tail", "X", "DF"),
-        row("chiSquarePoint", chiSquarePoint, "quantile of chi-square (lower tail p)", "P", "DF"),
-        row("F_Prob", F_Prob, "F distribution, lower tail", "F", "DF1", "DF2"),
-        row("F_PercentPoint", F_PercentPoint, "quantile of F (lower tail p)", "P", "DF1", "DF2"),
+        beside(row("normalProb", normalProb, "standard normal distribution, lower tail", "X"), Is::probability, plain(wq_exact::normalCdf)),
+        beside(row("normalProbApprox", normalProbApprox, "the same by a polynomial, to 2.5e-4", "X"), Is::probability,
+               plain(wq_exact::normalCdf)),
+        beside(row("normalPercentPoint", normalPercentPoint, "quantile of the standard normal distribution (lower tail p)", "P"),
+               Is::quantile, plain(wq_exact::normalQuantile)),
+        beside(row("t_Prob", t_Prob, "Student's t, upper tail, one- or two-sided", "T", "DF", "ONE_SIDED"), Is::probability, exactT),
+        beside(row("t_PercentPoint", t_PercentPoint, "critical value of Student's t (two-sided alpha)", "ALPHA", "DF"), Is::quantile,
+               exactTPoint),
+        beside(row("chiSquareProb", chiSquareProb, "chi-square distribution, lower tail", "X", "DF"), Is::probability, exactChiSquare),
+        beside(row("chiSquarePoint", chiSquarePoint, "quantile of chi-square (lower tail p)", "P", "DF"), Is::quantile,
+               exactChiSquarePoint),
+        beside(row("F_Prob", F_Prob, "F distribution, lower tail", "F", "DF1", "DF2"), Is::probability, exactF),
+        beside(row("F_PercentPoint", F_PercentPoint, "quantile of F (lower tail p)", "P", "DF1", "DF2"), Is::quantile, exactFPoint),
         row("z_TransformBig", z_TransformBig, "Fisher's z of a correlation coefficient", "R"),
         row("z_TransformSmall", z_TransformSmall, "the same with a correction for small samples", "R", "N"),
         row("z_to_r", z_to_r, "correlation coefficient of Fisher's z", "Z"),
         row("D_GoodnessOfFit", D_GoodnessOfFit, "critical value of D, one sample; 0: none available", "ALPHA", "N"),
-        row("D_TwoSamples", D_TwoSamples, "critical value of D, two samples; 0: none available", "ALPHA", "N1", "N2"),
-        row("D_Prob", D_Prob, "significance of Kolmogorov's statistic, upper tail", "LAMBDA"),
-        row("rayleighsProb", rayleighsProb, "significance of Rayleigh's z, upper tail", "Z", "N"),
+        beside(row("D_TwoSamples", D_TwoSamples, "critical value of D, two samples; 0: none available", "ALPHA", "N1", "N2"), Is::quantile,
+               exactD),
+        beside(row("D_Prob", D_Prob, "significance of Kolmogorov's statistic, upper tail", "LAMBDA"), Is::probability,
+               plain(wq_exact::kolmogorovUpperTail)),
+        beside(row("rayleighsProb", rayleighsProb, "significance of Rayleigh's z, upper tail", "Z", "N"), Is::probability, exactRayleigh),
         row("degreeToRadian", degreeToRadian, "degrees to radians", "DEGREES"),
         row("radianToDegree", radianToDegree, "radians to degrees", "RADIANS"),
         row("computeResultant", computeResultant, "length of the vector (x, y)", "X", "Y"),
@@ -171,13 +226,13 @@ public:
     {
         std::cout.rdbuf(output);
         progress().hide();
-        std::cerr << messages.str();
+        if (messages.tellp() > 0) std::cerr << messages.rdbuf();
     }
     MessagesToError(const MessagesToError&) = delete;
     MessagesToError& operator=(const MessagesToError&) = delete;
 
 private:
-    std::ostringstream messages;
+    std::stringstream messages;
     std::streambuf* output;
 };
 
@@ -185,11 +240,14 @@ class Prob final : public Command {
     void declare(CLI::App& app) override
     {
         app.add_flag("--list", list, "list the functions, with arguments and meaning");
+        app.add_flag("--exact", exact, "print what the function is named for to the last digits, not the library's approximation");
+        app.add_flag("--no-warnings", withoutWarnings, "do not say where the approximation is off by more than 1 % or is no probability");
         app.allow_extras();  // not as options, so that arguments like -.5 and -inf are none
         app.formatter(std::make_shared<HelpFormatter>("FUNCTION ARGUMENTS..."));
         app.footer("Prints the value with as many digits as tell it from every other.\n"
                    "DF, N and K are whole numbers of 0 or more. ONE_SIDED is 1, true or one for one side, 0, false or two for both.\n"
-                   "INTEGRAND is one of " + integrandNames() + ".");
+                   "INTEGRAND is one of " +
+                   integrandNames() + ".");
         subcommand = &app;
     }
 
@@ -217,7 +275,25 @@ class Prob final : public Command {
         if (texts.size() != function->parameters.size())
             throw WrongUsage(usageOf(*function) + ": " + std::to_string(texts.size()) + " arguments given, " +
                              std::to_string(function->parameters.size()) + " needed");
-        std::cout << valueOf(*function, texts) << '\n';
+        if (exact) {
+            if (!function->exact) throw WrongUsage("--exact: " + inQuotes(function->name) + " has no exact value here");
+            std::cout << shortest(function->exact(texts)) << '\n';
+            return;
+        }
+        const std::string value = valueOf(*function, texts);
+        if (function->exact && !withoutWarnings) warn(*function, realArgument(value), function->exact(texts));
+        std::cout << value << '\n';
+    }
+
+    static void warn(const Function& function, double value, double exactValue)
+    {
+        constexpr double tolerance = 0.01;
+        if (std::isnan(exactValue) || value == exactValue) return;
+        const bool isNone = function.isProbability && !(value >= 0.0 && value <= 1.0);
+        if (!isNone && std::fabs(value - exactValue) <= tolerance * std::fabs(exactValue)) return;
+        progress().hide();
+        std::cerr << "wqstat: warning: " << function.name << " is an approximation" << (isNone ? ", and this is no probability" : "")
+                  << ": the exact value is " << figures(exactValue, 6) << '\n';
     }
 
     static std::string valueOf(const Function& function, const Arguments& texts)
@@ -228,14 +304,13 @@ class Prob final : public Command {
     }
 
     bool list = false;
+    bool exact = false;
+    bool withoutWarnings = false;
     CLI::App* subcommand = nullptr;
 };
 
 }  // namespace
 
-CommandEntry probCommand()
-{
-    return {"prob", "value of a distribution function", "wqstat prob t_PercentPoint 0.05 10", make<Prob>};
-}
+CommandEntry probCommand() { return {"prob", "value of a distribution function", "wqstat prob t_PercentPoint 0.05 10", make<Prob>}; }
 
 }  // namespace wqstat

@@ -1,10 +1,10 @@
 // wqstat random: numbers from the library's generator.
 #include "command.h"
 
-#include "arguments.h"
-#include "failure.h"
-#include "options.h"
-#include "progress.h"
+#include "command_line/arguments.h"
+#include "command_line/failure.h"
+#include "command_line/options.h"
+#include "command_line/progress.h"
 
 #include <wq_stat/random.h>
 
@@ -20,6 +20,16 @@ namespace wqstat {
 namespace {
 
 constexpr std::size_t largestInteger = std::numeric_limits<unsigned int>::max();
+
+/** The library's generator, started from any seed as it starts itself from 0. */
+class Generator final : public wq_lib::RandomCpp11 {
+public:
+    void start(unsigned int seed)
+    {
+        engine.seed(seed);
+        warmUp(1000);
+    }
+};
 
 class RandomNumbers final : public Command {
     void declare(CLI::App& app) override
@@ -40,14 +50,14 @@ class RandomNumbers final : public Command {
         CLI::Option* const highOption = addCount(app, "--high", high, 0, largestInteger, "with --integers and --low: the largest");
         CLI::Option* const countOption =
             addCount(app, "--count", count, 0, anyCount, "with --weights: how many positions to draw, 1 unless given");
+        addCount(app, "--seed", seed, 0, largestInteger, "where the generator starts, 0 unless given");
         for (CLI::Option* const option : {maxOption, lowOption, highOption}) option->needs(integersOption);
         for (CLI::Option* const option : {lowOption, highOption}) maxOption->excludes(option);
         lowOption->needs(highOption);
         highOption->needs(lowOption);
         countOption->needs(weightsOption);
-        app.footer(
-            "The generator is a Mersenne Twister that starts in the same state in every run: the same command prints the same numbers.\n"
-            "Probabilities are neither checked for their sum nor scaled; a draw beyond their sum prints the number of weights.");
+        app.footer("The generator is a Mersenne Twister that starts with the seed in every run: the same command prints the same numbers.\n"
+                   "Probabilities are neither checked for their sum nor scaled; a draw beyond their sum prints the number of weights.");
     }
 
     void run() override
@@ -55,10 +65,12 @@ class RandomNumbers final : public Command {
         if (std::none_of(kinds.begin(), kinds.end(), [](const CLI::Option* kind) { return kind->count() > 0; }))
             throw WrongUsage("one of --integers, --reals and --weights is required");
         if (low > high) throw WrongUsage("--low: " + std::to_string(low) + " is more than --high " + std::to_string(high));
+        Generator generator;
+        generator.start(static_cast<unsigned int>(seed));
         print(integers,
-              [&] { return std::to_string(wq_lib::Random.getInteger(static_cast<unsigned int>(low), static_cast<unsigned int>(high))); });
-        print(reals, [&] { return shortest(wq_lib::Random.getReal()); });
-        if (!weights.empty()) print(count, [&] { return std::to_string(wq_lib::Random.getInteger(weights)); });
+              [&] { return std::to_string(generator.getInteger(static_cast<unsigned int>(low), static_cast<unsigned int>(high))); });
+        print(reals, [&] { return shortest(generator.getReal()); });
+        if (!weights.empty()) print(count, [&] { return std::to_string(generator.getInteger(weights)); });
     }
 
     void setWeights(const std::string& text)
@@ -86,6 +98,7 @@ class RandomNumbers final : public Command {
     std::size_t reals = 0;
     std::vector<double> weights;
     std::size_t count = 1;
+    std::size_t seed = 0;
     std::size_t low = 0;
     std::size_t high = largestInteger;
 };
@@ -94,7 +107,8 @@ class RandomNumbers final : public Command {
 
 CommandEntry randomCommand()
 {
-    return {"random", "random numbers, the same in every run", "wqstat random --integers 6 --low 1 --high 49", make<RandomNumbers>};
+    return {"random", "random numbers, the same in every run with the same seed", "wqstat random --integers 6 --low 1 --high 49",
+            make<RandomNumbers>};
 }
 
 }  // namespace wqstat

@@ -47,7 +47,8 @@ public:
  * read.table(file, header = TRUE, sep = "\t", quote = "\"", comment.char = "#").
  *
  * The separator stands between cells: after a cell whose flag says that more follow, and before a cell
- * that comes although the one before it said that none would. No row ends in a separator that no cell asked for.
+ * that comes although the one before it said that none would, also where the file was closed in the meantime and opened again to append.
+ * No row ends in a separator that no cell asked for.
  * A text that holds the separator, a double quote, a '#' or a line break is put in double quotes, inner quotes doubled.
  * Numbers have a decimal point and no grouping, whatever the locale.
  */
@@ -60,6 +61,7 @@ public:
     void setSeparator(char character) { separator = character; }
     char getSeparator() const { return separator; }  ///< the character, as set
 
+    /** As WriteFile; a new file begins with a new row, one that is appended to goes on with the row it ends in. */
     bool fileOpen() override;
 
     void writeComment(const std::string& text) override;

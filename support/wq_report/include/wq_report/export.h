@@ -4,8 +4,11 @@
 /// @file
 /// What is visible outside libwq_report.
 
-/// Marks what libwq_report offers to hosts; everything else in the library is hidden.
-#if defined(_WIN32)
+/// Marks what libwq_report offers to hosts; everything else in the library is hidden. Nothing, where the library is
+/// static (WQ_STATIC_LIBRARIES, which its CMake target defines): it becomes a part of the host.
+#if defined(WQ_STATIC_LIBRARIES)
+#  define WQ_REPORT_EXPORT
+#elif defined(_WIN32)
 #  if defined(WQ_REPORT_BUILDING)
 #    define WQ_REPORT_EXPORT __declspec(dllexport)
 #  else

@@ -1,0 +1,134 @@
+#include <wq_exact/groups.h>
+
+#include <wq_exact/distributions.h>
+
+#include "tests_of_hypotheses.h"
+
+#include <wq_stat/distributions.h>
+
+#include <cmath>
+#include <cstddef>
+#include <vector>
+
+namespace wq_exact {
+
+namespace {
+
+/** The mean, also where the values are large and lie close together. */
+long double meanOf(const std::vector<double>& values)
+{
+    if (values.empty()) return 0.0L;
+    long double sum = 0.0L;
+    for (const double y : values) sum += static_cast<long double>(y) - values.front();
+    return values.front() + sum / static_cast<long double>(values.size());
+}
+
+long double sizeOf(const wq_lib::anova_group& group) { return static_cast<long double>(group.observations.size()); }
+
+/** Sums of squares from deviations. The classes take differences of sums, of which no digit may be left. */
+struct Variation {
+    explicit Variation(const wq_lib::SingleAnova& anova)
+    {
+        const std::vector<wq_lib::anova_group>& groups = anova.getGroups();
+        for (const wq_lib::anova_group& group : groups) n += sizeOf(group);
+        const long double origin = groups.empty() ? 0.0L : meanOf(groups.front().observations);
+        for (const wq_lib::anova_group& group : groups) {
+            if (group.observations.empty()) continue;
+            ++count;
+            meanX += sizeOf(group) / n * group.id;
+            meanY += sizeOf(group) / n * (meanOf(group.observations) - origin);
+        }
+        for (const wq_lib::anova_group& group : groups) {
+            const long double mean = meanOf(group.observations);
+            const long double deviation = mean - origin - meanY;
+            const long double distance = group.id - meanX;
+            ssAmong += sizeOf(group) * deviation * deviation;
+            ssX += sizeOf(group) * distance * distance;
+            spXY += sizeOf(group) * distance * deviation;
+            for (const double y : group.observations) ssWithin += (y - mean) * (y - mean);
+        }
+        meanY += origin;
+    }
+
+    long double count = 0.0L;  ///< of groups with observations
+    long double n = 0.0L;
+    long double meanX = 0.0L;  ///< of the groups' x, as the regression sees them
+    long double meanY = 0.0L;
+    long double ssAmong = 0.0L;
+    long double ssWithin = 0.0L;
+    long double ssX = 0.0L;
+    long double spXY = 0.0L;
+};
+
+SourceOfVariation source(long double df, long double sumOfSquares)
+{
+    const auto ss = static_cast<double>(sumOfSquares);
+    return {static_cast<double>(df), ss, df > 0.0L ? static_cast<double>(sumOfSquares / df) : none};
+}
+
+AnovaResult anovaOf(const Variation& v, double alpha)
+{
+    AnovaResult exact;
+    exact.among = source(v.count - 1.0L, v.ssAmong);
+    exact.within = source(v.n - v.count, v.ssWithin);
+    exact.total = source(v.n - 1.0L, v.ssAmong + v.ssWithin);
+    exact.F = detail::upperF(exact.among.meanSquare / exact.within.meanSquare, exact.among.df, exact.within.df, alpha);
+    exact.lowerTail = fCdf(exact.F.statistic, exact.among.df, exact.within.df);
+    exact.etaSquared = exact.among.sumOfSquares / exact.total.sumOfSquares;
+    exact.omegaSquared =
+        (exact.among.sumOfSquares - exact.among.df * exact.within.meanSquare) / (exact.total.sumOfSquares + exact.within.meanSquare);
+    exact.criticalT = tTwoSidedQuantile(alpha, exact.within.df);
+    return exact;
+}
+
+}  // namespace
+
+Limits AnovaResult::meanLimits(const wq_lib::anova_group& group) const noexcept
+{
+    const auto n = static_cast<double>(group.observations.size());
+    return detail::around(static_cast<double>(meanOf(group.observations)), criticalT * std::sqrt(within.meanSquare / n));
+}
+
+AnovaResult of(const wq_lib::SingleAnova& anova) noexcept
+{
+    const double alpha = anova.getSignificance();
+    AnovaResult exact = anovaOf(Variation(anova), alpha);
+    // As the report decides; the class has no operation for it.
+    exact.F.acceptedByReport = !(anova.getAmong().fs > wq_lib::F_PercentPoint(1.0 - alpha, anova.getAmong().df, anova.getWithin().df));
+    return exact;
+}
+
+/** The class always gives the deviations 2 degrees of freedom, and fits no line where it sees none; here both are done by the book. */
+MultiYResult of(const wq_lib::LinearRegressionMultiY& regression) noexcept
+{
+    const double alpha = regression.getSignificance();
+    const Variation v(regression);
+    const long double b = v.spXY / v.ssX;
+    long double deviations = 0.0L;  // not a difference of sums of squares
+    for (const wq_lib::anova_group& group : regression.getGroups()) {
+        const long double distance = meanOf(group.observations) - v.meanY - b * (group.id - v.meanX);
+        deviations += sizeOf(group) * distance * distance;
+    }
+
+    MultiYResult exact;
+    exact.groups = anovaOf(v, alpha);
+    exact.regression = source(1.0L, b * v.spXY);
+    exact.deviations = source(v.count - 2.0L, deviations);
+    const double df = exact.deviations.df;
+    const double ms = exact.deviations.meanSquare;
+    exact.deviationsF = detail::upperF(ms / exact.groups.within.meanSquare, df, exact.groups.within.df, alpha);
+    exact.deviationsLowerTail = fCdf(exact.deviationsF.statistic, df, exact.groups.within.df);
+    exact.regressionF = exact.regression.meanSquare / ms;
+    exact.a = static_cast<double>(v.meanY - b * v.meanX);
+    exact.b = static_cast<double>(b);
+    exact.seB = static_cast<double>(std::sqrt(ms / v.ssX));
+    exact.meanX = static_cast<double>(v.meanX);
+    exact.meanY = static_cast<double>(v.meanY);
+    exact.slope = detail::twoSidedT(exact.b / exact.seB, df, alpha);
+    exact.slope.acceptedByReport = !regression.isComputeRegression();
+    exact.slopeLimits = detail::around(exact.b, exact.slope.criticalValue * exact.seB);
+    exact.rSquared = exact.regression.sumOfSquares / exact.groups.total.sumOfSquares;
+    return exact;
+}
+
+}  // namespace wq_exact

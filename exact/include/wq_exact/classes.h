@@ -1,0 +1,59 @@
+#ifndef WQ_EXACT_CLASSES_H
+#define WQ_EXACT_CLASSES_H
+
+/// @file
+/// Exact figures of frequencies in classes: goodness of fit, and two samples by Kolmogorov and Smirnov.
+
+#include <wq_exact/export.h>
+#include <wq_exact/test.h>
+#include <wq_stat/goodness_fit.h>
+#include <wq_stat/kolmogorov.h>
+
+#include <cstddef>
+#include <optional>
+
+namespace wq_exact {
+
+/** Observed against expected frequencies. */
+struct GoodnessOfFitResult {
+    Test chiSquare;                    ///< with Yates' correction where that is on; the report states one decision on all
+    Test G;                            ///< a class with nothing observed adds nothing
+    std::optional<Test> GAdjusted;     ///< with Williams' correction; nothing where that is off
+    double chiSquareLowerTail = none;  ///< P(chi-square <= statistic)
+    double GLowerTail = none;          ///< P(chi-square <= G)
+    double GAdjustedLowerTail = none;  ///< P(chi-square <= adjusted G)
+    Decision decision;      ///< H0 is accepted when each of the tests that have a p accepts it; none with a class where nothing is expected
+    double p = none;        ///< the smallest p of them
+    double cohensW = none;  ///< sqrt(sum (o - e)^2 / e) of the shares o and e
+    double sumObserved = 0.0;                ///< observed in all classes
+    double sumExpected = 0.0;                ///< expected in all classes
+    double smallestExpected = none;          ///< the smallest expected frequency
+    std::size_t classes = 0;                 ///< number of classes
+    std::size_t classesBelowFive = 0;        ///< classes in which less than 5 are expected: too few for a chi-square distribution
+    std::size_t classesWithoutExpected = 0;  ///< classes in which nothing is expected, or less: there is no test
+
+    /** @return whether the object's own report decides differently. */
+    bool reportDiffers() const noexcept { return decision.reportDiffers(); }
+};
+
+/** @param test after analyse(), with the classes it has analysed. @return the exact figures; NaN where there are none, as for one class. */
+WQ_EXACT_EXPORT GoodnessOfFitResult of(const wq_lib::GoodnessOfFit& test) noexcept;
+
+/** The distributions of two samples. */
+struct KolmogorovSmirnovResult {
+    Test largeSamples;                    ///< by Kolmogorov's limit; statistic D
+    std::optional<Test> allArrangements;  ///< by counting; nothing for samples too large for it
+    Decision decision;                    ///< by the count where there is one
+    double p = none;                      ///< of the decision
+    bool reportHasCriticalValue = false;  ///< whether D_TwoSamples() offers one for these sizes; without it the report accepts D = 0 alone
+
+    /** @return whether the object's own report decides differently. */
+    bool reportDiffers() const noexcept { return decision.reportDiffers(); }
+};
+
+/** @param test after analyse(). @return the exact figures; NaN where there are none, as without a second sample. */
+WQ_EXACT_EXPORT KolmogorovSmirnovResult of(const wq_lib::KolmogorovSmirnov2& test) noexcept;
+
+}  // namespace wq_exact
+
+#endif

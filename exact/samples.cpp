@@ -1,0 +1,83 @@
+#include <wq_exact/samples.h>
+
+#include <wq_exact/distributions.h>
+
+#include "tests_of_hypotheses.h"
+
+#include <wq_stat/distributions.h>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace wq_exact {
+
+namespace {
+
+/** The values of a sample. */
+struct StoredValues : wq_lib::BasicStatistics {
+    static const std::vector<double>& of(const wq_lib::BasicStatistics& sample) { return sample.*(&StoredValues::data); }
+};
+
+/** Calls work with each value in the data range. */
+template <typename Work>
+void eachValue(const wq_lib::BasicStatistics& sample, Work work)
+{
+    const std::vector<double>& values = StoredValues::of(sample);
+    for (std::size_t i = sample.getDataStart(); i < values.size() && i <= sample.getDataEnd(); ++i) work(values[i]);
+}
+
+}  // namespace
+
+OneSampleResult of(const wq_lib::BasicStatistics& sample) noexcept
+{
+    const wq_lib::basic_stat& result = sample.getResult();
+    const double alpha = sample.getSignificance();
+    const double df = detail::degrees(result.n, 1);
+    const double mu = sample.getNullHypothesis();
+    const double t = sample.StudentOfMeans(result.mean, result.sampleVariance, mu, result.n);
+
+    OneSampleResult exact;
+    exact.mean = detail::twoSidedT(t, df, alpha);
+    exact.mean.acceptedByReport = std::fabs(t) < std::fabs(wq_lib::t_PercentPoint(alpha / 2.0, result.n - 1));  // acceptH0()
+    exact.criticalHalfAlpha = tTwoSidedQuantile(alpha / 2.0, df);
+    exact.meanLimits = detail::around(result.mean, exact.mean.criticalValue * result.stdError);
+    if (result.sampleVariance > 0.0) exact.varianceLimits = detail::varianceLimits(result.sampleVariance, df, alpha);
+    exact.cohensD = (result.mean - mu) / sample.standardDeviation(result.sampleVariance);
+    eachValue(sample, [&exact](double value) { exact.maximum = std::fmax(exact.maximum, value); });
+    return exact;
+}
+
+TwoVariancesResult of(const wq_lib::TwoSamples& samples) noexcept
+{
+    const double alpha = samples.getSignificance();
+    const double df1 = static_cast<double>(samples.getDf1());
+    const double df2 = static_cast<double>(samples.getDf2());
+    const double F = samples.getF();
+
+    TwoVariancesResult exact;
+    exact.ratio = detail::twoSidedF(F, df1, df2, alpha);
+    exact.ratio.acceptedByReport = samples.getCriticalF() > F;  // acceptH0()
+    exact.lowerTail = fCdf(F, df1, df2);
+    exact.ratioLimits = {F / exact.ratio.criticalValue, F * fUpperQuantile(alpha / 2.0, df2, df1)};
+    const wq_lib::basic_stat* const records[] = {&samples.getResult(), &samples.getSecondSample()};
+    for (int i = 0; i < 2; ++i)
+        if (records[i]->sampleVariance > 0.0)
+            exact.varianceLimits[i] = detail::varianceLimits(records[i]->sampleVariance, detail::degrees(records[i]->n, 1), alpha);
+    return exact;
+}
+
+FrequencyResult of(const wq_lib::Frequency& sample) noexcept
+{
+    FrequencyResult exact;
+    eachValue(sample, [&exact](double value) {
+        ++exact.n;
+        exact.minimum = std::fmin(exact.minimum, value);
+        exact.maximum = std::fmax(exact.maximum, value);
+    });
+    for (const wq_lib::frequency_class& row : sample.getTable()) exact.counted += row.count;
+    if (!sample.getTable().empty()) exact.lastClass = sample.getTable().back().count + exact.leftOut();
+    return exact;
+}
+
+}  // namespace wq_exact

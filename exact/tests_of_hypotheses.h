@@ -1,0 +1,67 @@
+// How tests and limits are put together; the same for all analyses.
+#pragma once
+
+#include <wq_exact/distributions.h>
+#include <wq_exact/test.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <exception>
+#include <optional>
+
+namespace wq_exact::detail {
+
+/** Degrees of freedom of a sample; a difference of counts would wrap. */
+inline double degrees(std::size_t n, std::size_t lost) { return static_cast<double>(n) - static_cast<double>(lost); }
+
+/** Accepted unless the probability is below the level. */
+inline std::optional<bool> decided(double p, double alpha) { return std::isnan(p) ? std::optional<bool>() : p >= alpha; }
+
+inline Limits around(double value, double halfWidth) { return {value - halfWidth, value + halfWidth}; }
+
+inline Test test(double statistic, double df1, double df2, double alpha, double p, double criticalValue)
+{
+    return {{decided(p, alpha), {}}, statistic, df1, df2, alpha, p, criticalValue};
+}
+
+inline Test twoSidedT(double t, double df, double alpha)
+{
+    return test(t, df, none, alpha, tTwoSided(t, df), tTwoSidedQuantile(alpha, df));
+}
+
+inline Test upperF(double f, double df1, double df2, double alpha)
+{
+    return test(f, df1, df2, alpha, fUpperTail(f, df1, df2), fUpperQuantile(alpha, df1, df2));
+}
+
+/** Two-sided: twice the smaller tail. */
+inline Test twoSidedF(double f, double df1, double df2, double alpha)
+{
+    const double p = 2.0 * std::min(fCdf(f, df1, df2), fUpperTail(f, df1, df2));  // both NaN or neither
+    return test(f, df1, df2, alpha, std::min(p, 1.0), fUpperQuantile(alpha / 2.0, df1, df2));
+}
+
+inline Test upperChiSquare(double x, double df, double alpha)
+{
+    return test(x, df, none, alpha, chiSquareUpperTail(x, df), chiSquareUpperQuantile(alpha, df));
+}
+
+/** Of a variance with so many degrees of freedom. */
+inline Limits varianceLimits(double variance, double df, double alpha)
+{
+    return {variance * df / chiSquareUpperQuantile(alpha / 2.0, df), variance * df / chiSquareQuantile(alpha / 2.0, df)};
+}
+
+/** What the computation gives; an empty result where an object's own operation throws. */
+template <typename Computation>
+auto guarded(Computation computation) noexcept -> decltype(computation())
+{
+    try {
+        return computation();
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+}  // namespace wq_exact::detail

@@ -1,0 +1,92 @@
+// check_pages.mjs WQSTAT DATA FOLDER: makes the page of every analysis and opens it in a browser without a window.
+//
+// Each page writes nothing to the console, asks for nothing besides itself, has no violations that axe-core finds, in light and in dark, has
+// nothing to scroll sideways at 320 pixels, and prints to a PDF whose text holds every row of its table. Pictures of all of them stay in FOLDER.
+
+import { spawnSync } from 'node:child_process';
+import { mkdirSync, readFileSync, statSync } from 'node:fs';
+import { createRequire } from 'node:module';
+import path from 'node:path';
+import { pathToFileURL } from 'node:url';
+
+const [wqstat, data, folder] = process.argv.slice(2);
+const require = createRequire(path.join(folder, 'package.json'));
+const { chromium } = require('playwright-core');
+const axe = readFileSync(require.resolve('axe-core/axe.min.js'), 'utf8');
+
+const analyses = {
+  describe: ['--mu', '5.517', 'cavendish.txt'],
+  frequency: ['--classes', '5', 'cavendish.txt'],
+  pairs: ['nist_norris.txt'],
+  correlate: ['nist_norris.txt', '--x-label', 'a label that is so long that nobody would print it on a page of any width at all'],
+  regress: ['--model', 'power', '--residuals', 'nist_norris.txt'],
+  anova: ['nist_sirstv.txt', '--x-label', 'instrument', '--y-label', 'resistivity (ohm cm)'],
+  'anova-differs': ['toothgrowth_supp.txt'],
+  multiy: ['seedlings.txt'],
+  fit: ['mendel_peas.txt'],
+  ks: ['pi_e_digits.txt'],
+  variances: ['nist_sirstv_instrument1.txt', 'nist_sirstv_instrument2.txt'],
+  circular: ['--unit', 'degrees', 'directions.txt'],
+};
+
+const faults = [];
+function expect(holds, page, text) {
+  if (!holds) faults.push(`${page}: ${text}`);
+}
+
+function run(program, words) {
+  const result = spawnSync(program, words, { cwd: data, encoding: 'utf8' });
+  if (result.status !== 0) throw new Error(`${program} ${words.join(' ')}: ${result.stderr}`);
+  return result.stdout;
+}
+
+const plain = (text) => text.replace(/\s+/g, '');
+
+async function look(browser, name, file, scheme) {
+  const context = await browser.newContext({ colorScheme: scheme, viewport: { width: 900, height: 1200 } });
+  const page = await context.newPage();
+  const requested = [];
+  page.on('console', (message) => expect(false, name, `console: ${message.text()}`));
+  page.on('pageerror', (error) => expect(false, name, `error: ${error}`));
+  page.on('request', (request) => requested.push(request.url()));
+  const address = pathToFileURL(file).href;
+  await page.goto(address);
+  await page.screenshot({ path: path.join(folder, `${name}-${scheme}.png`), fullPage: true });
+  expect(requested.length === 1 && requested[0] === address, name, `asks for ${requested}`);
+
+  await page.evaluate(axe);
+  const { violations } = await page.evaluate(() => window.axe.run());
+  for (const violation of violations)
+    expect(false, name, `${scheme}: ${violation.id}: ${violation.help} (${violation.nodes.map((node) => node.target).join(', ')})`);
+
+  if (scheme === 'light') {
+    const pdf = path.join(folder, `${name}.pdf`);
+    await page.pdf({ path: pdf, preferCSSPageSize: true });
+    const printed = plain(run('pdftotext', ['-layout', pdf, '-']));
+    const rows = await page.$$eval('tbody tr', (all) => all.map((row) => [...row.children].map((cell) => cell.textContent)));
+    expect(rows.length > 2, name, 'has no table');
+    for (const row of rows) for (const cell of row) expect(printed.includes(plain(cell)), name, `${cell} is not printed`);
+  }
+
+  await page.setViewportSize({ width: 320, height: 800 });
+  const width = await page.evaluate(() => document.documentElement.scrollWidth);
+  expect(width <= 320, name, `is ${width} pixels wide at 320`);
+  await page.screenshot({ path: path.join(folder, `${name}-${scheme}-320.png`), fullPage: true });
+  await context.close();
+}
+
+mkdirSync(folder, { recursive: true });
+const browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: ['--no-sandbox'] });
+try {
+  for (const [name, words] of Object.entries(analyses)) {
+    const file = path.join(folder, `${name}.html`);
+    run(wqstat, [name.split('-')[0], ...words, '--html', file]);
+    expect(statSync(file).size < 300 * 1024, name, 'is too large');
+    for (const scheme of ['light', 'dark']) await look(browser, name, file, scheme);
+  }
+} finally {
+  await browser.close();
+}
+for (const fault of faults) console.error(fault);
+console.log(`${Object.keys(analyses).length} pages, ${faults.length} faults; pictures of them in ${folder}`);
+process.exit(faults.length === 0 ? 0 : 1);

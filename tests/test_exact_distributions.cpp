@@ -1,0 +1,288 @@
+// The distributions of wq_exact against values with 60 digits (tests/reference/exact_distributions.py), all arrangements of small samples
+// counted here, and the limits of what there is to compute.
+#include <wq_exact/distributions.h>
+
+#include "support/table.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdlib>
+#include <functional>
+#include <limits>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+using namespace wq_exact;
+using wq_test::numberIn;
+using wq_test::referenceTable;
+using wq_test::TableRow;
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+// ---------------------------------------------------------------- functions called by their names
+
+using One = double (*)(double);
+using Two = double (*)(double, double);
+using Three = double (*)(double, double, double);
+using Function = std::function<double(const std::vector<double>&)>;
+
+Function of(One f)
+{
+    return [f](const std::vector<double>& a) { return f(a.at(0)); };
+}
+Function of(Two f)
+{
+    return [f](const std::vector<double>& a) { return f(a.at(0), a.at(1)); };
+}
+Function of(Three f)
+{
+    return [f](const std::vector<double>& a) { return f(a.at(0), a.at(1), a.at(2)); };
+}
+
+struct Entry {
+    std::size_t arguments;
+    bool isProbability;  // of the result; else it is a density or a quantile
+    Function call;
+};
+
+const std::map<std::string, Entry> functions = {
+    {"normalCdf", {1, true, of(normalCdf)}},
+    {"normalUpperTail", {1, true, of(normalUpperTail)}},
+    {"normalDensity", {1, false, of(normalDensity)}},
+    {"normalQuantile", {1, false, of(normalQuantile)}},
+    {"normalUpperQuantile", {1, false, of(normalUpperQuantile)}},
+    {"tCdf", {2, true, of(tCdf)}},
+    {"tUpperTail", {2, true, of(tUpperTail)}},
+    {"tTwoSided", {2, true, of(tTwoSided)}},
+    {"tDensity", {2, false, of(tDensity)}},
+    {"tQuantile", {2, false, of(tQuantile)}},
+    {"tUpperQuantile", {2, false, of(tUpperQuantile)}},
+    {"tTwoSidedQuantile", {2, false, of(tTwoSidedQuantile)}},
+    {"chiSquareCdf", {2, true, of(chiSquareCdf)}},
+    {"chiSquareUpperTail", {2, true, of(chiSquareUpperTail)}},
+    {"chiSquareDensity", {2, false, of(chiSquareDensity)}},
+    {"chiSquareQuantile", {2, false, of(chiSquareQuantile)}},
+    {"chiSquareUpperQuantile", {2, false, of(chiSquareUpperQuantile)}},
+    {"fCdf", {3, true, of(fCdf)}},
+    {"fUpperTail", {3, true, of(fUpperTail)}},
+    {"fDensity", {3, false, of(fDensity)}},
+    {"fQuantile", {3, false, of(fQuantile)}},
+    {"fUpperQuantile", {3, false, of(fUpperQuantile)}},
+    {"kolmogorovCdf", {1, true, of(kolmogorovCdf)}},
+    {"kolmogorovUpperTail", {1, true, of(kolmogorovUpperTail)}},
+    {"kolmogorovQuantile", {1, false, of(kolmogorovQuantile)}},
+    {"kolmogorovUpperQuantile", {1, false, of(kolmogorovUpperQuantile)}},
+};
+
+// What a change of the first argument by half its last bit makes, relative to the result.
+double conditioning(const Entry& function, std::vector<double> arguments, double value)
+{
+    const double there = arguments[0];
+    arguments[0] = std::nextafter(there, infinity);
+    const double above = function.call(arguments);
+    arguments[0] = std::nextafter(there, -infinity);
+    const double below = function.call(arguments);
+    return std::fabs(above - below) / 4.0 / std::fabs(value);
+}
+
+// ---------------------------------------------------------------- values
+
+TEST(ExactDistributions, agreeWithSixtyDigitsIntoTheFarTails)
+{
+    std::set<std::string> seen;
+    double smallest = 1.0;
+    for (const TableRow& row : referenceTable("exact_distributions.csv")) {
+        const Entry& function = functions.at(row.cells.at(0));
+        std::vector<double> arguments;
+        for (std::size_t i = 1; i <= function.arguments; ++i) arguments.push_back(numberIn(row.cells.at(i)));
+        const double expected = numberIn(row.cells.at(4));
+        const double value = function.call(arguments);
+        EXPECT_LE(std::fabs(value - expected), (1e-13 + conditioning(function, arguments, expected)) * std::fabs(expected))
+            << "line " << row.line << ": " << row.cells[0] << " is " << value << ", not " << expected;
+        seen.insert(row.cells[0]);
+        smallest = std::min(smallest, std::fabs(value));
+    }
+    EXPECT_LT(smallest, 1e-299);
+    for (const auto& [name, function] : functions)  // the two that mirror another have their own test
+        EXPECT_TRUE(seen.count(name) == 1 || name == "normalQuantile" || name == "tUpperQuantile") << name;
+}
+
+TEST(ExactDistributions, areSymmetricWhereTheyShouldBe)
+{
+    for (const double p : {1e-300, 1e-17, 0.025, 0.3, 0.5}) {
+        EXPECT_EQ(normalQuantile(p), -normalUpperQuantile(p));
+        EXPECT_NEAR(normalCdf(normalQuantile(p)), p, 1e-12 * p);
+        for (const double df : {0.5, 3.0, 1e7}) {
+            EXPECT_EQ(tQuantile(p, df), -tUpperQuantile(p, df));
+            EXPECT_EQ(tUpperQuantile(p, df), tTwoSidedQuantile(2.0 * p, df)) << p << " " << df;
+        }
+    }
+    EXPECT_EQ(tQuantile(0.75, 3.0), -tQuantile(0.25, 3.0));
+    EXPECT_EQ(tQuantile(0.5, 3.0), 0.0);
+    EXPECT_EQ(normalQuantile(0.75), -normalQuantile(0.25));
+    EXPECT_EQ(fUpperTail(4.0, 3.0, 7.0), fCdf(0.25, 7.0, 3.0));  // 1 / F
+}
+
+// ---------------------------------------------------------------- limits
+
+TEST(ExactDistributions, haveLimits)
+{
+    const struct {
+        int line;
+        double value, expected;
+    } rows[] = {
+        {__LINE__, normalCdf(-infinity), 0.0},
+        {__LINE__, normalCdf(infinity), 1.0},
+        {__LINE__, normalUpperQuantile(0.0), infinity},
+        {__LINE__, normalUpperQuantile(1.0), -infinity},
+        {__LINE__, tCdf(-infinity, 2.0), 0.0},
+        {__LINE__, tUpperTail(-infinity, 2.0), 1.0},
+        {__LINE__, tTwoSided(infinity, 2.0), 0.0},
+        {__LINE__, tTwoSided(0.0, 2.0), 1.0},
+        {__LINE__, tDensity(infinity, 2.0), 0.0},
+        {__LINE__, tTwoSidedQuantile(0.0, 2.0), infinity},
+        {__LINE__, tTwoSidedQuantile(1.0, 2.0), 0.0},
+        {__LINE__, tUpperQuantile(0.0, 2.0), infinity},
+        {__LINE__, tUpperQuantile(1.0, 2.0), -infinity},
+        {__LINE__, tTwoSidedQuantile(1e-300, 0.01), infinity},  // 1e30000
+        {__LINE__, chiSquareCdf(-1.0, 2.0), 0.0},
+        {__LINE__, chiSquareUpperTail(infinity, 2.0), 0.0},
+        {__LINE__, chiSquareDensity(0.0, 1.0), infinity},
+        {__LINE__, chiSquareDensity(0.0, 2.0), 0.5},
+        {__LINE__, chiSquareDensity(0.0, 3.0), 0.0},
+        {__LINE__, chiSquareDensity(-1.0, 3.0), 0.0},
+        {__LINE__, chiSquareQuantile(0.0, 3.0), 0.0},
+        {__LINE__, chiSquareQuantile(1.0, 3.0), infinity},
+        {__LINE__, chiSquareQuantile(1e-300, 0.01), 0.0},  // 1e-60000
+        {__LINE__, fCdf(infinity, 1.0, 2.0), 1.0},
+        {__LINE__, fUpperTail(-0.0, 1.0, 2.0), 1.0},
+        {__LINE__, fDensity(0.0, 2.0, 2.0), 1.0},
+        {__LINE__, fUpperQuantile(0.0, 1.0, 2.0), infinity},
+        {__LINE__, fUpperQuantile(1.0, 1.0, 2.0), 0.0},
+        {__LINE__, kolmogorovCdf(-1.0), 0.0},
+        {__LINE__, kolmogorovUpperTail(0.0), 1.0},
+        {__LINE__, kolmogorovUpperTail(infinity), 0.0},
+        {__LINE__, kolmogorovUpperQuantile(0.0), infinity},
+        {__LINE__, kolmogorovQuantile(0.0), 0.0},
+        // With so many degrees of freedom t is normal, and F is 1 (Student 1908; Fisher 1924).
+        {__LINE__, tTwoSided(1.5, 1e300), 2.0 * normalUpperTail(1.5)},
+        {__LINE__, fUpperQuantile(0.05, 1e300, 1e300), 1.0},
+        {__LINE__, chiSquareQuantile(0.05, 1e100), 1e100},
+    };
+    for (const auto& row : rows) {
+        if (std::isinf(row.expected))
+            EXPECT_EQ(row.value, row.expected) << "row of line " << row.line;
+        else
+            EXPECT_NEAR(row.value, row.expected, 1e-14 * std::fabs(row.expected)) << "row of line " << row.line;
+    }
+}
+
+TEST(ExactDistributions, areNotDefinedWithoutDegreesOfFreedomOrForNaN)
+{
+    for (const auto& [name, function] : functions) {
+        for (std::size_t i = 0; i < function.arguments; ++i) {
+            std::vector<double> arguments(function.arguments, 0.5);
+            for (const double bad : {notANumber, 0.0, -1.0, infinity}) {
+                if (i == 0 && !std::isnan(bad)) continue;  // a statistic may be anything else
+                arguments[i] = bad;
+                EXPECT_TRUE(std::isnan(function.call(arguments))) << name << ", argument " << i << " is " << bad;
+            }
+        }
+        if (name.find("Quantile") == std::string::npos) continue;
+        std::vector<double> arguments(function.arguments, 0.5);
+        for (const double outside : {-1e-300, -infinity, 1.0000000000000002, infinity}) {
+            arguments[0] = outside;
+            EXPECT_TRUE(std::isnan(function.call(arguments))) << name << "(" << outside << ")";
+        }
+    }
+}
+
+// Every combination of arguments that are small, large and in between: a probability is one, nothing throws, nothing takes for ever.
+TEST(ExactDistributions, stayWithinTheirRanges)
+{
+    const double arguments[] = {-infinity, -1e300, -2.0, -1e-300, 0.0, 5e-324, 1e-300, 1e-17, 0.05,
+                                0.5,       1.0,    1.5,  27.0,    1e5, 2.1e9,  1e17,   1e300, infinity};
+    for (const auto& [name, function] : functions) {
+        for (const double first : arguments)
+            for (const double second : arguments)
+                for (const double third : arguments) {
+                    const std::vector<double> all = {first, second, third};
+                    const double value = function.call(all);
+                    const std::string call =
+                        name + "(" + std::to_string(first) + ", " + std::to_string(second) + ", " + std::to_string(third) + ")";
+                    const bool isDensity = name.find("Density") != std::string::npos;
+                    EXPECT_FALSE((isDensity || function.isProbability) && value < 0.0) << call << " is " << value;
+                    EXPECT_FALSE(function.isProbability && value > 1.0) << call << " is " << value;
+                    if (function.arguments < 3) break;
+                }
+    }
+}
+
+// ---------------------------------------------------------------- two samples, all arrangements
+
+// D of the arrangement of two samples whose bits say which value belongs to the first, in steps of 1 / (n1 n2).
+int stepsOfD(unsigned arrangement, int n1, int n2)
+{
+    int difference = 0;
+    int largest = 0;
+    for (int i = 0; i < n1 + n2; ++i) {
+        difference += (arrangement >> i & 1U) != 0 ? n2 : -n1;
+        largest = std::max(largest, std::abs(difference));
+    }
+    return largest;
+}
+
+// How many arrangements have each D.
+std::map<int, int> arrangementsByD(int n1, int n2)
+{
+    std::map<int, int> counts;
+    for (unsigned arrangement = 0; arrangement < 1U << (n1 + n2); ++arrangement) {
+        int ones = 0;
+        for (int i = 0; i < n1 + n2; ++i) ones += static_cast<int>(arrangement >> i & 1U);
+        if (ones == n1) ++counts[stepsOfD(arrangement, n1, n2)];
+    }
+    return counts;
+}
+
+TEST(ExactDistributions, countAllArrangementsOfTwoSmallSamples)
+{
+    const struct {
+        int n1, n2;
+    } rows[] = {{1, 1}, {1, 8}, {2, 2}, {3, 7}, {4, 6}, {5, 5}, {8, 8}};
+    for (const auto& [n1, n2] : rows) {
+        const auto size1 = static_cast<std::size_t>(n1);
+        const auto size2 = static_cast<std::size_t>(n2);
+        const std::map<int, int> counts = arrangementsByD(n1, n2);
+        double all = 0.0;
+        for (const auto& [d, count] : counts) all += count;
+        double below = 0.0;
+        for (const auto& [d, count] : counts) {
+            const double D = static_cast<double>(d) / (n1 * n2);
+            EXPECT_NEAR(smirnovCdf(D, size1, size2), below / all, 1e-15) << n1 << " and " << n2 << ", D = " << D;
+            EXPECT_NEAR(smirnovUpperTail(D, size1, size2), 1.0 - below / all, 1e-15);
+            const double reaching = (all - below - 0.5) / all;  // between this tail and the next smaller one
+            const auto next = counts.upper_bound(d);
+            if (next != counts.end())
+                EXPECT_EQ(smirnovUpperQuantile(reaching, size1, size2), static_cast<double>(next->first) / (n1 * n2));
+            else
+                EXPECT_TRUE(std::isnan(smirnovUpperQuantile(reaching, size1, size2)));
+            below += count;
+            EXPECT_EQ(smirnovQuantile((below - 0.5) / all, size1, size2), D);
+        }
+    }
+    EXPECT_NEAR(smirnovUpperTail(1.0, 100, 100), 2.0 / 9.0548514656103e58, 1e-71);  // two of "100 out of 200" arrangements
+    EXPECT_TRUE(std::isnan(smirnovUpperTail(0.5, 101, 100)));
+    EXPECT_TRUE(std::isnan(smirnovUpperTail(0.5, 0, 3)));
+    EXPECT_TRUE(std::isnan(smirnovUpperTail(notANumber, 3, 3)));
+    EXPECT_TRUE(std::isnan(smirnovUpperQuantile(-0.1, 3, 3)));
+}
+
+}  // namespace

@@ -1,0 +1,290 @@
+// What wq_exact says of analysed objects, against R (the calls stand beside the values) and against what the objects themselves decide.
+#include <wq_exact/wq_exact.h>
+#include <wq_stat/wq_stat.h>
+
+#include "support/files.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstddef>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+using namespace wq_lib;
+using wq_test::reference;
+
+namespace {
+
+void expectClose(double value, double expected, int line)
+{
+    EXPECT_NEAR(value, expected, 1e-10 * std::fabs(expected)) << "expected in line " << line;
+}
+
+// cars: speed and stopping distance, the first ten of R's data set
+template <typename Model>
+Model cars()
+{
+    Model pairs;
+    const double speed[] = {4, 4, 7, 7, 8, 9, 10, 10, 10, 11};
+    const double distance[] = {2, 10, 4, 22, 16, 10, 18, 26, 34, 17};
+    for (std::size_t i = 0; i < 10; ++i) pairs.add(speed[i], distance[i]);
+    pairs.analyse();
+    return pairs;
+}
+
+// ---------------------------------------------------------------- figures
+
+// s <- c(4,4,7,7,8,9,10,10,10,11); d <- c(2,10,4,22,16,10,18,26,34,17); at <- data.frame(s = 9.5)
+TEST(ExactResults, giveTheLimitsOfALineAndOfItsPredictions)
+{
+    const auto line = wq_exact::of(cars<LinearRegression>());  // m <- lm(d ~ s)
+    EXPECT_EQ(line.n, 10U);
+    expectClose(line.height(9.5), 19.7303571428571, __LINE__);  // predict(m, at, interval = "confidence")
+    expectClose(line.lineLimits(9.5).lower, 12.8250932163498, __LINE__);
+    expectClose(line.lineLimits(9.5).upper, 26.6356210693645, __LINE__);
+    expectClose(line.predictionLimits(9.5).lower, 0.0367212191556945, __LINE__);  // interval = "prediction"
+    expectClose(line.predictionLimits(9.5).upper, 39.4239930665586, __LINE__);
+    expectClose(line.rSquared, 0.4164222993336917, __LINE__);  // summary(m)
+    expectClose(line.adjustedRSquared, 0.3434750867504032, __LINE__);
+    expectClose(line.slope.p, 0.0439068040279624, __LINE__);
+
+    const auto logarithmic = wq_exact::of(cars<LogarithmicRegression>());  // lm(d ~ log(s))
+    expectClose(logarithmic.predictionLimits(9.5).lower, -0.146215044155291, __LINE__);
+    expectClose(logarithmic.predictionLimits(9.5).upper, 39.6455332468758, __LINE__);
+    expectClose(logarithmic.slope.p, 0.0478336135372689, __LINE__);
+
+    const auto exponential = wq_exact::of(cars<ExponentialRegression>());  // exp(predict(lm(log(d) ~ s), ...))
+    expectClose(exponential.height(9.5), 17.6788364614701, __LINE__);
+    expectClose(exponential.lineLimits(9.5).lower, 9.94632866392068, __LINE__);
+    expectClose(exponential.lineLimits(9.5).upper, 31.4227761008057, __LINE__);
+
+    const auto power = wq_exact::of(cars<PowerRegression>());  // exp(predict(lm(log(d) ~ log(s)), ...))
+    expectClose(power.height(9.5), 17.8021607785808, __LINE__);
+    expectClose(power.predictionLimits(9.5).lower, 3.44855667401899, __LINE__);
+    expectClose(power.predictionLimits(9.5).upper, 91.8984254410129, __LINE__);
+    EXPECT_TRUE(std::isnan(power.lineLimits(-1.0).lower));
+}
+
+TEST(ExactResults, giveCorrelationAndItsLimits)  // cor.test(s, d)
+{
+    const auto exact = wq_exact::of(cars<Correlation>());
+    expectClose(exact.t.p, 0.0439068040279624, __LINE__);
+    expectClose(exact.F.p, 0.0439068040279624, __LINE__);
+    expectClose(exact.limits.lower, 0.0264134830834843, __LINE__);
+    expectClose(exact.limits.upper, 0.9065858231949794, __LINE__);
+    EXPECT_EQ(wq_exact::of(cars<BasicXyStatistics>()).p, exact.p);
+}
+
+TEST(ExactResults, giveSamples)  // x <- c(3.1, 4.7, 2.2, 5.9, 4.4, 3.8); y <- c(1.1, 9.7, 2.6, 8.8, 5.2)
+{
+    TwoSamples samples;
+    samples.copyFrom({3.1, 4.7, 2.2, 5.9, 4.4, 3.8});
+    samples.setNullHypothesis(3.0);
+    samples.BasicStatistics::analyse();
+    const wq_exact::OneSampleResult one = wq_exact::of(static_cast<const BasicStatistics&>(samples));
+    expectClose(one.mean.p, 0.111883131412772, __LINE__);  // t.test(x, mu = 3)
+    expectClose(one.meanLimits.lower, 2.66063229543561, __LINE__);
+    expectClose(one.meanLimits.upper, 5.37270103789772, __LINE__);
+    expectClose(one.varianceLimits.lower, 0.650561623697169, __LINE__);  // 5 * var(x) / qchisq(c(0.975, 0.025), 5)
+    expectClose(one.varianceLimits.upper, 10.043571574168448, __LINE__);
+    expectClose(one.cohensD, 0.786798813164047, __LINE__);  // (mean(x) - 3) / sd(x)
+
+    BasicStatistics second;
+    second.copyFrom({1.1, 9.7, 2.6, 8.8, 5.2});
+    second.analyse();
+    samples.setSecondSample(second.getResult());
+    samples.analyse();
+    const auto two = wq_exact::of(samples);
+    expectClose(two.ratio.p, 0.0379541064538, __LINE__);  // var.test(y, x)
+    expectClose(two.ratioLimits.lower, 1.14281715765293, __LINE__);
+    expectClose(two.ratioLimits.upper, 79.06425140174646, __LINE__);
+}
+
+TEST(ExactResults, giveGroups)  // aov(o ~ g), predict(..., interval = "confidence")
+{
+    SingleAnova anova;
+    const double values[] = {5.1, 4.8, 6.0, 6.2, 7.1, 6.6, 5.9, 8.0, 7.3};
+    for (std::size_t i = 0; i < 9; ++i) anova.add(i < 3 ? 1.0 : i < 7 ? 2.0 : 3.0, values[i]);
+    anova.createSeries();
+    anova.analyse();
+    const auto exact = wq_exact::of(anova);
+    expectClose(exact.F.p, 0.00985114954096254, __LINE__);
+    expectClose(exact.among.meanSquare, 3.3625, __LINE__);
+    expectClose(exact.within.meanSquare, 0.305833333333333, __LINE__);
+    expectClose(exact.etaSquared, 0.785630841121495, __LINE__);
+    expectClose(exact.omegaSquared, 0.68953849045963, __LINE__);
+    const double limits[3][2] = {
+        {4.51873187454458, 6.08126812545542}, {5.77340195618856, 7.12659804381144}, {6.69314587016675, 8.60685412983324}};
+    for (std::size_t i = 0; i < 3; ++i) {
+        expectClose(exact.meanLimits(anova.getGroups()[i]).lower, limits[i][0], __LINE__);
+        expectClose(exact.meanLimits(anova.getGroups()[i]).upper, limits[i][1], __LINE__);
+    }
+}
+
+TEST(ExactResults, giveClasses)
+{
+    GoodnessOfFit fit;
+    fit.copyFrom({{18, 25}, {55, 50}, {27, 25}});
+    fit.analyse();
+    const auto exact = wq_exact::of(fit);  // chisq.test(c(18, 55, 27), p = c(0.25, 0.5, 0.25))
+    expectClose(exact.chiSquare.p, 0.269820056384687, __LINE__);
+    expectClose(exact.cohensW, 0.161864140562386, __LINE__);
+    EXPECT_FALSE(exact.reportDiffers());
+
+    KolmogorovSmirnov2 two;  // ks.test(c(1, 2, 3, 4.5, 6, 7), c(3.5, 5, 8, 9, 10), exact = TRUE)
+    two.copyFrom({{3, 0}, {0, 1}, {1, 0}, {0, 1}, {2, 0}, {0, 3}});
+    two.cumulative();
+    two.analyse();
+    const auto distributions = wq_exact::of(two);
+    expectClose(distributions.p, 0.238095238095241, __LINE__);
+    EXPECT_FALSE(distributions.reportHasCriticalValue);
+    EXPECT_TRUE(distributions.reportDiffers());
+}
+
+// ---------------------------------------------------------------- the report's decision
+
+template <typename Analysis, typename Analyse>
+void expectTheObjectsOwnDecision(const std::string& kind, Analyse analyse, bool (*own)(Analysis&),
+                                 const wq_exact::Decision& (*exact)(const Analysis&))
+{
+    int seen = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(reference(kind)))
+        for (const double alpha : {0.05, 0.01, 0.5}) {
+            Analysis analysis;
+            analysis.setSignificance(alpha);
+            analyse(analysis, entry.path().string());
+            EXPECT_EQ(exact(analysis).acceptedByReport, own(analysis)) << entry.path() << " at " << alpha;
+            ++seen;
+        }
+    EXPECT_GT(seen, 0);
+}
+
+// Decisions are asked for without touching the object; they have to be those of its own operations.
+TEST(ExactResults, knowWhatTheReportDecides)
+{
+    if (reference("values").empty()) GTEST_SKIP() << "WQ_REFERENCE_DATA names no folder";
+    static wq_exact::Decision kept;
+    const auto load = [](auto& analysis, const std::string& file) {
+        analysis.readDataFile(file);
+        analysis.analyse();
+    };
+    expectTheObjectsOwnDecision<BasicStatistics>(
+        "values", load, [](BasicStatistics& a) { return a.acceptH0(); },
+        [](const BasicStatistics& a) -> const wq_exact::Decision& { return kept = wq_exact::of(a).mean; });
+    expectTheObjectsOwnDecision<GoodnessOfFit>(
+        "classes", load, [](GoodnessOfFit& a) { return a.acceptH0(); },
+        [](const GoodnessOfFit& a) -> const wq_exact::Decision& { return kept = wq_exact::of(a).decision; });
+    expectTheObjectsOwnDecision<KolmogorovSmirnov2>(
+        "classes",
+        [](KolmogorovSmirnov2& a, const std::string& file) {
+            a.readDataFile(file);
+            a.cumulative();
+            a.analyse();
+        },
+        [](KolmogorovSmirnov2& a) { return a.acceptH0(); },
+        [](const KolmogorovSmirnov2& a) -> const wq_exact::Decision& { return kept = wq_exact::of(a).decision; });
+    expectTheObjectsOwnDecision<Correlation>(
+        "pairs", load, [](Correlation& a) { return a.acceptH0_t(); },
+        [](const Correlation& a) -> const wq_exact::Decision& { return kept = wq_exact::of(a).t; });
+    expectTheObjectsOwnDecision<Circular>(
+        "angles",
+        [](Circular& a, const std::string& file) {
+            a.setBins(24);
+            a.readDataFile(file);
+            a.analyse();
+        },
+        [](Circular& a) { return a.acceptH0(); },
+        [](const Circular& a) -> const wq_exact::Decision& { return kept = wq_exact::of(a).rayleigh; });
+}
+
+TEST(ExactResults, knowTheDecisionOfTwoVariances)
+{
+    for (const double scale : {1.0, 2.0, 3.0, 5.0, 9.0}) {
+        TwoSamples samples;
+        samples.copyFrom({1, 2, 3, 4, 6});
+        samples.BasicStatistics::analyse();
+        BasicStatistics second;
+        second.copyFrom({1 * scale, 5 * scale, 2 * scale, 9 * scale});
+        second.analyse();
+        samples.setSecondSample(second.getResult());
+        samples.analyse();
+        EXPECT_EQ(wq_exact::of(samples).ratio.acceptedByReport, samples.acceptH0()) << scale;
+    }
+}
+
+// ---------------------------------------------------------------- whatever is asked
+
+// An object that was never filled, or whose settings are far from its data: nothing is decided, nothing is read that is not there.
+template <typename Analysis>
+void expectNothing()
+{
+    Analysis empty;
+    EXPECT_FALSE(wq_exact::of(empty).reportDiffers());
+    empty.setSampleSize(1000);
+    empty.setDataStart(7);
+    empty.setDataEnd(static_cast<std::size_t>(-1));
+    EXPECT_FALSE(wq_exact::of(empty).reportDiffers());
+}
+
+TEST(ExactResults, areNoneWhereThereIsNothing)
+{
+    expectNothing<BasicStatistics>();
+    expectNothing<TwoSamples>();
+    expectNothing<Correlation>();
+    expectNothing<SingleAnova>();
+    expectNothing<LinearRegressionMultiY>();
+    expectNothing<GoodnessOfFit>();
+    expectNothing<KolmogorovSmirnov2>();
+    expectNothing<Circular>();
+    EXPECT_TRUE(std::isnan(wq_exact::of(BasicXyStatistics()).p));
+    EXPECT_EQ(wq_exact::of(LinearRegression()).slope.accepted, std::nullopt);
+    EXPECT_EQ(wq_exact::of(PowerRegression()).n, 0U);
+    Frequency table;
+    EXPECT_EQ(wq_exact::of(table).leftOut(), 0U);
+}
+
+class Doubled : public LinearRegression {
+public:
+    data_pair getDataPair(std::size_t i) override
+    {
+        data_pair pair = LinearRegression::getDataPair(i);
+        pair.y *= 2.0;
+        return pair;
+    }
+};
+
+class Throwing : public Correlation {
+public:
+    data_pair getDataPair(std::size_t) override { throw std::runtime_error("no pair"); }
+};
+
+TEST(ExactResults, readPairsAsTheAnalysisDoes)
+{
+    const auto once = wq_exact::of(cars<LinearRegression>());
+    const auto twice = wq_exact::of(cars<Doubled>());
+    EXPECT_DOUBLE_EQ(twice.b, 2.0 * once.b);
+    EXPECT_DOUBLE_EQ(twice.slope.p, once.slope.p);
+    Throwing throwing;
+    throwing.add(1.0, 2.0);
+    EXPECT_EQ(wq_exact::of(throwing).t.accepted, std::nullopt);  // and no exception
+}
+
+TEST(ExactResults, mayBeAskedForByManyThreads)
+{
+    const auto correlation = cars<Correlation>();
+    const double expected = wq_exact::of(correlation).t.p;
+    std::vector<double> found(8, 0.0);
+    std::vector<std::thread> threads;
+    for (double& p : found)
+        threads.emplace_back([&] {
+            for (int i = 0; i < 100; ++i) p = wq_exact::of(correlation).t.p;
+        });
+    for (std::thread& thread : threads) thread.join();
+    for (const double p : found) EXPECT_EQ(p, expected);
+}
+
+}  // namespace

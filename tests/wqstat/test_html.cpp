@@ -1,0 +1,312 @@
+// wqstat --html: what a page holds, and that all of it is what it seems.
+#include "commands.h"
+#include "data_files.h"
+#include "documents.h"
+#include "support/plain_gnuplot.h"
+#include "variable.h"
+
+#include <gmock/gmock.h>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace wq_test;
+using namespace wq_test::data_files;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+// What read_page.py finds.
+struct Page {
+    std::vector<std::pair<std::string, std::string>> figures;    // path and value
+    std::vector<std::pair<std::string, std::string>> decisions;  // path and word
+    Words titles;
+    Words languages;
+    Words commands;
+    Words texts;
+    Words faults;  // scripts, addresses outside, elements that are not closed
+};
+
+std::vector<std::string> parts(const std::string& line)
+{
+    std::vector<std::string> all(1);
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == '\t') {
+            all.emplace_back();
+        } else if (line[i] == '\\') {
+            const char next = line.at(++i);
+            all.back() += next == 'n' ? '\n' : next == 't' ? '\t' : '\\';
+        } else {
+            all.back() += line[i];
+        }
+    }
+    return all;
+}
+
+Page pageIn(const std::string& file)
+{
+    const Outcome outcome = runCommand({"python3", std::string(WQ_TEST_DIR) + "/wqstat/read_page.py", file});
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    Page page;
+    std::istringstream lines(outcome.output);
+    for (std::string line; std::getline(lines, line);) {
+        const std::vector<std::string> found = parts(line);
+        if (found[0] == "figure")
+            page.figures.emplace_back(found[1], found[2]);
+        else if (found[0] == "decision")
+            page.decisions.emplace_back(found[1], found[2]);
+        else if (found[0] == "title")
+            page.titles.push_back(found[1]);
+        else if (found[0] == "lang")
+            page.languages.push_back(found[1]);
+        else if (found[0] == "command")
+            page.commands.push_back(found[1]);
+        else if (found[0] == "text")
+            page.texts.push_back(found[1]);
+        else
+            page.faults.push_back(line);
+    }
+    return page;
+}
+
+const struct Analysis {
+    int line;
+    Words arguments;
+    const char* question;
+    const char* summary;  // begins so
+} pages[] = {
+    // The figures are worked by hand, published, or those of the textbook's tests.
+    {__LINE__,
+     {"describe", "--mu", "5.517", cavendish},
+     "What is the mean of the values, and does it differ from 5.517?",
+     "M = 5.4479 (95 % CI 5.3639 to 5.532), SD = 0.22095, n = 29; t(28) = -1.6834, p = 0.103"},
+    {__LINE__,
+     {"frequency", cavendish},
+     "How are the values distributed over 10 classes?",
+     "M = 5.4479, SD = 0.22095, median 5.46, n = 29"},
+    {__LINE__, {"pairs", norris}, "How do x and y vary together?", "r = 0.999997, means "},
+    {__LINE__, {"correlate", norris}, "Are x and y correlated?", "r(34) = 0.999997 (95 % CI 0.9999"},
+    {__LINE__, {"regress", "--model", "linear", norris}, "How does y depend on x, by y = a + b x?", "a = -0.26232, b = 1.0021 (95 % CI "},
+    {__LINE__,
+     {"regress", "--model", "power", norris, "--residuals", "--size", "120x120mm"},
+     "How does y depend on x, by y = a x^b?",
+     "a = "},
+    {__LINE__,
+     {"anova", resistivity, "--x-label", "instrument", "--y-label", "resistivity"},
+     "Does resistivity differ among the groups of instrument?",
+     "F(4, 20) = 1.1805, p = 0.349, \u03c9\u00b2 = 0.0281"},
+    {__LINE__, {"multiy", seedlings}, "How does y, observed several times, depend on x?", "among groups F = "},
+    {__LINE__,
+     {"fit", peas},
+     "Do the observed frequencies fit the expected ones?",
+     "\u03c7\u00b2(3) = 0.47002, p = 0.925; G(3) = 0.47545, p = 0.924"},
+    {__LINE__, {"ks", digits}, "Do the two samples come from the same distribution?", "D = 0.019, p = "},
+    {__LINE__, {"variances", instrument1, instrument2}, "Do the variances of the two samples differ?", "F(4, 4) = 2.488, p = "},
+    {__LINE__,
+     {"circular", "--unit", "degrees", pigeons},
+     "Is there a mean direction of the observations, or do they point anywhere?",
+     "mean direction 18.052\u00b0, r = 0.79632, z = "},
+};
+
+Words withPage(const Words& arguments, const std::string& file) { return with(arguments, {"--html", file}); }
+
+Words withoutLooks(const Words& arguments)
+{
+    Words plain;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (arguments[i] == "--residuals") continue;
+        if (arguments[i] == "--x-label" || arguments[i] == "--y-label" || arguments[i] == "--size")
+            ++i;
+        else
+            plain.push_back(arguments[i]);
+    }
+    return plain;
+}
+
+TEST(Page, saysWhatWasAskedWhatCameOutAndHowItWasMade)
+{
+    for (const Analysis& analysis : pages) {
+        SCOPED_TRACE("row of line " + std::to_string(analysis.line));
+        const TempFolder folder;
+        const std::string file = folder.path("page.html");
+        const Outcome report = run(withoutLooks(analysis.arguments));
+        EXPECT_EQ(run(withPage(analysis.arguments, file)), report) << "the page costs the report nothing";
+        const Page page = pageIn(file);
+        EXPECT_THAT(page.faults, IsEmpty());
+        EXPECT_THAT(page.languages, ElementsAre("en"));
+        ASSERT_EQ(page.titles.size(), 1U);
+        EXPECT_THAT(page.titles[0], testing::EndsWith(" \u2013 wqstat " + analysis.arguments[0]));
+        EXPECT_THAT(page.texts, Contains(analysis.question));
+        EXPECT_THAT(page.texts, Contains(StartsWith(analysis.summary)));
+        EXPECT_THAT(page.texts, Contains(report.output)) << "the report, verbatim";
+        EXPECT_LT(std::filesystem::file_size(file), 300U * 1024U);
+    }
+}
+
+TEST(Page, hasTheFiguresOfTheJsonDocument)
+{
+    for (const Analysis& analysis : pages) {
+        SCOPED_TRACE("row of line " + std::to_string(analysis.line));
+        const TempFolder folder;
+        const std::string file = folder.path("page.html");
+        ASSERT_EQ(run(withPage(analysis.arguments, file)).status, done);
+        const Page page = pageIn(file);
+        const bool tests = analysis.arguments[0] != "pairs" && analysis.arguments[0] != "frequency";
+        const Json document = documentOf(tests ? with(withoutLooks(analysis.arguments), {"--textbook"}) : withoutLooks(analysis.arguments));
+        EXPECT_GT(page.figures.size(), 3U);
+        for (const auto& [path, value] : page.figures) {
+            const Json::json_pointer place("/" + path);
+            ASSERT_TRUE(document.contains(place)) << path;
+            const double expected = numberOf(document.at(place));
+            const double found = value == "NaN" ? std::nan("") : std::stod(value);
+            EXPECT_TRUE(found == expected || (std::isnan(found) && std::isnan(expected))) << path << ": " << value << ", " << expected;
+        }
+        for (const auto& [path, word] : page.decisions) {
+            const Json& decision = document.at(Json::json_pointer("/" + path));
+            EXPECT_EQ(word, decision.is_boolean() ? (decision.get<bool>() ? "accepted" : "rejected") : "none") << path;
+        }
+        EXPECT_EQ(page.decisions.empty(), !tests);
+    }
+}
+
+// The teeth of guinea pigs, where the report rejects what the exact probability of 0.06 accepts.
+TEST(Page, marksWhereTheReportDecidesDifferently)
+{
+    const TempFolder folder;
+    run(withPage({"anova", supplements}, folder.path("page.html")));
+    EXPECT_THAT(pageIn(folder.path("page.html")).texts, Contains("The decision on H0 differs: the report rejects it."));
+    EXPECT_THAT(contentOf(folder.path("page.html")), HasSubstr("<p class=\"differs\">"));
+    run(withPage({"anova", resistivity}, folder.path("page.html")));
+    EXPECT_THAT(contentOf(folder.path("page.html")), Not(HasSubstr("<p class=\"differs\">")));
+}
+
+TEST(Page, isMadeAgainByItsCommandLine)
+{
+    const struct {
+        int line;
+        Words arguments;
+    } rows[] = {
+        {__LINE__, {"describe", "--mu", "5.5", cavendish}},
+        {__LINE__, {"describe", cavendish, "--x-label", "it's \"$HOME\" `ls` \\n !x * ? ~ # & | ; < > ( ) { } [ ]"}},
+        {__LINE__, {"describe", cavendish, "--x-label", "two\nlines \x1b[31m \xff tab\t' \\ end"}},
+        {__LINE__, {"describe", cavendish, "--title", ""}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const TempFolder folder;
+        const std::string file = folder.path("it's a page.html");
+        ASSERT_EQ(run(withPage(row.arguments, file)).status, done);
+        const std::string first = contentOf(file);
+        const Page page = pageIn(file);
+        ASSERT_EQ(page.commands.size(), 1U);
+        std::filesystem::remove(file);
+        const std::string path = std::filesystem::path(WQSTAT).parent_path().string();
+        const Variable variable("PATH", path + ":" + std::getenv("PATH"));
+        ASSERT_EQ(runCommand({"bash", "-c", page.commands[0]}).status, 0) << page.commands[0];
+        EXPECT_EQ(contentOf(file), first);
+    }
+}
+
+TEST(Page, namesItsFilesTheirFingerprintsAndWarnings)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("p.txt", "1;2\n2 3\n3;5\n");
+    run(withPage({"pairs", "--lenient", file}, folder.path("page.html")));
+    const Page page = pageIn(folder.path("page.html"));
+    EXPECT_THAT(page.texts, Contains(file + ": 3 observations read"));
+    EXPECT_THAT(page.texts, Contains(HasSubstr(":2: warning: x and y are separated by")));
+    const Outcome sum = runCommand({"sha256sum", file});
+    EXPECT_THAT(page.texts, Contains(sum.output.substr(0, 64)));
+
+    run({"describe", "-", "--html", folder.path("page.html")}, {cavendish, ""});
+    EXPECT_THAT(pageIn(folder.path("page.html")).texts, Contains("none: it is no file on a disk"));
+}
+
+TEST(Page, takesEveryTextForAText)
+{
+    const std::string evil[] = {
+        "<script>alert(1)</script>",
+        "</pre></main><script src=http://example.org/x.js></script>",
+        "\"><img src=x onerror=alert(1)>",
+        "&lt;b&gt; &amp; &#60;",
+        "' onload='x",
+        "<!-- --> ]]> <![CDATA[ <style>*{display:none}</style>",
+        "\x1b[31m \x07 \xff \xed\xa0\x80 \xc2\x9b",
+        "\u202egnp.exe \u2066 \u05d0\u200f",
+        "{/*3 big} @x `touch canary` \\n %s",
+    };
+    for (const std::string& text : evil) {
+        SCOPED_TRACE(plainVisible(text));
+        const TempFolder folder;
+        std::string comment = text;
+        comment.erase(std::remove(comment.begin(), comment.end(), '#'), comment.end());
+        std::string name = "f" + text;
+        std::replace(name.begin(), name.end(), '/', '|');
+        const std::string data = folder.write(name, "# c" + comment + "\n1;0\n2;0 " + "\n3;0\n");
+        const std::string file = folder.path("page.html");
+        const Outcome outcome = run({"circular", "--unit", "bins", "--bins", "4", "--bin-name", text, "--x-label", "x" + text, "--y-label",
+                                     "y" + text, data, "--html", file});
+        ASSERT_EQ(outcome.status, done) << outcome;
+        const Page page = pageIn(file);
+        EXPECT_THAT(page.faults, IsEmpty());
+        EXPECT_THAT(page.titles, Contains(StartsWith(plainVisible("c" + comment))));
+        EXPECT_THAT(page.texts, Contains("Is there a mean direction of " + plainVisible("x" + text) + ", or do they point anywhere?"));
+        EXPECT_THAT(page.texts, Contains(HasSubstr(plainVisible(name).substr(0, 60))));
+    }
+}
+
+TEST(Page, staysSmallForManyObservations)
+{
+    const TempFolder folder;
+    std::string text;
+    for (int i = 0; i < 300'000; ++i) {
+        const double x = std::fmod(i * 0.6180339887498949, 1.0);
+        const double y = std::fmod(i * 0.7548776662466927, 1.0);
+        text += std::to_string(x) + ";" + std::to_string(x + y) + "\n";
+    }
+    const std::string data = folder.write("many.txt", text);
+    ASSERT_EQ(run(withPage({"regress", "--model", "linear", "--residuals", data}, folder.path("page.html"))).status, done);
+    EXPECT_LT(std::filesystem::file_size(folder.path("page.html")), 300U * 1024U);
+}
+
+TEST(Page, isThereInWholeOrNotAtAll)
+{
+    const TempFolder folder;
+    const std::string old = folder.write("old.html", "old");
+    {
+        const Variable path("PATH", folder.path("none"));
+        EXPECT_EQ(run({"describe", cavendish, "--html", old}),
+                  cannotAnalyse("--html: there is no program gnuplot (Debian package: gnuplot-nox)"));
+        EXPECT_EQ(contentOf(old), "old");
+    }
+    const Outcome nowhere = run({"describe", cavendish, "--html", folder.path("none/page.html")});
+    EXPECT_EQ(nowhere.status, couldNotAnalyse);
+    EXPECT_EQ(std::count(nowhere.errors.begin(), nowhere.errors.end(), '\n'), 1) << nowhere.errors;
+    const Outcome full = run({"describe", cavendish, "--html", "/dev/full"});
+    EXPECT_EQ(full.status, couldNotAnalyse);
+    EXPECT_EQ(std::count(full.errors.begin(), full.errors.end(), '\n'), 1) << full.errors;
+    const std::string data = folder.write("data.html", "1\n2\n3\n");
+    EXPECT_EQ(run({"describe", data, "--html", data}), refused("--html: " + data + " is the data file", "describe"));
+    EXPECT_EQ(contentOf(data), "1\n2\n3\n");
+    for (const char* const option : {"--export", "--plot"}) {
+        const std::string both = folder.path("both.svg");
+        const Outcome outcome = run({"describe", cavendish, option, both, "--html", both});
+        EXPECT_EQ(outcome.status, wrongUsage) << option;
+        EXPECT_FALSE(std::filesystem::exists(both)) << option;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,282 @@
+// Texts that are more than text to someone, in every option and every place of the data that reaches gnuplot, a picture or a terminal.
+#include "commands.h"
+#include "svg.h"
+#include "support/plain_gnuplot.h"
+#include "terminal.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <filesystem>
+#include <future>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace std::chrono_literals;
+using namespace wq_test;
+using testing::HasSubstr;
+using testing::Not;
+
+// Each would touch the file "canary" in the current folder, spoil a picture or play with a terminal where a text could leave its place.
+const std::string injections[] = {
+    "\n!touch canary\n",
+    "x\n!touch canary",
+    "x\r!touch canary\r",
+    "\";system(\"touch canary\");\"",
+    "';system('touch canary');'",
+    "\\\";system(\"touch canary\")#",
+    "\\';system('touch canary')#",
+    "`touch canary`",
+    "\"`touch canary`\"",
+    "'`touch canary`",
+    "$(touch canary) $HOME %HOME%",
+    "@x @GPVAL_VERSION {/*3 big} a_b^c",
+    "{ } }{ {{",
+    "%s %d %n %% 100 %",
+    "\\",
+    "\\\\",
+    "two \\\nlines",
+    "'",
+    "''",
+    "\"",
+    "# no comment",
+    "]]>",
+    "<![CDATA[",
+    "]]><script>touch</script><![CDATA[",
+    "<script>alert(1)</script> &amp; &#27; &lt;",
+    "\x1b]0;title\x07\x1b[31mred\x1b[2J",
+    "\xc2\x9b"
+    "31m C1 \x9b"
+    "31m",
+    "\x01\x02\x7f\v\f\b\b\b",
+    "\xff\xfe \xc3( \xed\xa0\x80",
+    "\xf4\x90\x80\x80 \xef\xbf\xbf \xc3",
+    "\u202egnp.exe\u202c",
+    "\u2066isolated\u2069",
+    "\u2028 \u2029 \ufeff",
+    "\u05d0\u200f right-to-left \u200e",
+};
+
+std::string allInjections()
+{
+    std::string all;
+    for (const std::string& injection : injections) all += injection + " ";
+    return all;
+}
+
+// A text on one line as a reader of a picture should find it, each run of blanks as one.
+std::string onOneLine(const std::string& text)
+{
+    std::istringstream words(text);
+    std::string line;
+    for (std::string word; words >> word;) line += (line.empty() ? "" : " ") + word;
+    return line;
+}
+
+std::string asShown(std::string text)
+{
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
+    return onOneLine(plainVisible(text));
+}
+
+std::string without(char c, std::string text)
+{
+    text.erase(std::remove(text.begin(), text.end(), c), text.end());
+    return text;
+}
+
+// What a comment of a file can hold of it.
+std::string asComment(const std::string& text) { return without('#', without('\n', text)); }
+
+// The current folder for as long as the object lives: what an injected command would touch appears there.
+class InFolder {
+public:
+    InFolder() : before(std::filesystem::current_path()) { std::filesystem::current_path(folder.path("")); }
+    ~InFolder() { std::filesystem::current_path(before); }
+    InFolder(const InFolder&) = delete;
+    InFolder& operator=(const InFolder&) = delete;
+
+    std::string write(const std::string& name, const std::string& content) const { return folder.write(name, content); }
+    bool hasCanary() const { return std::filesystem::exists("canary"); }
+
+private:
+    TempFolder folder;
+    std::filesystem::path before;
+};
+
+// Each injection in a comment of its own, as a line holds no more than 254 characters, and three observations.
+std::string dataFor(const AnalysisCommand& command)
+{
+    std::string data;
+    for (const std::string& injection : injections) data += "# " + asComment(injection) + "\n";
+    for (int i = 0; i < 3; ++i) data += command.goodLine + "\n";
+    return data;
+}
+
+// ---------------------------------------------------------------- gnuplot and SVG
+
+TEST(Injection, textsOfOptionsAndDataAreTextsInAPicture)
+{
+    for (const std::string& injection : injections) {
+        SCOPED_TRACE("injection: " + plainVisible(injection));
+        const InFolder folder;
+        const std::string comment = asComment(injection);
+        const std::string data = folder.write("data.txt", "# c " + comment + "\n1;0\n2;0\n3;0\n");
+        const Words places{"circular",  "--unit",         "bins",      "--bins",         "4",  "--bin-name", "n " + injection,
+                           "--x-label", "x " + injection, "--y-label", "y " + injection, data, "--plot",     "a.svg"};
+        const Outcome outcome = run(places);
+        ASSERT_EQ(outcome.status, done) << outcome;
+        const std::string texts = onOneLine(textsOf("a.svg"));
+        for (const std::string& text : {"c " + comment, "x " + injection, "y " + injection, "n " + injection})
+            EXPECT_THAT(texts, HasSubstr(asShown(text)));
+
+        // Where there is no comment the file's name is the title; the y axis has a label of its own, turned.
+        std::string name = "f " + injection;
+        std::replace(name.begin(), name.end(), '/', '|');
+        ASSERT_EQ(run({"describe", folder.write(name, "1\n2\n4\n"), "--y-label", "y " + injection, "--plot", name + ".svg"}).status, done);
+        const std::string others = onOneLine(textsOf(name + ".svg"));
+        EXPECT_THAT(others, HasSubstr(asShown(onOneLine(plainVisible(name)))));
+        EXPECT_THAT(others, HasSubstr(asShown("y " + injection)));
+
+        EXPECT_FALSE(folder.hasCanary());
+    }
+}
+
+TEST(Injection, picturesOfEveryFormatTakeThemAll)
+{
+    const InFolder folder;
+    const std::string data = folder.write("data.txt", "# " + asComment(injections[4]) + "\n1;0\n2;0\n3;0\n");
+    for (const std::string& injection : injections)
+        EXPECT_EQ(run({"pairs", data, "--x-label", injection, "--plot", "a.png"}).status, done) << plainVisible(injection);
+    EXPECT_EQ(run({"pairs", data, "--x-label", allInjections(), "--plot", "a.pdf"}).status, done);
+    EXPECT_FALSE(folder.hasCanary());
+}
+
+TEST(Injection, everyCommandsPictureTakesThemAll)
+{
+    const std::string all = allInjections();
+    for (const AnalysisCommand& command : analyses) {
+        SCOPED_TRACE(joined(command.arguments));
+        const InFolder folder;
+        const std::string data = folder.write("data.txt", dataFor(command));
+        const Outcome outcome = run(with(withFile(command.arguments, data), {"--x-label", all, "--y-label", "y" + all, "--plot", "a.svg"}));
+        ASSERT_EQ(outcome.status, done) << outcome;
+        const std::string texts = textsOf("a.svg");
+        EXPECT_THAT(texts, HasSubstr("\n!touch canary"));
+        EXPECT_THAT(texts, HasSubstr("y !touch canary"));
+        EXPECT_FALSE(folder.hasCanary());
+    }
+}
+
+// ---------------------------------------------------------------- terminals
+
+struct Shown {
+    int status;
+    std::string text;
+};
+
+// Runs a command with both its streams on one terminal.
+Shown runOnTerminal(const Words& arguments)
+{
+    Terminal terminal;
+    Streams streams;
+    streams.output = terminal.path();
+    streams.errors = terminal.path();
+    auto outcome = std::async(std::launch::async, [&] { return run(arguments, streams); });
+    while (outcome.wait_for(0s) != std::future_status::ready) terminal.take(20ms);
+    while (terminal.take(0ms)) {
+    }
+    return {outcome.get().status, terminal.stream()};
+}
+
+// Line ends, which the terminal itself turns into CR LF, tabs and printable characters are all there may be.
+std::string controlsIn(const std::string& text)
+{
+    std::string controls;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = plainPrintable(text, i);
+        const bool plain = text[i] == '\n' || text[i] == '\t' || text.compare(i, 2, "\r\n") == 0;
+        if (length == 0 && !plain) controls += plainVisible(text.substr(i, 1));
+        i += length == 0 ? 1 : length;
+    }
+    return controls;
+}
+
+TEST(Injection, reportsOnATerminalShowControlCharacters)
+{
+    for (const AnalysisCommand& command : analyses) {
+        SCOPED_TRACE(joined(command.arguments));
+        const TempFolder folder;
+        const Words words = withFile(command.arguments, folder.write("data.txt", dataFor(command)));
+        const Shown shown = runOnTerminal(words);
+        EXPECT_EQ(shown.status, done);
+        EXPECT_EQ(controlsIn(shown.text), "");
+
+        // In files and pipes every byte is what it was.
+        const Outcome plain = run(words);
+        const bool showsComment = plain.output.find("\x1b[31mred") != std::string::npos;
+        EXPECT_EQ(shown.text.find("\\x1b[31mred") != std::string::npos, showsComment);
+        EXPECT_EQ(plain.output.find("\xff\xfe \xc3( \xed\xa0\x80") != std::string::npos, showsComment);
+    }
+}
+
+TEST(Injection, messagesAndListingsShowControlCharacters)
+{
+    const TempFolder folder;
+    const std::string evil = "\x1b]0,title\x07 \x9b"
+                             "31m \xc2\x9b"
+                             "31m \r over";
+    const std::string name = "f" + evil;
+    const std::string values = folder.write(name, "# c\n1\n2\n4\n");
+    const std::string pairs = folder.write("p" + name, "1;2" + evil + "4\n" + "3 " + evil + "5\n2;3\n");
+    const std::string bad = folder.write("b" + name, "1;" + evil + "\n");
+    const struct {
+        int line;
+        Words arguments;
+        int status;
+    } rows[] = {
+        {__LINE__, {"describe", values, "--list", "0", "2"}, done},
+        {__LINE__, {"describe", values, "--json"}, done},
+        {__LINE__, {"pairs", "--lenient", pairs, "--list", "0", "2"}, done},
+        {__LINE__, {"anova", "--lenient", pairs, "--details"}, done},
+        {__LINE__, {"anova", pairs}, couldNotAnalyse},
+        {__LINE__, {"correlate", bad}, couldNotAnalyse},
+        {__LINE__, {"describe", folder.path("none" + name)}, couldNotAnalyse},
+        {__LINE__, {"describe", values, "--export", folder.path("none" + name + "/x")}, couldNotAnalyse},
+        {__LINE__, {"describe", values, "--plot", folder.path("none" + name + "/x.svg")}, couldNotAnalyse},
+        {__LINE__, {"describe", values, "--plot", name}, wrongUsage},
+        {__LINE__, {"describe", values, "--alpha", evil}, wrongUsage},
+        {__LINE__, {"describe", values, "--list", evil, "1"}, wrongUsage},
+        {__LINE__, {"regress", "--model", evil, pairs}, wrongUsage},
+        {__LINE__, {"describe", values, evil}, wrongUsage},
+        {__LINE__, {"describe", values, "--" + evil}, wrongUsage},
+        {__LINE__, {evil}, wrongUsage},
+        {__LINE__, {"prob", evil}, wrongUsage},
+        {__LINE__, {"prob", "t_Prob", evil, "1", "one"}, wrongUsage},
+        {__LINE__, {"random", "--weights", evil}, wrongUsage},
+        {__LINE__, {"circular", "--lenient", pairs, "--unit", "bins", "--bins", "4", "--bin-name", evil}, done},
+        {__LINE__, {"--generate", evil}, wrongUsage},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const Shown shown = runOnTerminal(row.arguments);
+        EXPECT_EQ(shown.status, row.status) << shown.text;
+        EXPECT_EQ(controlsIn(shown.text), "") << shown.text;
+    }
+}
+
+TEST(Injection, textsThatATerminalCanShowAreShownAsTheyAre)
+{
+    const TempFolder folder;
+    const std::string text = "\u00b5 = 5 \u6570 \u05d0 'quoted' \"so\" \\x1b \U0001f600\tand a tab";
+    const Words words{"describe", folder.write("data.txt", "# " + text + "\r\n1\r\n2\r\n4\r\n")};
+    const Shown shown = runOnTerminal(words);
+    EXPECT_THAT(shown.text, HasSubstr(text));
+    EXPECT_THAT(shown.text, Not(HasSubstr("\\r"))) << "a carriage return before a line end is one";
+}
+
+}  // namespace

@@ -1,0 +1,305 @@
+// Tables with named columns: every analysis prints the report that the same data give in the library's own format, and what cannot be
+// read is said with file, line, column and text.
+#include "commands.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+using namespace wq_test;
+
+// ---------------------------------------------------------------- the same report
+
+struct SameReport {
+    int line;
+    Words asFile;      // command and options; the file comes last
+    std::string file;  // in the library's own format
+    Words asTable;
+    std::string table;
+    std::string key;  // behind the report
+};
+
+const std::string plants = "plant,treatment,height_cm\n1,ctrl,4.17\n2,ctrl,5.58\n3,trt1,4.81\n4,trt1,4.41\n5,trt2,6.31\n6,trt2,5.12\n";
+const std::string angles = "hour;births\n1;3\n2;0\n8;5\n";
+
+const SameReport sameReports[] = {
+    {__LINE__, {"describe"}, "4.17\n5.58\n4.81\n4.41\n6.31\n5.12\n", {"describe", "--column", "height_cm"}, plants, ""},
+    {__LINE__, {"describe"}, "1\n2\n3\n4\n5\n6\n", {"describe", "--column", "1"}, plants, ""},
+    {__LINE__,
+     {"describe", "--mu", "2"},
+     "1.5\n2.5\n4\n",
+     {"describe", "--mu", "2", "--column", "2", "--no-header"},
+     "a\t1,5\nb\t2,5\nc\t4\n",
+     ""},
+    {__LINE__, {"frequency"}, "1\n2\n2\n5\n", {"frequency", "--column", "v"}, "v\n1\n2\n2\n5\n", ""},
+    {__LINE__, {"frequency"}, "1\n2\n2\n5\n", {"frequency", "--column", "v", "--count", "n"}, "v,n\n1,1\n2,2\n3,0\n5,1\n", ""},
+    {__LINE__, {"pairs"}, "1;2\n2;4.5\n3;5\n", {"pairs", "--x", "a", "--y", "b"}, "b|a\n2|1\n4.5|2\n5|3\n", ""},
+    {__LINE__,
+     {"regress", "--model", "power"},
+     "1;2\n2;4.5\n3;5\n",
+     {"regress", "--model", "power", "--x", "2", "--y", "1"},
+     "b a\n2 1\n4.5 2\n5 3\n",
+     ""},
+    {__LINE__, {"correlate"}, "1;2\n2;4.5\n3;5\n", {"correlate", "--x", "a", "--y", "b"}, "a,b\n1,2\n2,4.5\n3,5\n", ""},
+    {__LINE__,
+     {"anova", "--details"},
+     "1;4.17\n1;5.58\n2;4.81\n2;4.41\n3;6.31\n3;5.12\n",
+     {"anova", "--details", "--group", "treatment", "--value", "height_cm"},
+     plants,
+     "group 1: ctrl\ngroup 2: trt1\ngroup 3: trt2\n"},
+    {__LINE__,
+     {"anova"},
+     "1;2\n2;3\n1;2.5\n2;5\n",
+     {"anova", "--group", "g", "--value", "v"},
+     "g,v\n0.5,2\n0.1,3\n0.5,2.5\n0.1,5\n",
+     "group 1: 0.5\ngroup 2: 0.1\n"},
+    {__LINE__, {"multiy"}, "1;5;1\n1;6;1\n2;7;1\n2;9;1\n", {"multiy", "--x", "a", "--y", "b"}, "a,b\n1,5\n1,6\n2,7\n2,9\n", ""},
+    {__LINE__, {"multiy"}, "1;5;2\n1;6;1\n2;7;3\n", {"multiy", "--x", "a", "--y", "b", "--count", "n"}, "a,b,n\n1,5,2\n1,6,1\n2,7,3\n", ""},
+    {__LINE__, {"fit"}, "12;10\n8;10\n", {"fit", "--observed", "o", "--expected", "e"}, "o,e\n12,10\n8,10\n", ""},
+    {__LINE__,
+     {"fit", "--yates"},
+     "3;3.75\n2;1.25\n",
+     {"fit", "--yates", "--column", "seed", "--ratio", "3:1"},
+     "seed\nround\nround\nwrinkled\nround\nwrinkled\n",
+     "class 1: round\nclass 2: wrinkled\n"},
+    {__LINE__, {"fit"}, "31;28.5\n7;9.5\n", {"fit", "--column", "n", "--ratio", "3:1"}, "seed,n\nround,31\nwrinkled,7\n", ""},
+    {__LINE__, {"fit"}, "3;2\n1;2\n", {"fit", "--column", "coin", "--ratio", "1:1"}, "coin\n1\n0\n1\n1\n", "class 1: 1\nclass 2: 0\n"},
+    {__LINE__,
+     {"ks", "--frequencies"},
+     "3;1\n2;4\n1;2\n",
+     {"ks", "--frequencies", "--count1", "a", "--count2", "b"},
+     "a,b\n3,1\n2,4\n1,2\n",
+     ""},
+    {__LINE__,
+     {"ks"},
+     "3;1\n2;4\n",
+     {"ks", "--class", "size", "--count1", "a", "--count2", "b"},
+     "size,a,b\nsmall,3,1\nlarge,2,4\n",
+     "class 1: small\nclass 2: large\n"},
+    // The values 1, 2, 2.5, 3 and 4 are a class each.
+    {__LINE__,
+     {"ks", "--frequencies"},
+     "1;0\n2;1\n0;1\n0;2\n1;0\n",
+     {"ks", "--frequencies", "--column", "p", "--column2", "q"},
+     "p,q\n4,3\n2,2.5\n1,2\n2,3\n",
+     "sample 1: p\nsample 2: q\n"},
+    {__LINE__, {"ks"}, "1;0\n1;2\n", {"ks", "--value", "v", "--group", "g"}, "g,v\nx,2\ny,2\nx,1\ny,2\n", "sample 1: x\nsample 2: y\n"},
+    {__LINE__, {"ks"}, "1;0\n0;1\n0;1\n", {"ks", "--column", "p", "--column2", "q"}, "p,q\n1,2\n,3\n", "sample 1: p\nsample 2: q\n"},
+    {__LINE__,
+     {"circular", "--unit", "degrees"},
+     "10;0\n20;0\n350;0\n",
+     {"circular", "--unit", "degrees", "--column", "a"},
+     "a\n10\n20\n350\n",
+     ""},
+    {__LINE__,
+     {"circular", "--unit", "bins", "--bins", "24"},
+     "1;3\n2;0\n8;5\n",
+     {"circular", "--unit", "bins", "--bins", "24", "--column", "hour", "--count", "births"},
+     angles,
+     ""},
+};
+
+TEST(Tables, everyAnalysisPrintsTheReportOfTheSameData)
+{
+    const TempFolder folder;
+    for (const SameReport& row : sameReports) {
+        const Outcome expected = run(with(row.asFile, {folder.write("data.txt", row.file)}));
+        ASSERT_EQ(expected.status, done) << "row of line " << row.line << "\n" << expected;
+        Outcome table = run(with(row.asTable, {folder.write("data.csv", row.table)}));
+        const std::size_t key = row.key.empty() ? std::string::npos : table.output.find(row.key);
+        if (!row.key.empty()) {
+            ASSERT_NE(key, std::string::npos) << "row of line " << row.line << "\n" << table;
+            table.output.erase(key, row.key.size());
+        }
+        EXPECT_EQ(table, expected) << "row of line " << row.line;
+    }
+}
+
+TEST(Tables, variancesOfTwoColumnsTwoGroupsAndTwoTables)
+{
+    const TempFolder folder;
+    const std::string first = folder.write("first.txt", "1\n2\n4\n");
+    const std::string second = folder.write("second.txt", "3\n7\n8\n");
+    const std::string columns = folder.write("columns.csv", "a,b\n1,3\n2,7\n4,8\n");
+    const std::string groups = folder.write("groups.csv", "g,v\nx,1\nx,2\ny,3\nx,4\ny,7\ny,8\n");
+    const std::string other = folder.write("other.csv", "n,a\n1,3\n2,7\n3,8\n");
+    const Outcome expected = run({"variances", first, second});
+    ASSERT_EQ(expected.status, done);
+    EXPECT_EQ(run({"variances", "--column", "a", columns, other}).output, expected.output);
+    EXPECT_EQ(run({"variances", "--column", "a", "--column2", "b", columns}).output, expected.output + "sample 1: a\nsample 2: b\n");
+    EXPECT_EQ(run({"variances", "--value", "v", "--group", "g", groups}).output, expected.output + "sample 1: x\nsample 2: y\n");
+}
+
+// ---------------------------------------------------------------- what cannot be read
+
+struct BadTable {
+    int line;
+    Words arguments;
+    std::string table;
+    std::string reason;  // behind the file's name
+};
+
+const BadTable badTables[] = {
+    // columns
+    {__LINE__, {"describe", "--column", "height"}, plants, ": there is no column 'height': the columns are plant, treatment, height_cm"},
+    {__LINE__, {"describe", "--column", "4"}, plants, ": there is no column '4': the columns are plant, treatment, height_cm"},
+    {__LINE__, {"describe", "--column", "0"}, plants, ": there is no column '0': the columns are plant, treatment, height_cm"},
+    {__LINE__, {"describe", "--column", "3", "--no-header"}, "1,2\n", ": there is no column '3': there are 2 columns"},
+    {__LINE__, {"describe", "--column", "a"}, "a,a\n1,2\n", ": there are several columns 'a': name the one that is meant by its number"},
+    // cells
+    {__LINE__, {"describe", "--column", "2"}, plants, ":2: treatment: a number is expected, not 'ctrl'"},
+    {__LINE__, {"describe", "--column", "w"}, "w\n1\n2 kg\n", ":3: w: a number is expected, not '2 kg'"},
+    {__LINE__, {"describe", "--column", "w"}, "w\n1\n<1\n", ":3: w: a number is expected, not '<1'"},
+    {__LINE__, {"describe", "--column", "w"}, "w\n1\n0x10\n", ":3: w: a number is expected, not '0x10'"},
+    {__LINE__, {"describe", "--column", "w"}, "w\n1\n1e999\n", ":3: w: the number is out of range: '1e999'"},
+    {__LINE__, {"describe", "--column", "w"}, "w;x\n1;a\n1.2.3;b\n", ":3: w: a number is expected, not '1.2.3'"},
+    {__LINE__, {"describe", "--column", "w"}, "w\n\"1\n\"\n", ":2: w: a number is expected, not '1\\x0a'"},
+    {__LINE__, {"describe", "--column", "w", "--na", "x"}, "w\n1\nNA\n", ":3: w: a number is expected, not 'NA'"},
+    {__LINE__, {"describe", "--column", "w", "--na-error"}, "w\n1\n\"\"\n", ":3: w: the value is missing: ''"},
+    {__LINE__, {"describe", "--column", "w", "--na-error"}, "w\n1\nN/A\n", ":3: w: the value is missing: 'N/A'"},
+    {__LINE__, {"frequency", "--column", "w", "--count", "n"}, "w,n\n1,2\n2,-1\n", ":3: n: a count is expected, not '-1'"},
+    {__LINE__, {"frequency", "--column", "w", "--count", "n"}, "w,n\n1,2\n2,1.5\n", ":3: n: a count is expected, not '1.5'"},
+    // decimal points and commas
+    {__LINE__, {"describe", "--column", "w"}, "w;x\n1,5;1\n2.5;1\n", ":3: w: '2.5' has a decimal point, but '1,5' on line 2 a comma"},
+    {__LINE__, {"describe", "--column", "w"}, "w;x\n1.5;1\n2,5;1\n", ":3: w: '2,5' has a comma, but '1.5' on line 2 a decimal point"},
+    {__LINE__,
+     {"describe", "--column", "w", "--decimal-comma"},
+     "w;x\n1;1\n2.5;1\n",
+     ":3: w: a number with a decimal comma is expected, not '2.5'"},
+    {__LINE__,
+     {"describe", "--column", "w"},
+     "w\tx\n1\t1\n1,234\t1\n",
+     ":3: '1,234' may have a decimal comma or a comma between thousands: --decimal-comma takes it for the former"},
+    // rows
+    {__LINE__, {"describe", "--column", "w"}, "w,x\n1,2\n3\n", ":3: 1 field, where the header has 2"},
+    {__LINE__, {"describe", "--column", "w"}, "w,x\n1,2\n\n3,4,5\n", ":4: 3 fields, where the header has 2"},
+    {__LINE__, {"describe", "--column", "1", "--no-header"}, "1,2\n3\n", ":2: 1 field, where the first line has 2"},
+    {__LINE__,
+     {"describe", "--column", "1"},
+     "1,2\n3,4\n",
+     ":1: the first line holds numbers only: --no-header takes it for data, --header for the names of the columns"},
+    // quotes
+    {__LINE__,
+     {"describe", "--column", "1"},
+     "w\n1\n2\"\n",
+     ":3: a quote inside a field: a field with quotes stands in quotes as a whole, and they are doubled in it"},
+    {__LINE__, {"describe", "--column", "1"}, "w\n1\n\"2\n3\n", ":3: the quotes that open a field here are not closed"},
+    // files
+    {__LINE__, {"describe", "--column", "w"}, "", ": no data"},
+    {__LINE__, {"describe", "--column", "w"}, "w\n", ": no data"},
+    {__LINE__, {"describe", "--column", "w"}, "w\n1\n2\n", ": 2 observations, at least 3 are needed"},
+    {__LINE__,
+     {"describe", "--column", "w"},
+     "w\n1\nNA\n2\n",
+     ": 2 observations, at least 3 are needed (1 of 3 rows left out: a value is missing)"},
+    {__LINE__, {"describe", "--column", "w"}, std::string("w\n1\n\0", 5), ":3: there is a zero byte: this is no text file"},
+    {__LINE__, {"describe", "--column", "w"}, "\x1f\x8b\x08nonsense and more of it", ": the gzip file is damaged"},
+    {__LINE__, {"describe", "--column", "w"}, std::string("\xff\xfew\0\n", 5), ": the text is no valid UTF-16"},
+    // classes and samples
+    {__LINE__, {"fit", "--column", "c", "--ratio", "1:1"}, "c\na\nb\nc\n", ": c has 3 classes, but --ratio has 2 parts"},
+    {__LINE__,
+     {"ks", "--class", "c", "--count1", "a", "--count2", "b"},
+     "c,a,b\nx,1,2\ny,1,1\nx,1,3\n",
+     ": 'x' stands in c more than once"},
+    {__LINE__, {"variances", "--value", "v", "--group", "g"}, "g,v\na,1\nb,2\nc,3\n", ": g has 3 groups, exactly two are needed"},
+    {__LINE__, {"ks", "--value", "v", "--group", "g"}, "g,v\na,1\na,2\n", ": g has 1 group, exactly two are needed"},
+    {__LINE__, {"variances", "--value", "v", "--group", "g"}, "g,v\na,1\nb,2\na,3\nb,3\na,1\n", ": 2 observations, at least 3 are needed"},
+};
+
+TEST(Tables, whatCannotBeReadIsNamed)
+{
+    const TempFolder folder;
+    for (const BadTable& row : badTables) {
+        const std::string file = folder.write("data.csv", row.table);
+        EXPECT_EQ(run(with(row.arguments, {file})), cannotAnalyse(file + row.reason)) << "row of line " << row.line;
+    }
+}
+
+TEST(Tables, filesThatCannotBeOpened)
+{
+    const TempFolder folder;
+    const std::string missing = folder.path("missing");
+    EXPECT_EQ(run({"describe", "--column", "1", missing}), cannotAnalyse(missing + ": No such file or directory"));
+    EXPECT_EQ(run({"describe", "--column", "1", folder.path("")}), cannotAnalyse(folder.path("") + ": Is a directory"));
+    EXPECT_EQ(run({"describe", "--column", "1", ""}), cannotAnalyse("'': No such file or directory"));
+}
+
+TEST(Tables, columnsThatDoNotFitTogether)
+{
+    const struct {
+        int line;
+        Words arguments;
+        std::string reason;
+    } rows[] = {
+        {__LINE__, {"pairs", "--x", "a", "data.csv"}, "--y is needed, the column of y"},
+        {__LINE__, {"anova", "--value", "a", "data.csv"}, "--group is needed, the column of the groups, which may be texts"},
+        {__LINE__, {"frequency", "--count", "a", "data.csv"}, "--column is needed, the column of the values"},
+        {__LINE__, {"describe", "--na-error", "data.csv"}, "--na-error is for tables: name a column, such as --column NAME"},
+        {__LINE__, {"pairs", "--separator", "comma", "data.csv"}, "--separator is for tables: name a column, such as --x NAME"},
+        {__LINE__,
+         {"describe", "--column", "a", "--separator", "ab", "data.csv"},
+         "--separator: 'ab' is none of comma, semicolon, tab, bar and blanks, nor one character"},
+        {__LINE__, {"describe", "--column", "", "data.csv"}, "--column: the name of a column is needed"},
+        {__LINE__, {"fit", "--column", "a", "data.csv"}, "--column and --ratio go together"},
+        {__LINE__, {"fit", "--column", "a", "--ratio", "3:0", "data.csv"}, "--ratio: '3:0' is not a ratio of positive numbers"},
+        {__LINE__, {"fit", "--column", "a", "--ratio", "3:x", "data.csv"}, "--ratio: 'x' is not a number"},
+        {__LINE__,
+         {"fit", "--column", "a", "--ratio", "3:1", "--observed", "b", "data.csv"},
+         "--column and --ratio stand in place of --observed and --expected"},
+        {__LINE__, {"variances", "--column", "a", "data.csv"}, "--column: a second file is needed, or --column2"},
+        {__LINE__,
+         {"variances", "--value", "a", "--group", "b", "data.csv", "other.csv"},
+         "both samples are in one file: FILE2 has no place"},
+        {__LINE__,
+         {"variances", "--value", "a", "--group", "b", "--column", "c", "data.csv"},
+         "--value and --group stand in place of --column"},
+        {__LINE__,
+         {"ks", "--count1", "a", "--column", "b", "--column2", "c", "data.csv"},
+         "--class, --count1 and --count2 are for counts, not for the values of two samples"},
+    };
+    for (const auto& row : rows) EXPECT_EQ(run(row.arguments), refused(row.reason, row.arguments.front())) << "row of line " << row.line;
+}
+
+// ---------------------------------------------------------------- what is said besides
+
+TEST(Tables, rowsWithMissingValuesAreCountedByColumn)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("data.csv", "g,v,w\na,1,2\n-,2,3\nb,NA,.\nb,4,\n,NaN,5\na,2,1\nb,3,3\n");
+    const Outcome anova = run({"anova", "--group", "g", "--value", "v", file});
+    EXPECT_EQ(anova.errors, "wqstat: " + file + ": warning: 3 of 7 rows left out, missing values: g 2, v 2\n");
+    const Outcome all = run({"describe", "--column", "v", "--na", "none", folder.write("whole.csv", "v\n1\n2\n-3\n")});
+    EXPECT_EQ(all.errors, "");
+}
+
+TEST(Tables, verboseTellsHowTheFileWasRead)
+{
+    const TempFolder folder;
+    const struct {
+        int line;
+        std::string table;
+        Words options;
+        std::string text;
+    } rows[] = {
+        {__LINE__, "a;b\n1,5;2\n2;3\n3;4\n", {}, "separator semicolon, decimal comma, columns a, b"},
+        {__LINE__,
+         "\xef\xbb\xbf"
+         "a\tb\n1.5\t2\n2\t3\n3\t4\n",
+         {},
+         "byte order mark, separator tab, decimal point, columns a, b"},
+        {__LINE__, "1 2\n2 3\n3 4\n", {"--no-header"}, "separator blanks, decimal point, 2 columns without a header"},
+        {__LINE__, "1!2\n2!3\n3!4\n", {"--no-header", "--separator", "!"}, "separator '!', decimal point, 2 columns without a header"},
+        {__LINE__, "1990|1991\n2|3\n3|4\n4|4\n", {"--header"}, "separator bar, decimal point, columns 1990, 1991"},
+    };
+    for (const auto& row : rows) {
+        const std::string file = folder.write("data.csv", row.table);
+        const Outcome outcome = run(with(with({"describe", "--verbose", "--column", "1"}, row.options), {file}));
+        EXPECT_EQ(outcome.status, done) << "row of line " << row.line;
+        EXPECT_THAT(outcome.errors, testing::StartsWith("wqstat: " + file + ": " + row.text + "\n")) << "row of line " << row.line;
+    }
+}
+
+}  // namespace

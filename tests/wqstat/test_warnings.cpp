@@ -1,0 +1,225 @@
+// What wqstat says unasked: each warning with data that call for it and with data that do not.
+#include "data_files.h"
+#include "documents.h"
+
+#include "support/table.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace wq_test;
+using namespace wq_test::data_files;
+
+struct Row {
+    int line;
+    Words command;
+    std::string file;                   // what stands in the data file
+    std::vector<std::string> warnings;  // none where the data are as they should be
+};
+
+std::string linesOf(const std::vector<std::string>& warnings)
+{
+    std::string text;
+    for (const std::string& warning : warnings) text += "wqstat: warning: " + warning + "\n";
+    return text;
+}
+
+// Standard error is just these lines, the status 0; --no-warnings takes them away and changes nothing else.
+void expectWarnings(int line, const Words& arguments, const std::vector<std::string>& warnings)
+{
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.status, done) << outcome;
+    EXPECT_EQ(outcome.errors, linesOf(warnings)) << "row of line " << line;
+    EXPECT_EQ(run(with(arguments, {"--no-warnings"})), (Outcome{done, outcome.output, ""})) << "row of line " << line;
+}
+
+void expectWarnings(const std::vector<Row>& rows)
+{
+    const TempFolder folder;
+    for (const Row& row : rows) expectWarnings(row.line, with(row.command, {folder.write("data.txt", row.file)}), row.warnings);
+}
+
+TEST(Warnings, tellOfADecisionThatDiffers)  // the p are those of tests/reference/textbook.R, or R's as named
+{
+    std::string falling;  // cor.test(0:19, 40 - 2 * (0:19) + (0:19) %% 2): p = 5.346e-26
+    for (int i = 0; i < 20; ++i) falling += std::to_string(i) + ";" + std::to_string(40 - 2 * i + i % 2) + "\n";
+    expectWarnings(__LINE__, {"describe", "--mu", "5.355", cavendish}, {"the exact p is 0.031, which rejects H0; the report accepts it"});
+    expectWarnings(__LINE__, {"describe", "--mu", "5.517", cavendish}, {});
+    expectWarnings(__LINE__, {"anova", supplements}, {"the exact p is 0.06, which accepts H0; the report rejects it"});
+    expectWarnings(__LINE__, {"anova", resistivity}, {});
+    expectWarnings(__LINE__, {"correlate", norris}, {});
+    expectWarnings({
+        {__LINE__, {"correlate"}, falling, {"the exact p of t is 5.3e-26, which rejects H0; the report accepts it"}},
+        // of the means 1, 4, 1, 4 at 1, 2, 3, 4; summary(lm(c(1, 4, 1, 4) ~ c(1, 2, 3, 4))): p = 0.5528
+        {__LINE__,
+         {"multiy"},
+         "1;0;1\n1;2;1\n2;3;1\n2;5;1\n3;0;1\n3;2;1\n4;3;1\n4;5;1\n",
+         {"the exact p of the slope is 0.55, which accepts H0; the report rejects it"}},
+    });
+    expectWarnings(__LINE__, {"multiy", seedlings}, {});
+    expectWarnings(__LINE__, {"fit", peas}, {});
+    expectWarnings(__LINE__, {"ks", digits}, {});
+    expectWarnings(__LINE__, {"variances", instrument1, instrument2}, {});
+    expectWarnings(__LINE__, {"circular", "--unit", "degrees", pigeons}, {});
+}
+
+TEST(Warnings, tellOfADecisionThatRestsOnNothing)
+{
+    expectWarnings({
+        {__LINE__, {"describe"}, "2\n2\n2\n", {"the report rejects H0 without ground: the values are all equal"}},
+        {__LINE__, {"describe", "--mu", "2"}, "1\n2\n4\n", {}},
+        {__LINE__, {"anova"}, "1;2\n1;3\n", {"the report accepts H0 without ground: there is one group"}},
+        {__LINE__, {"anova"}, "1;2\n2;3\n", {"the report accepts H0 without ground: no group has more than one observation"}},
+        {__LINE__, {"anova"}, "1;2\n1;2\n2;2\n2;2\n", {"the report accepts H0 without ground: the observations are all equal"}},
+        {__LINE__, {"anova"}, "1;2\n1;3\n2;2\n2;4\n", {}},
+        {__LINE__,
+         {"multiy"},
+         "1;2;2\n1;3;2\n2;4;2\n2;5;1\n",
+         {"the report rejects H0 by the test of the slope without ground: fewer than 3 groups leave no deviations from a line"}},
+        {__LINE__, {"fit"}, "7;7\n", {"the report rejects H0 without ground: there are no degrees of freedom"}},
+        {__LINE__, {"fit"}, "7;0\n8;15\n", {"the report rejects H0 without ground: nothing is expected in 1 class"}},
+        {__LINE__, {"ks"}, "3;0\n4;0\n", {"the report accepts H0 without ground: a sample is empty"}},
+        {__LINE__,
+         {"correlate"},
+         "1;2\n2;5\n",
+         {"the report rejects H0 by the test of t without ground: there are no degrees of freedom",
+          "the report accepts H0 by the test of F without ground: there are no degrees of freedom"}},
+        {__LINE__,
+         {"correlate"},
+         "3;0\n3;1\n3;2\n3;0\n",
+         {"the report rejects H0 by the test of t without ground: x or y is constant",
+          "the report rejects H0 by the test of F without ground: x or y is constant"}},
+        {__LINE__,
+         {"regress", "--model", "linear"},
+         "1;2\n2;5\n",
+         {"the report's t, p and limits of b rest on nothing: there are no degrees of freedom"}},
+        {__LINE__,
+         {"regress", "--model", "linear"},
+         "1;2\n1;5\n1;3\n",
+         {"the report's t, p and limits of b rest on nothing: x is constant"}},
+        {__LINE__, {"regress", "--model", "linear"}, "1;2\n2;5\n3;3\n", {}},
+    });
+    const TempFolder folder;
+    const std::string equal = folder.write("equal.txt", "2\n2\n2\n");
+    const std::string other = folder.write("other.txt", "2\n3\n2\n");
+    expectWarnings(__LINE__, {"variances", equal, equal},
+                   {"the report rejects H0 without ground: the values of both samples are all equal"});
+    expectWarnings(__LINE__, {"variances", equal, other}, {"the values of the first sample are all equal, so that F is no finite number"});
+    expectWarnings(__LINE__, {"variances", other, equal}, {"the values of the second sample are all equal, so that F is no finite number"});
+    expectWarnings(__LINE__, {"variances", other, other}, {});
+}
+
+TEST(Warnings, tellOfDataThatLookUnlikeWhatIsMeant)
+{
+    const std::string oneOut = "1 value is in no class: the table counts 4 of 5 and leaves the largest out";
+    expectWarnings({
+        {__LINE__,
+         {"describe", "--mu", "-2"},
+         "-3\n-2\n-1\n",
+         {"no value is above 0: the largest is -1, where the report says 2.22507e-308"}},
+        {__LINE__, {"describe", "--mu", "2"}, "-3\n2\n7\n", {}},
+        {__LINE__, {"pairs"}, "1;-3\n2;-4\n3;-5\n", {"no value of y is above 0: the largest is -3, where the report says 2.22507e-308"}},
+        {__LINE__, {"pairs"}, "1;-3\n2;4\n3;-5\n", {}},
+        {__LINE__, {"frequency", "--classes", "2"}, "1\n2\n3\n4\n5\n", {oneOut}},
+        {__LINE__, {"fit"}, "10;10\n12;11\n", {"the sums of the observed and the expected frequencies differ: 22 and 21"}},
+        {__LINE__, {"fit"}, "10;10.5\n12;11.5\n", {}},
+        {__LINE__, {"fit"}, "3;4\n12;11\n", {"fewer than 5 are expected in 1 class: X2 and G are hardly distributed as chi-square"}},
+        {__LINE__, {"fit"}, "4;5\n12;11\n", {}},
+        {__LINE__,
+         {"circular"},
+         "90;0\n180;0\n7;0\n1;0\n",
+         {"3 angles lie beyond 2 pi and can hardly be radians: --unit says what the angles are"}},
+        {__LINE__, {"circular"}, "-6.28318530717958623;0\n3;0\n", {}},
+        {__LINE__, {"circular", "--unit", "degrees"}, "90;0\n200;0\n", {}},
+        {__LINE__,
+         {"ks"},
+         "2;1\n1;2\n1;1\n",
+         {"the exact p is 1, which accepts H0; the report rejects it",
+          "samples of 4 and 4 are too small for the report's critical value: without one it rejects every D above 0"}},
+        {__LINE__, {"ks"}, "20;21\n21;20\n", {}},
+        {__LINE__,
+         {"regress", "--model", "logarithmic"},
+         "1;2\n2;3\n3;3.5\n-1;4\n5;4.7\n",
+         {"1 pair has no logarithm (0 or less) and is left out; the report's b is no number for it"}},
+        {__LINE__, {"regress", "--model", "linear"}, "1;2\n2;3\n3;3.5\n-1;4\n5;4.7\n", {}},
+        {__LINE__, {"regress", "--model", "logarithmic"}, "1;2\n2;3\n3;3.5\n5;4.7\n", {}},
+    });
+}
+
+TEST(Warnings, tellOfDigitsThatAnExportLoses)
+{
+    const TempFolder folder;
+    const std::string out = folder.path("export.txt");
+    expectWarnings({
+        {__LINE__,
+         {"pairs", "--export", out},
+         "1;0.00123456\n2;3e-9\n",
+         {"the export writes 6 decimals, too few for 2 numbers, such as 0.00123456, written as 0.001235"}},
+        {__LINE__, {"pairs", "--export", out}, "1;0.001234\n2;1234567.1234567\n", {}},
+        {__LINE__, {"pairs"}, "1;0.00123456\n2;3e-9\n", {}},
+        {__LINE__,
+         {"describe", "--mu", "2", "--export", out},
+         "1e-13\n2\n3\n",
+         {"the export writes 12 decimals, too few for 1 number, such as 1e-13, written as 0"}},
+        {__LINE__, {"describe", "--mu", "2", "--export", out}, "1e-6\n2\n3\n", {}},
+        {__LINE__,
+         {"anova", "--export", out},
+         "1;0.123456\n1;0.5\n2;0.25\n2;0.75\n",
+         {"the export writes 4 decimals, too few for 1 number, such as 0.123456, written as 0.1235"}},
+        {__LINE__, {"anova", "--export", out}, "1;0.1234\n1;0.5\n2;0.25\n2;0.75\n", {}},
+    });
+}
+
+TEST(Warnings, standInTheDocumentAndInTheBlock)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("data.txt", "3;4\n12;10\n");
+    const std::vector<std::string> expected = {"the sums of the observed and the expected frequencies differ: 15 and 14",
+                                               "fewer than 5 are expected in 1 class: X2 and G are hardly distributed as chi-square"};
+    EXPECT_EQ(documentOf({"fit", file}).at("textbook").at("warnings"), Json(expected));
+    EXPECT_EQ(documentOf({"anova", supplements}).at("textbook").at("warnings"),
+              Json({"the exact p is 0.06, which accepts H0; the report rejects it"}));
+    EXPECT_THAT(run({"fit", "--textbook", "--no-warnings", file}).output,
+                testing::EndsWith("Warning: " + expected[0] + "\nWarning: " + expected[1] + "\n\n"));
+    EXPECT_THAT(run({"fit", file}).output, testing::Not(testing::HasSubstr("Warning")));
+}
+
+// Wherever the document says that a decision differs, standard error has said so.
+TEST(Warnings, missNoDecisionThatDiffersOnTheReferenceData)
+{
+    const std::string folder = reference("");
+    if (folder.empty()) GTEST_SKIP() << "WQ_REFERENCE_DATA names no folder";
+    const std::map<std::string, std::vector<Words>> commands = {
+        {"values", {{"describe"}, {"frequency"}}},
+        {"pairs", {{"correlate"}, {"regress", "--model", "linear"}, {"pairs"}}},
+        {"groups", {{"anova"}}},
+        {"series", {{"multiy"}}},
+        {"classes", {{"fit"}, {"ks"}}},
+    };
+    int differing = 0;
+    int silent = 0;
+    for (const auto& [kind, ofKind] : commands)
+        for (const auto& entry : std::filesystem::directory_iterator(folder + "/" + kind))
+            for (const Words& command : ofKind) {
+                const Outcome outcome = run(with(command, {"--json", entry.path().string()}));
+                if (outcome.status != done) continue;
+                const auto decisions = Json::parse(outcome.output).at("textbook").at("differs").size();
+                std::size_t told = 0;
+                for (std::size_t at = 0; (at = outcome.errors.find(" H0; the report ", at)) != std::string::npos; ++at) ++told;
+                differing += static_cast<int>(decisions);
+                silent += told == decisions ? 0 : 1;
+                EXPECT_EQ(told, decisions) << entry.path() << outcome.errors;
+            }
+    EXPECT_GT(differing, 0);
+    EXPECT_EQ(silent, 0);
+    RecordProperty("differing", differing);
+}
+
+}  // namespace

@@ -1,0 +1,55 @@
+// The numbers in the cells of a table, with a decimal point or a decimal comma.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace wqstat {
+
+/**
+ * Converts cells to numbers. The first number with a decimal point or a decimal comma decides which of them the table has; a later one with
+ * the other is none. Numbers are read as std::from_chars reads them, with a plus sign allowed; "nan" is no number.
+ */
+class CellNumbers {
+public:
+    /** Expects decimal commas from the start. */
+    void expectComma() { comma = {0, "", true}; }
+
+    /**
+     * @param cell without blanks around it; plainDecimalSlack characters behind it can be read.
+     * @param line on which it stands, for messages.
+     * @return false, with the value unchanged, when the cell is not a number from its begin to its end; whyNot() says why.
+     */
+    bool convert(std::string_view cell, std::size_t line, double& value);
+
+    /** Why the cell that convert() refused last is no number. */
+    const std::string& whyNot() const { return reason; }
+
+    bool hasComma() const { return comma.line > 0 || comma.isCertain; }
+
+    /** When all is read: where a comma may have separated thousands as well, as in 1,234, in words; otherwise empty. */
+    std::string doubt() const;
+
+    /** The line of that number. */
+    std::size_t doubtLine() const { return comma.line; }
+
+private:
+    struct Mark {
+        std::size_t line = 0;  // of the first number with it; 0 without one
+        std::string cell;
+        bool isCertain = false;
+    };
+
+    bool convertOther(std::string_view cell, std::size_t line, double& value);
+    bool hasPoint(std::string_view cell, std::size_t line);
+    bool hasCommaInstead(std::string_view cell, std::size_t line);
+    bool refuse(const std::string& why);
+
+    Mark point;
+    Mark comma;
+    std::string reason;
+    std::string withPoint;
+};
+
+}  // namespace wqstat

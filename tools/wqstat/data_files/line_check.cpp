@@ -1,0 +1,387 @@
+#include "line_check.h"
+
+#include "command_line/arguments.h"
+#include "command_line/progress.h"
+#include "text_source.h"
+#include "numbers/data_lines.h"
+#include "numbers/white_space.h"
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <stdexcept>
+#include <string_view>
+
+namespace wqstat {
+
+namespace {
+
+using wq_lib::detail::DataLines;
+using wq_lib::detail::EndMarker;
+using wq_lib::detail::isEndMarker;
+using wq_lib::detail::takeField;
+using wq_lib::detail::trimmed;
+using wq_lib::detail::whiteSpace;
+
+constexpr std::string_view digits = "0123456789";
+constexpr std::string_view separators = ":;|";
+constexpr const char* noText = "there is a zero byte: this is no text file";
+constexpr std::size_t shownPerKind = 3;
+
+/** The ways in which a line may be read that its author hardly meant. */
+enum Kind : std::size_t {
+    byteOrderMark,
+    blankPair,
+    noNumber,
+    outOfRange,
+    noSeparator,
+    noSecond,
+    emptyField,
+    decimalComma,
+    textBehind,
+    furtherField,
+    noCount,
+    numberInComment,
+    endsEarly,
+    tooLong,
+    kinds
+};
+
+bool isBlank(std::string_view text) { return text.find_first_not_of(whiteSpace) == std::string_view::npos; }
+
+bool holdsDigit(std::string_view text) { return text.find_first_of(digits) != std::string_view::npos; }
+
+bool beginsWith(std::string_view text, std::string_view begin) { return text.substr(0, begin.size()) == begin; }
+
+/** What a conversion made of a field. */
+struct Conversion {
+    std::string_view used;     // the number; empty where there is none
+    std::string_view ignored;  // what follows it
+    bool outOfRange = false;
+};
+
+/** The library converts as std::stod and std::stoi do in the "C" locale; this program never leaves that locale. */
+template <typename Convert>
+Conversion converted(std::string_view field, Convert convert)
+{
+    Conversion result;
+    try {
+        std::size_t used = 0;
+        convert(std::string(field), &used);
+        result.used = field.substr(0, used);
+        result.ignored = field.substr(used);
+    } catch (const std::invalid_argument&) {
+        result.ignored = field;
+    } catch (const std::out_of_range&) {
+        result.used = field;
+        result.outOfRange = true;
+    }
+    return result;
+}
+
+Conversion asReal(std::string_view field)
+{
+    return converted(field, [](const std::string& text, std::size_t* used) { std::stod(text, used); });
+}
+
+Conversion asInt(std::string_view field)
+{
+    return converted(field, [](const std::string& text, std::size_t* used) { std::stoi(text, used); });
+}
+
+/** Whether a line begins with digits, not with a word such as "information", which begins with a number too. */
+bool beginsWithNumber(std::string_view line)
+{
+    const std::string_view text = trimmed(line);
+    return text.find_first_of("0123456789+-.") == 0 && !asReal(text).used.empty();
+}
+
+/** How many separators hold the fields of a line apart, and whether a field is missing before one of them. */
+struct Separation {
+    std::size_t separators = 0;
+    bool lacksField = false;
+    bool endsLine = false;  // nothing follows the last one
+};
+
+Separation separationOf(std::string_view line)
+{
+    Separation found;
+    std::size_t behindLast = 0;
+    for (std::size_t i = line.find_first_of(separators); i != std::string_view::npos; i = line.find_first_of(separators, i + 1)) {
+        if (i == behindLast) found.lacksField = true;
+        behindLast = i + 1;
+        ++found.separators;
+    }
+    found.endsLine = found.separators > 0 && isBlank(line.substr(behindLast));
+    return found;
+}
+
+class Checker {
+public:
+    Checker(const std::string& fileName, Layout fileLayout, Surprise what) : name(fileName), layout(fileLayout), surprise(what) {}
+
+    /** Looks at one line that is not empty. @return false when reading ends here. */
+    bool see(const DataLines& lines)
+    {
+        number = lines.number();
+        const std::string_view line = lines.text();
+        if (lines.isCut() && !cutLine(lines.readAhead())) return false;
+        if (markerLine != 0) return lines.isComment() || !beginsWithNumber(line) || behindMarker();
+        const bool goesOn = !marked(line) ? false : lines.isComment() ? comment(line) : data(line);
+        if (!goesOn && !dataSeen) result.tableStart = std::string(line) + '\n' + std::string(lines.readAhead());
+        dataSeen = dataSeen || !lines.isComment();
+        return goesOn;
+    }
+
+    /** Tells of lines that were taken without a look, as nothing can be wrong with them. */
+    void passed() { dataSeen = true; }
+
+    /** Whether the library comes to the lines that are seen. */
+    bool isBeforeMarker() const { return markerLine == 0; }
+
+    /** Tells of a zero byte, which makes nothing behind it worth a look. */
+    void seeZero(std::size_t line)
+    {
+        number = line;
+        stop(noText);
+    }
+
+    LineCheck findings()
+    {
+        result.lacksCounts = seen[noCount].count > 0 && !countSeen;
+        for (const Seen& kind : seen)
+            if (kind.count > shownPerKind)
+                result.warnings.push_back(name + ": warning: " + std::to_string(kind.count - shownPerKind) + " more lines like line " +
+                                          std::to_string(kind.first));
+        return result;
+    }
+
+private:
+    struct Seen {
+        std::size_t count = 0;
+        std::size_t first = 0;
+    };
+
+    // ---- one line each; false when reading ends with it
+
+    /** Behind a line that is cut nothing is read; but a file that is no text may have had no other line. */
+    bool cutLine(std::string_view behind)
+    {
+        if (behind.find('\0') != std::string_view::npos) return stop(noText);
+        if (markerLine == 0) result.cutLine = number;
+        return remark(tooLong, "the line is longer than 254 characters", "it is cut there, and reading ends with it");
+    }
+
+    bool marked(std::string_view line)
+    {
+        return number != 1 || !beginsWith(line, "\xef\xbb\xbf") || remark(byteOrderMark, "the file begins with a byte order mark", "");
+    }
+
+    bool data(std::string_view line)
+    {
+        switch (layout) {
+        case Layout::values:
+            return isEndMarker(line) ? endMarker(line) : value(line);
+        case Layout::pairs:
+        case Layout::angles:
+            return isEndMarker(line) ? endMarker(line) : pair(line);
+        case Layout::series:
+            return seriesLine(line);
+        }
+        return true;
+    }
+
+    bool comment(std::string_view line)
+    {
+        if (!beginsWithNumber(line)) return true;
+        return remark(numberInComment, "a number in a comment: " + inQuotes(line), "the whole line is left out");
+    }
+
+    bool endMarker(std::string_view line)
+    {
+        markerLine = number;
+        marker = line;
+        return !holdsDigit(line) || remark(endsEarly, "an end marker with a number: " + inQuotes(line), "the data end here");
+    }
+
+    bool behindMarker()
+    {
+        const std::string more = inQuotes(marker) + " ends the data, but there are more on line " + std::to_string(number);
+        number = markerLine;
+        remark(endsEarly, more, "they are left out");
+        return false;
+    }
+
+    bool value(std::string_view line)
+    {
+        const Conversion x = asReal(line);
+        return accept(x, line) && restOf(x, line);
+    }
+
+    /** x is read as by atof, which refuses nothing. */
+    bool pair(std::string_view line)
+    {
+        const Separation separation = separationOf(line);
+        const bool lacksFrequency = layout == Layout::angles && separation.separators == 1 && separation.endsLine;
+        if ((separation.lacksField || lacksFrequency) && !lackingField(line)) return false;
+        std::string_view rest = line;
+        std::string_view field;
+        if (!takeField(rest, field)) return true;
+        const std::string_view xField = field;
+        const bool hasY = takeField(rest, field);
+        if (!firstOfPair(line, xField, hasY)) return false;
+        if (!hasY) return true;
+        const Conversion y = asReal(field);
+        return accept(y, field) && restOf(y, field) && furtherFields(line, rest, "x and y");
+    }
+
+    bool firstOfPair(std::string_view line, std::string_view field, bool hasY)
+    {
+        const Conversion x = asReal(field);
+        const std::string asPair = "it is read as the pair (" + shown(trimmed(x.used)) + ", 0)";
+        if (!hasY && isBlank(field)) return remark(blankPair, "the line holds only white space", "it is read as the pair (0, 0)");
+        if (x.used.empty()) return remark(noNumber, "x is no number: " + inQuotes(field), "it is read as 0");
+        if (x.outOfRange && std::isinf(std::strtod(std::string(field).c_str(), nullptr)))
+            return remark(outOfRange, "x is too large a number: " + inQuotes(field), "it is read as infinite");
+        if (!hasY && holdsDigit(x.ignored))
+            return remark(noSeparator, "x and y are separated by ':', ';' or '|' only: " + inQuotes(line), asPair);
+        if (!hasY && layout != Layout::angles) return remark(noSecond, "there is no y: " + inQuotes(line), asPair);
+        return restOf(x, field);
+    }
+
+    bool seriesLine(std::string_view line)
+    {
+        const Separation separation = separationOf(line);
+        if ((separation.lacksField || (separation.endsLine && separation.separators < 3)) && !lackingField(line)) return false;
+        std::string_view rest = line;
+        std::string_view field;
+        std::size_t fields = 0;
+        for (; fields < 3 && takeField(rest, field); ++fields) {
+            const Conversion taken = fields < 2 ? asReal(field) : asInt(field);
+            if (!accept(taken, field) || !restOf(taken, field)) return false;
+        }
+        if (fields == 1 && !remark(noSecond, "there is no y: " + inQuotes(line), "it is read as 0")) return false;
+        countSeen = countSeen || fields == 3;
+        if (fields > 0 && !countSeen &&
+            !remark(noCount, "no line has named a repeat count yet: " + inQuotes(line), "this one adds nothing"))
+            return false;
+        return furtherFields(line, rest, "x, y and count");
+    }
+
+    // ---- parts of a line; false when reading ends with it
+
+    /** @return whether the library takes the field; if not, reading stops. */
+    bool accept(const Conversion& conversion, std::string_view field)
+    {
+        if (conversion.outOfRange) return stop("the number is out of range: " + inQuotes(field));
+        if (conversion.used.empty()) return stop("a number is expected, not " + inQuotes(field));
+        return true;
+    }
+
+    /** Text behind a number is left out. */
+    bool restOf(const Conversion& conversion, std::string_view field)
+    {
+        const std::string_view ignored = conversion.ignored;
+        if (conversion.used.empty() || isBlank(ignored)) return true;
+        const std::string only = "only " + inQuotes(trimmed(conversion.used)) + " is read";
+        const bool isDecimalComma = ignored.size() > 1 && ignored[0] == ',' && holdsDigit(ignored.substr(1, 1)) &&
+                                    conversion.used.find('.') == std::string_view::npos;
+        if (isDecimalComma) return remark(decimalComma, "a decimal comma: " + inQuotes(field), only);
+        return remark(textBehind, "text behind a number: " + inQuotes(field), only);
+    }
+
+    bool furtherFields(std::string_view line, std::string_view rest, const char* wanted)
+    {
+        if (rest.find_first_not_of(":;| \t\n\v\f\r") == std::string_view::npos) return true;
+        return remark(furtherField, std::string("more than ") + wanted + ": " + inQuotes(line),
+                      "only " + inQuotes(line.substr(0, line.size() - rest.size())) + " is read");
+    }
+
+    bool lackingField(std::string_view line) { return remark(emptyField, "an empty field: " + inQuotes(line), "it counts as none"); }
+
+    // ---- what becomes of it
+
+    bool stop(const std::string& reason)
+    {
+        result.stopLine = number;
+        result.stopReason = reason;
+        return false;
+    }
+
+    /** @param wrong with the line. @param consequence for how the library reads it. @return false when reading ends with it. */
+    bool remark(Kind kind, const std::string& wrong, const std::string& consequence)
+    {
+        if (surprise == Surprise::stops) return stop(wrong);
+        if (seen[kind].count == 0) seen[kind].first = number;
+        if (seen[kind].count++ < shownPerKind)
+            result.warnings.push_back(name + ":" + std::to_string(number) + ": warning: " + wrong +
+                                      (consequence.empty() ? "" : ": " + consequence));
+        return true;
+    }
+
+    std::string name;
+    Layout layout;
+    Surprise surprise;
+    LineCheck result;
+    std::array<Seen, kinds> seen{};
+    std::size_t number = 0;
+    std::size_t markerLine = 0;
+    std::string marker;
+    bool countSeen = false;
+    bool dataSeen = false;
+};
+
+/** Takes the next line when nothing can be wrong with it. */
+bool takePlain(DataLines& lines, Layout layout)
+{
+    double x = 0.0;
+    double y = 0.0;
+    if (layout == Layout::values) return lines.takeNumber(x);
+    return layout != Layout::series && lines.takePair(x, y);
+}
+
+/** Writes the line so that it reads the same. */
+bool write(const DataLines& lines, std::FILE* copy)
+{
+    const std::string_view line = lines.text();
+    std::fwrite(line.data(), 1, line.size(), copy);
+    std::fputc(lines.isCut() ? ' ' : '\n', copy);  // a blank makes it too long there, too
+    return std::ferror(copy) == 0;
+}
+
+LineCheck wrapped(const std::string& wrapping)
+{
+    LineCheck result;
+    result.stopLine = 1;
+    result.stopReason = "this is " + wrapping + ": unwrap it, or name a column if it holds a table";
+    return result;
+}
+
+}  // namespace
+
+LineCheck checkLines(std::istream& source, const std::string& name, Layout layout, Surprise surprise, std::FILE* copy)
+{
+    DataLines lines(source, EndMarker::isData);
+    Checker checker(name, layout, surprise);
+    if (const std::string wrapping = wrappingOf(lines.readAhead()); !wrapping.empty()) return wrapped(wrapping);
+    std::uint64_t reported = 0;
+    for (;;) {
+        if (lines.charactersRead() != reported) progress().advance(lines.charactersRead() - reported);
+        reported = lines.charactersRead();
+        if (copy == nullptr && checker.isBeforeMarker() && takePlain(lines, layout)) {
+            checker.passed();
+            continue;
+        }
+        const bool isThere = lines.next();
+        if (lines.zeroLine() != 0 && checker.isBeforeMarker()) {
+            checker.seeZero(lines.zeroLine());
+            break;
+        }
+        if (!isThere || !checker.see(lines)) break;
+        if (copy != nullptr && checker.isBeforeMarker() && !write(lines, copy)) break;
+    }
+    return checker.findings();
+}
+
+}  // namespace wqstat

@@ -1,0 +1,186 @@
+#include "table.h"
+
+#include "command_line/arguments.h"
+#include "command_line/failure.h"
+#include "separator.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+#include <utility>
+
+namespace wqstat {
+
+namespace {
+
+std::string nameFor(const std::string& fileName)
+{
+    if (fileName == "-") return "standard input";
+    return fileName.empty() ? "''" : shown(fileName);
+}
+
+std::string counted(std::size_t n, const std::string& one) { return std::to_string(n) + " " + one + (n == 1 ? "" : "s"); }
+
+}  // namespace
+
+std::string listed(const std::vector<std::string>& titles)
+{
+    constexpr std::size_t mostNamed = 20;
+    std::string text;
+    for (std::size_t i = 0; i < std::min(titles.size(), mostNamed); ++i) text += (i == 0 ? "" : ", ") + shown(titles[i]);
+    return text + (titles.size() > mostNamed ? ", ..." : "");
+}
+
+Table::Table(const std::string& fileName, const TableFormat& wanted)
+    : shownName(nameFor(fileName)),
+      file(fileName == "-" ? identityOf(STDIN_FILENO) : identityOf(fileName)),
+      format(wanted)
+{
+    TextSource text = openText(fileName, shownName);
+    wrappings = std::move(text.wrappings);
+    records = std::make_unique<CsvRecords>(std::move(text.bytes), shownName);
+    if (!format.separator) format.separator = separatorOf(records->begin());
+    records->setSeparator(*format.separator);
+    if (format.decimalComma) numbers.expectComma();
+    for (const std::string& missing : format.missing)
+        if (!missing.empty()) beginsMissing[static_cast<unsigned char>(missing[0])] = true;
+    readHeader();
+}
+
+void Table::readHeader()
+{
+    if (!records->next()) fail(0, "no data");
+    const std::vector<std::string_view>& cells = records->fields();
+    if (format.header == TableFormat::Header::found && holdsNumbersOnly(cells))
+        fail(records->line(), "the first line holds numbers only: --no-header takes it for data, --header for the names of the columns");
+    hasHeader = format.header != TableFormat::Header::absent;
+    firstIsData = !hasHeader;
+    for (std::size_t i = 0; i < cells.size(); ++i)
+        columnTitles.push_back(hasHeader && !cells[i].empty() ? std::string(cells[i]) : "column " + std::to_string(i + 1));
+}
+
+bool Table::holdsNumbersOnly(const std::vector<std::string_view>& cells) const
+{
+    CellNumbers reading = numbers;
+    double ignored = 0.0;
+    std::size_t found = 0;
+    for (const std::string_view cell : cells) {
+        if (isMissing(cell)) continue;
+        if (!reading.convert(cell, 1, ignored)) return false;
+        ++found;
+    }
+    return found > 0;
+}
+
+std::size_t Table::indexOf(const std::string& column) const
+{
+    const auto title = std::find(columnTitles.begin(), columnTitles.end(), column);
+    if (hasHeader && title != columnTitles.end()) {
+        if (std::find(title + 1, columnTitles.end(), column) != columnTitles.end())
+            fail(0, "there are several columns " + inQuotes(column) + ": name the one that is meant by its number");
+        return static_cast<std::size_t>(title - columnTitles.begin());
+    }
+    std::size_t number = 0;
+    const auto [used, error] = std::from_chars(column.data(), column.data() + column.size(), number);
+    const bool isNumber = used == column.data() + column.size() && error == std::errc();
+    if (isNumber && number >= 1 && number <= columnTitles.size()) return number - 1;
+    const std::string held = hasHeader ? "the columns are " + listed(columnTitles) : "there are " + counted(columnTitles.size(), "column");
+    fail(0, "there is no column " + inQuotes(column) + ": " + held);
+}
+
+void Table::read(const std::vector<Column>& columns, const RowHandler& handle)
+{
+    for (const Column& column : columns) uses.push_back({indexOf(column.name), column.kind, column.mayMiss, {}});
+    std::vector<double> row(uses.size());
+    while (firstIsData || records->next()) {
+        firstIsData = false;
+        ++rows;
+        if (take(records->fields(), row))
+            handle(row.data());
+        else
+            ++rowsLeftOut;
+    }
+    if (const std::string doubt = numbers.doubt(); !doubt.empty()) fail(numbers.doubtLine(), doubt);
+}
+
+/** @return false when a value is missing. */
+bool Table::take(const std::vector<std::string_view>& cells, std::vector<double>& row)
+{
+    if (cells.size() != columnTitles.size())
+        fail(records->line(), counted(cells.size(), "field") + ", where " + (hasHeader ? "the header" : "the first line") + " has " +
+                                  std::to_string(columnTitles.size()));
+    bool isWhole = true;
+    for (std::size_t i = 0; i < uses.size(); ++i) {
+        Use& use = uses[i];
+        const std::string_view cell = cells[use.index];
+        if (!isMissing(cell)) {
+            row[i] = valueOf(use, cell);
+            continue;
+        }
+        if (format.refuseMissing) fail(records->line(), shown(title(i)) + ": the value is missing: " + inQuotes(cell));
+        ++use.missing;
+        row[i] = std::numeric_limits<double>::quiet_NaN();
+        isWhole = isWhole && use.mayMiss;
+    }
+    return isWhole;
+}
+
+double Table::valueOf(Use& use, std::string_view cell)
+{
+    if (use.kind == ColumnKind::label) return static_cast<double>(use.labels.number(cell));
+    double value = 0.0;
+    const auto refuse = [&](const std::string& why) { fail(records->line(), shown(columnTitles[use.index]) + ": " + why); };
+    if (!numbers.convert(cell, records->line(), value)) refuse(numbers.whyNot());
+    constexpr double mostCounted = 9007199254740992.0;  // 2^53: up to here every whole number is a double
+    if (use.kind == ColumnKind::count && !(value >= 0.0 && value <= mostCounted && std::floor(value) == value))
+        refuse("a count is expected, not " + inQuotes(cell));
+    return value;
+}
+
+bool Table::isMissing(std::string_view cell) const
+{
+    if (cell.empty()) return true;
+    if (!beginsMissing[static_cast<unsigned char>(cell[0])]) return false;
+    return std::find(format.missing.begin(), format.missing.end(), cell) != format.missing.end();
+}
+
+std::vector<std::string> Table::warnings() const
+{
+    if (rowsLeftOut == 0) return {};
+    std::string text =
+        shownName + ": warning: " + std::to_string(rowsLeftOut) + " of " + counted(rows, "row") + " left out, missing values: ";
+    const char* between = "";
+    for (std::size_t i = 0; i < uses.size(); ++i) {
+        if (uses[i].missing == 0) continue;
+        text += between + shown(title(i)) + " " + std::to_string(uses[i].missing);
+        between = ", ";
+    }
+    return {text};
+}
+
+void Table::require(std::size_t held, std::size_t least) const
+{
+    if (held >= least) return;
+    const std::string leftOut =
+        rowsLeftOut == 0 ? "" : " (" + std::to_string(rowsLeftOut) + " of " + counted(rows, "row") + " left out: a value is missing)";
+    fail(0, (held == 0 ? "no data" : counted(held, "observation") + ", at least " + std::to_string(least) + " are needed") + leftOut);
+}
+
+std::string Table::description() const
+{
+    std::string text = shownName + ": ";
+    for (const std::string& wrapping : wrappings) text += wrapping + ", ";
+    text += "separator " + nameOf(*format.separator) + ", decimal " + (numbers.hasComma() ? "comma" : "point") + ", ";
+    return text + (hasHeader ? "columns " + listed(columnTitles) : counted(columnTitles.size(), "column") + " without a header");
+}
+
+void Table::fail(std::size_t line, const std::string& reason) const
+{
+    throw CannotAnalyse(shownName + (line == 0 ? "" : ":" + std::to_string(line)) + ": " + reason);
+}
+
+}  // namespace wqstat

@@ -1,0 +1,121 @@
+// A table with named columns: a CSV file or one like it.
+#pragma once
+
+#include "cell_numbers.h"
+#include "csv_records.h"
+#include "input.h"
+#include "labels.h"
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace wqstat {
+
+/** What the cells of a column are taken for. */
+enum class ColumnKind {
+    number,
+    count,  ///< a whole number of 0 or more
+    label   ///< any text; it becomes a number, from 1 by first appearance
+};
+
+/** A column that an analysis uses. */
+struct Column {
+    std::string name;  ///< a title of the header, or a number, from 1
+    ColumnKind kind;
+    bool mayMiss = false;  ///< a missing value is NaN, and the row is kept
+};
+
+/** How a table is to be read, where that is not found out from the file. */
+struct TableFormat {
+    enum class Header { found, present, absent };  ///< found: there is one unless the first line holds numbers only, which is refused
+
+    std::optional<char> separator;
+    bool decimalComma = false;
+    Header header = Header::found;
+    std::vector<std::string> missing{"NA", "N/A", "NaN", "nan", "-", "."};  ///< besides the empty cell
+    bool refuseMissing = false;
+};
+
+/** The titles with commas between, for a message. */
+std::string listed(const std::vector<std::string>& titles);
+
+/** Takes one row: a number for each used column, in their order; a label is its number. */
+using RowHandler = std::function<void(const double* row)>;
+
+class Table final : public Input {
+public:
+    /**
+     * Opens the file, finds its format, and reads the header.
+     * @param fileName a path; "-" means standard input.
+     * @throws CannotAnalyse
+     */
+    Table(const std::string& fileName, const TableFormat& format);
+
+    const std::string& name() const override { return shownName; }
+    const std::optional<FileIdentity>& identity() const override { return file; }
+
+    /** Tells how many rows were left out because a used column has no value there. */
+    std::vector<std::string> warnings() const override;
+
+    void require(std::size_t held, std::size_t least) const override;
+
+    /** The titles of all columns; "column 1" and so on without a header. */
+    const std::vector<std::string>& titles() const { return columnTitles; }
+
+    /**
+     * Reads all rows, once. One that lacks the value of a used column is left out and counted.
+     * @throws CannotAnalyse for a column that is not there, and with line and column for a cell that is not what its column has to hold.
+     */
+    void read(const std::vector<Column>& columns, const RowHandler& handle);
+
+    /** The line on which the row that a handler takes begins, from 1. */
+    std::size_t line() const { return records->line(); }
+
+    /** The title of the used column with this index in what read() was given. */
+    const std::string& title(std::size_t use) const { return columnTitles[uses[use].index]; }
+
+    /** The texts of a used column of labels. */
+    const Labels& labels(std::size_t use) const { return uses[use].labels; }
+
+    /** What was found out about the file, in words. */
+    std::string description() const;
+
+private:
+    struct Use {
+        std::size_t index;  // of the column
+        ColumnKind kind;
+        bool mayMiss;
+        Labels labels;
+        std::size_t missing = 0;
+    };
+
+    void readHeader();
+    bool holdsNumbersOnly(const std::vector<std::string_view>& cells) const;
+    std::size_t indexOf(const std::string& column) const;
+    bool take(const std::vector<std::string_view>& cells, std::vector<double>& row);
+    double valueOf(Use& use, std::string_view cell);
+    bool isMissing(std::string_view cell) const;
+    [[noreturn]] void fail(std::size_t line, const std::string& reason) const;
+
+    std::string shownName;
+    std::optional<FileIdentity> file;
+    TableFormat format;
+    std::vector<std::string> wrappings;
+    std::unique_ptr<CsvRecords> records;
+    std::array<bool, 256> beginsMissing{};  // by the first character of a cell: whether it may be missing
+    std::vector<std::string> columnTitles;
+    bool firstIsData = false;  // without a header, the record that was read first
+    bool hasHeader = false;
+    std::vector<Use> uses;
+    CellNumbers numbers;
+    std::size_t rows = 0;
+    std::size_t rowsLeftOut = 0;
+};
+
+}  // namespace wqstat

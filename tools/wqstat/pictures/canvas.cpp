@@ -1,0 +1,63 @@
+#include "canvas.h"
+
+#include "command_line/arguments.h"
+#include "command_line/failure.h"
+
+#include <algorithm>
+
+namespace wqstat {
+
+namespace {
+
+constexpr double millimetresPerInch = 25.4;
+
+struct Unit {
+    const char* name;
+    double pixels;
+    double least;
+    double most;
+};
+
+constexpr Unit millimetres{"mm", Canvas::screenDots / millimetresPerInch, 30.0, 1000.0};
+constexpr Unit pixels{"px", 1.0, 100.0, 8000.0};
+
+bool endsIn(const std::string& text, const std::string& end)
+{
+    return text.size() > end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+double side(const std::string& text, const std::string& part, const Unit& unit)
+{
+    const double length = realArgument(part);
+    if (!(length >= unit.least && length <= unit.most))
+        throw WrongUsage(inQuotes(text) + ": a side is " + shortest(unit.least) + " to " + shortest(unit.most) + " " + unit.name);
+    return length * unit.pixels;
+}
+
+}  // namespace
+
+void setSize(Canvas& canvas, const std::string& text)
+{
+    const Unit& unit = endsIn(text, millimetres.name) ? millimetres : pixels;
+    const std::string sides = endsIn(text, unit.name) ? text.substr(0, text.size() - 2) : text;
+    const std::size_t by = sides.find('x');
+    if (by == std::string::npos) throw WrongUsage(inQuotes(text) + " is no size such as 85x60mm or 800x600px");
+    canvas.width = side(text, sides.substr(0, by), unit);
+    canvas.height = side(text, sides.substr(by + 1), unit);
+    canvas.isGiven = true;
+    canvas.inMillimetres = &unit == &millimetres;
+}
+
+void finish(Canvas& canvas, std::optional<double> fontSize, std::optional<double> dots)
+{
+    constexpr double least = 7.0;  // points; smaller letters no journal prints
+    const Canvas usual;
+    const double part = std::min(canvas.width / usual.width, canvas.height / usual.height);
+    canvas.fontSize = fontSize.value_or(std::clamp(Canvas::usualFont * part, least, Canvas::usualFont));
+    canvas.dots = dots.value_or(canvas.inMillimetres ? Canvas::printDots : Canvas::screenDots);
+    constexpr double most = 20000.0;  // dots to a side
+    if (std::max(canvas.width, canvas.height) * canvas.dots / Canvas::screenDots > most)
+        throw WrongUsage("--size and --dpi: a side is " + shortest(most) + " dots at most");
+}
+
+}  // namespace wqstat

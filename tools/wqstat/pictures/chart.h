@@ -1,0 +1,132 @@
+// A picture on its way to gnuplot: title, axes, key and layers of data, laid out so that nothing overlaps.
+#pragma once
+
+#include "axis.h"
+#include "colours.h"
+#include "canvas.h"
+#include "gnuplot_code.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace wqstat {
+
+/** Rows of numbers, as gnuplot reads them. */
+class Rows {
+public:
+    /** A row; where a number lies beyond what a double holds, a gap. */
+    void add(std::initializer_list<double> numbers);
+
+    /** What follows is not joined to what stands before. */
+    void gap() { lines += "\n"; }
+    bool isEmpty() const { return lines.isEmpty(); }
+    const GnuplotCode& code() const { return lines; }
+
+private:
+    GnuplotCode lines;
+};
+
+/** On one line, with "..." in place of what is beyond so many characters. */
+std::string fitted(std::string_view text, std::size_t characters);
+
+/** gnuplot's words for a colour of lines and points. */
+GnuplotCode inColour(const GnuplotCode& name);
+
+class Chart {
+public:
+    /** @param caption the result in one line. Either text may be empty. */
+    Chart(const Canvas& canvas, const std::string& title, const std::string& caption);
+
+    /** Makes it a panel of its canvas: from the top, in parts of the height. */
+    void setPanel(double topPart, double heightPart);
+
+    /** Lets the y axes of two panels stand one below the other. To be called when both are set. */
+    static void alignLeft(Chart& a, Chart& b);
+
+    void setX(const Axis& axis, const std::string& label, bool whole = false);
+    void setY(const Axis& axis, const std::string& label, bool whole = false);
+
+    /** Ticks of its own making; upright where they would run into each other. */
+    void setXTicks(const std::vector<Tick>& ticks);
+
+    /** No axes, equal units on both, the range -limit ... limit on both, and a label below. */
+    void setRound(double limit, const std::string& label);
+
+    /**
+     * A layer over those before it.
+     * @param style gnuplot's words after the data, such as "using 1:2 with lines".
+     * @param keyTitle none when empty. */
+    void add(const Rows& rows, const GnuplotCode& style, const std::string& keyTitle = "");
+
+    /** A text in the picture, at a position of the axes. */
+    void addText(double x, double y, const std::string& text, const GnuplotCode& placing);
+
+    /** What the reader of the picture has to know, under it. */
+    void note(const std::string& text) { notes.push_back(text); }
+
+    /** The picture as gnuplot commands. */
+    GnuplotCode commands() const;
+
+    /** The picture in words, for those who do not see it. */
+    std::string description() const;
+
+    const std::string& titleText() const { return title; }
+
+private:
+    struct Layer {
+        GnuplotCode data;
+        GnuplotCode style;
+        std::string keyTitle;
+    };
+
+    /** Where the plot is, in units of the layout from the top and from the left of the canvas. */
+    struct Frame {
+        double top = 0.0;
+        double bottom = 0.0;
+        double left = 0.0;
+        double right = 0.0;
+    };
+
+    double across(double x) const { return x / width; }
+    double up(double y) const { return 1.0 - y / height; }
+    std::size_t fitting(double room, double character) const { return static_cast<std::size_t>(std::max(8.0, room / character)); }
+    GnuplotCode label(double x, double y, const std::string& text, const GnuplotCode& looks) const;
+    GnuplotCode margins(const Frame& frame) const;
+
+    GnuplotCode headings(double& y) const;
+    GnuplotCode key(double& y) const;
+    double keyWidth(double character) const;
+    std::size_t keys() const;
+    GnuplotCode footnotes(double& y) const;
+    GnuplotCode roundPlot(Frame frame) const;
+    GnuplotCode roundWithKey(Frame frame) const;
+    double leftMargin() const;
+    GnuplotCode plotWithAxes(Frame frame) const;
+    GnuplotCode layersPlotted() const;
+
+    double width;  // of the canvas, in units of the layout
+    double height;
+    double leastLeft = 0.0;
+    double panelTop = 0.0;
+    double panelBottom;
+    std::string title;
+    std::string caption;
+    std::optional<Axis> xAxis;
+    std::optional<Axis> yAxis;
+    std::vector<Tick> xTicks;
+    std::vector<Tick> yTicks;
+    bool upright = false;
+    std::string xLabel;
+    std::string yLabel;
+    double roundLimit = 0.0;
+    std::vector<Layer> layers;
+    GnuplotCode texts;
+    std::vector<std::string> notes;
+};
+
+}  // namespace wqstat

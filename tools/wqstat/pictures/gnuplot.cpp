@@ -1,0 +1,247 @@
+#include "gnuplot.h"
+
+#include "fonts.h"
+#include "picture_file.h"
+
+#include "command_line/arguments.h"
+#include "command_line/failure.h"
+#include "data_files/temporary_file.h"
+#include "results/output_file.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#if defined(__unix__) || defined(__APPLE__)
+#  include <spawn.h>
+#  include <sys/wait.h>
+#  include <unistd.h>
+extern char** environ;
+#endif
+
+namespace wqstat {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/** A kind of picture file: how it is made, and how a whole one begins and ends. */
+struct Format {
+    const char* extension;
+    GnuplotCode (*settings)(const Canvas&);  ///< the terminal, and what makes its pictures look like those of the others
+    std::string_view begin;
+    std::string_view end;
+    bool drawsText;  ///< with the fonts of this system, where svg leaves that to the viewer
+};
+
+/** Sizes of letters and marks in the terminal's own measure. */
+GnuplotCode looks(double title, double small, double mark, const GnuplotCode& more)
+{
+    return GnuplotCode("titleFont = ',") + title + "'; smallFont = '," + small + "'; mark = " + mark + "; " + more + "\n";
+}
+
+GnuplotCode svgSettings(const Canvas& canvas)
+{
+    const double unit = canvas.unit();
+    return GnuplotCode("set terminal svg size ") + std::round(canvas.width) + "," + std::round(canvas.height) +
+           " dynamic font 'sans-serif," + 15.0 * unit + "' linewidth " + unit + " noenhanced background '#ffffff'\n" +
+           looks(18.0 * unit, 13.0 * unit, 0.8 * unit, "keySpacing = 0.97; xTicShift = 0.5");
+}
+
+GnuplotCode pngSettings(const Canvas& canvas)
+{
+    const double dots = canvas.dots / Canvas::screenDots;
+    const double unit = canvas.unit() * dots;
+    return GnuplotCode("set terminal pngcairo size ") + std::round(canvas.width * dots) + "," + std::round(canvas.height * dots) +
+           " font 'sans," + 11.0 * unit + "' linewidth " + unit + " noenhanced background '#ffffff'\n" +
+           looks(13.0 * unit, 9.5 * unit, 1.3 * unit, "keySpacing = 1.15; xTicShift = 0.0");
+}
+
+GnuplotCode pdfSettings(const Canvas& canvas)
+{
+    const double unit = canvas.unit();
+    return GnuplotCode("set terminal pdfcairo size ") + canvas.width / Canvas::screenDots + "in," + canvas.height / Canvas::screenDots +
+           "in font 'sans," + 11.0 * unit + "' fontscale 0.75 linewidth " + 1.5 * unit + " noenhanced background '#ffffff'\n" +
+           looks(13.0 * unit, 9.5 * unit, 0.9 * unit, "keySpacing = 1.15; xTicShift = 0.0");
+}
+
+constexpr Format formats[] = {
+    {".svg", svgSettings, "<?xml", "</svg>", false},
+    {".png", pngSettings, "\x89PNG", "IEND", true},
+    {".pdf", pdfSettings, "%PDF-", "%%EOF", true},
+};
+
+const Format* formatOf(const std::string& fileName)
+{
+    std::string extension = fs::path(fileName).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(), [](unsigned char c) { return std::tolower(c); });
+    const auto format =
+        std::find_if(std::begin(formats), std::end(formats), [&](const Format& candidate) { return extension == candidate.extension; });
+    return format == std::end(formats) ? nullptr : format;
+}
+
+#if defined(__unix__) || defined(__APPLE__)
+
+/** A full disk stops a picture short, and gnuplot does not say so. */
+bool isWhole(std::string_view picture, const Format& format)
+{
+    constexpr std::size_t tail = 32;
+    const std::string_view end = picture.substr(picture.size() - std::min(tail, picture.size()));
+    return picture.substr(0, format.begin.size()) == format.begin && end.find(format.end) != std::string_view::npos;
+}
+
+std::string reason(int error) { return std::generic_category().message(error); }
+
+/** The program's path; empty when it is not there. */
+std::string gnuplotPath()
+{
+    const char* const path = std::getenv("PATH");
+    const std::string folders = path == nullptr ? "/usr/bin:/bin" : path;
+    for (std::size_t begin = 0; begin <= folders.size();) {
+        const std::size_t end = std::min(folders.find(':', begin), folders.size());
+        const std::string candidate = folders.substr(begin, end - begin) + "/gnuplot";
+        std::error_code ignored;
+        // An empty entry would mean the current folder, which nobody wants to run programs from.
+        if (end > begin && fs::is_regular_file(candidate, ignored) && access(candidate.c_str(), X_OK) == 0) return candidate;
+        begin = end + 1;
+    }
+    return "";
+}
+
+TemporaryFile temporaryFile(const std::string& content)
+{
+    TemporaryFile file = makeTemporaryFile("for gnuplot");
+    if (std::fwrite(content.data(), 1, content.size(), file.get()) != content.size() || std::fflush(file.get()) != 0)
+        throw CannotAnalyse("the temporary file for gnuplot cannot be written");
+    std::rewind(file.get());
+    return file;
+}
+
+std::string contentOf(std::FILE* file)
+{
+    std::rewind(file);
+    std::string content;
+    char buffer[1 << 16];
+    for (std::size_t count; (count = std::fread(buffer, 1, sizeof buffer, file)) > 0;) content.append(buffer, count);
+    return content;
+}
+
+/** Ends when gnuplot has. Its commands are a file, not a pipe, which would kill this program when gnuplot stopped reading. */
+int run(const std::string& program, std::FILE* commands, std::FILE* picture, std::FILE* messages)
+{
+    std::signal(SIGCHLD, SIG_DFL);  // where a parent had it ignored, the exit status would be lost
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, fileno(commands), STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, fileno(picture), STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, fileno(messages), STDERR_FILENO);
+    std::string name = program;
+    std::string noInitialisation = "-d";  // not the user's settings
+    char* const words[] = {name.data(), noInitialisation.data(), nullptr};
+    pid_t child = 0;
+    const int failed = posix_spawn(&child, program.c_str(), &actions, nullptr, words, environ);
+    posix_spawn_file_actions_destroy(&actions);
+    if (failed != 0) throw CannotAnalyse(shown(program) + ": cannot be started: " + reason(failed));
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
+/** The last line that says something: before it gnuplot repeats the command. */
+std::string lastLine(const std::string& text)
+{
+    const std::size_t end = text.find_last_not_of(" \t\r\n");
+    if (end == std::string::npos) return "";
+    const std::size_t begin = text.find_last_of('\n', end);
+    const std::string line = text.substr(begin + 1, end - begin);  // npos + 1 is 0
+    return line.substr(line.find_first_not_of(" \t"));
+}
+
+std::string failure(int status, const std::string& messages)
+{
+    std::string text = "gnuplot failed";
+    if (WIFSIGNALED(status))
+        text += " (signal " + std::to_string(WTERMSIG(status)) + ")";
+    else
+        text += " (exit status " + std::to_string(WEXITSTATUS(status)) + ")";
+    const std::string line = lastLine(messages);
+    return line.empty() ? text : text + ": " + shown(line);
+}
+
+#endif
+
+}  // namespace
+
+void checkPictureName(const std::string& fileName)
+{
+    if (formatOf(fileName) == nullptr) throw WrongUsage("--plot: " + inQuotes(fileName) + " does not end in .svg, .png or .pdf");
+}
+
+#if defined(__unix__) || defined(__APPLE__)
+
+void requireGnuplot(const std::string& option)
+{
+    if (gnuplotPath().empty()) throw CannotAnalyse(option + ": there is no program gnuplot (Debian package: gnuplot-nox)");
+}
+
+namespace {
+
+/** What gnuplot makes of a picture. @param name of the file, for messages. */
+std::string drawn(const Picture& picture, const Format& format, const std::string& name)
+{
+    const std::string commands = (format.settings(picture.canvas) + picture.commands).text();
+    const TemporaryFile input = temporaryFile("set encoding utf8\n" + (format.drawsText ? drawable(commands) : commands));
+    const TemporaryFile output = temporaryFile("");
+    const TemporaryFile messages = temporaryFile("");
+    const int status = run(gnuplotPath(), input.get(), output.get(), messages.get());
+    if (status != 0) throw CannotAnalyse(name + ": " + failure(status, contentOf(messages.get())));
+    const std::string content = contentOf(output.get());
+    if (!isWhole(content, format)) throw CannotAnalyse(name + ": the picture cannot be written");
+    return content;
+}
+
+}  // namespace
+
+void draw(const Picture& picture, const std::string& fileName)
+{
+    requireGnuplot("--plot");
+    checkPictureName(fileName);
+    const Format& format = *formatOf(fileName);
+    OutputFile file(fileName, "the picture");
+    if (file.isDirect()) throw CannotAnalyse(shown(fileName) + ": is no file");
+    std::string content = drawn(picture, format, shown(fileName));
+    if (&format == &formats[0]) content = svgFile(std::move(content), picture);
+    if (&format == &formats[1]) content = withResolution(std::move(content), picture.canvas.dots);
+    file.write(content);
+    file.keep();
+}
+
+SvgElement inlineSvg(const Picture& picture, const std::string& ids)
+{
+    requireGnuplot("--html");
+    return svgElement(drawn(picture, formats[0], "picture"), picture, ids);
+}
+
+#else
+
+void requireGnuplot(const std::string& option) { throw CannotAnalyse(option + ": pictures cannot be drawn on this system"); }
+
+void draw(const Picture&, const std::string&) { requireGnuplot("--plot"); }
+
+SvgElement inlineSvg(const Picture&, const std::string&)
+{
+    requireGnuplot("--html");
+    return {};
+}
+
+#endif
+
+}  // namespace wqstat

@@ -1,0 +1,197 @@
+// Pictures of groups and samples side by side.
+#include "picture.h"
+
+#include "picture_parts.h"
+#include "results/textbook.h"
+
+#include <wq_exact/wq_exact.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <vector>
+
+namespace wqstat {
+
+namespace {
+
+/** A line for each sample; the comment of the test is that of the first with that of the second behind it. */
+std::string titleOf(const TwoDataFiles& test, const PictureWords& words)
+{
+    const std::string both = test.getComment();
+    const std::string second = test.second.getComment();
+    const std::string first = firstLine(both.substr(0, both.size() - std::min(both.size(), second.size())));
+    if (first.empty() || firstLine(second).empty()) return words.source;
+    return "1: " + first + "\n2: " + firstLine(second);
+}
+
+/** Position k of the i-th observation of a group, beside its neighbours so that equal ones are seen. */
+double besides(double place, std::size_t i)
+{
+    constexpr double goldenRatio = 0.618033988749895;
+    constexpr double halfWidth = 0.2;
+    const double turn = static_cast<double>(i) * goldenRatio + 0.5;
+    return place + halfWidth * (2.0 * (turn - std::floor(turn)) - 1.0);
+}
+
+/** A bar across the place of a group. */
+void addLevel(Rows& rows, double place, double halfWidth, double level)
+{
+    rows.add({place - halfWidth, level});
+    rows.add({place + halfWidth, level});
+    rows.gap();
+}
+
+/** Of the observations, and what is drawn with them. */
+Axis valueAxis(const std::vector<Point>& points, const Extent& all, const PictureWords& words)
+{
+    const Axis::Scale scale = scaleOf('y', words, all);
+    return Axis(scale == Axis::Scale::logarithmic ? aboveZero(points, &Point::y) : all, Axis::Ends::padded, scale);
+}
+
+/** The record has NaN where the variance is 0. */
+double deviationOf(const wq_lib::basic_stat& sample) { return sample.sampleVariance == 0.0 ? 0.0 : sample.sampleStdev; }
+
+}  // namespace
+
+Picture picture(const TwoDataFiles& test, const PictureWords& words)
+{
+    const std::vector<double> values[] = {analysedValues(test), analysedValues(test.second)};
+    const wq_lib::basic_stat* const results[] = {&test.getResult(), &test.getSecondSample()};
+    std::vector<Point> points;
+    Extent extent;
+    for (const int sample : {0, 1}) {
+        for (std::size_t i = 0; i < values[sample].size(); ++i) {
+            points.push_back({besides(sample + 1.0, i), values[sample][i]});
+            extent.include(values[sample][i]);
+        }
+        extent.include(results[sample]->mean - deviationOf(*results[sample]));
+        extent.include(results[sample]->mean + deviationOf(*results[sample]));
+    }
+    const Axis x = placeAxis(2);
+    const Axis y = valueAxis(points, extent, words);
+
+    Chart chart(words.canvas, titleOf(test, words),
+                "F = " + figures(test.getF()) + ", variances " + figures(results[0]->sampleVariance) + " and " +
+                    figures(results[1]->sampleVariance));
+    chart.setX(x, labelOr(words.xLabel, "sample"));
+    chart.setXTicks({{1.0, "1 (n = " + digits(results[0]->n) + ")"}, {2.0, "2 (n = " + digits(results[1]->n) + ")"}});
+    chart.setY(y, labelOr(words.yLabel, "value"));
+    addScatter(chart, points, x, y, observationNoun);
+    Rows spreads;
+    for (const int sample : {0, 1}) {
+        const double mean = results[sample]->mean;
+        const double deviation = deviationOf(*results[sample]);
+        if (std::isfinite(mean) && std::isfinite(deviation))
+            spreads.add({sample + 1.32, y.at(mean), y.at(mean - deviation), y.at(mean + deviation)});
+        else
+            chart.note("sample " + std::to_string(sample + 1) + ": mean or standard deviation is not finite");
+    }
+    chart.add(spreads, "using 1:2:3:4 with yerrorbars pointtype 5 pointsize 0.9*mark linewidth 2.5 " + inColour(colour::vermilion),
+              "mean and standard deviation");
+    noteLeftOut(chart, results[0]->n + results[1]->n - values[0].size() - values[1].size(), observationNoun);
+    return pictureOf(chart, words);
+}
+
+namespace {
+
+/** Half the width of the limits of each group's mean, from the variance within the groups, which all share. */
+class MeanLimits {
+public:
+    explicit MeanLimits(const wq_lib::SingleAnova& anova)
+    {
+        double squares = 0.0;
+        double n = 0.0;
+        for (const wq_lib::anova_group& group : anova.getGroups()) {
+            for (const double observation : group.observations) squares += (observation - group.mean) * (observation - group.mean);
+            n += static_cast<double>(group.observations.size());
+        }
+        const double df = n - static_cast<double>(anova.getGroups().size());
+        variance = squares / df;
+        t = wq_exact::tTwoSidedQuantile(anova.getSignificance(), df);
+    }
+    double halfWidth(const wq_lib::anova_group& group) const
+    {
+        return t * std::sqrt(variance / static_cast<double>(group.observations.size()));
+    }
+
+private:
+    double variance = 0.0;
+    double t = 0.0;
+};
+
+/** "F(4, 20) = 1.1805, p = 0.35", as the textbook has them. */
+std::string testText(wq_lib::SingleAnova& anova)
+{
+    const Textbook book = textbook(wq_exact::of(anova));
+    std::string text = "F(" + std::to_string(anova.getAmong().df) + ", " + std::to_string(anova.getWithin().df) + ")";
+    if (!std::isfinite(book.value("p"))) return "F = " + figures(anova.getAmong().fs);
+    return text + " = " + figures(book.value("fs")) + ", " + probability(book.value("p"));
+}
+
+}  // namespace
+
+Picture picture(wq_lib::SingleAnova& anova, const PictureWords& words)
+{
+    const std::vector<wq_lib::anova_group>& groups = anova.getGroups();
+    const bool beside = groups.size() <= mostShownSingly;
+    std::vector<Point> points;
+    Extent extent;
+    for (std::size_t k = 0; k < groups.size(); ++k) {
+        const double place = static_cast<double>(k + 1);
+        for (std::size_t i = 0; i < groups[k].observations.size(); ++i) {
+            points.push_back({beside ? besides(place, i) : place, groups[k].observations[i]});
+            extent.include(groups[k].observations[i]);
+        }
+    }
+    const MeanLimits limits(anova);
+    for (const wq_lib::anova_group& group : groups)
+        for (const double side : {-1.0, 1.0})
+            if (beside) extent.include(group.mean + side * limits.halfWidth(group));
+    const Axis x = placeAxis(groups.size());
+    const Axis y = valueAxis(points, extent, words);
+
+    Chart chart(words.canvas, titleOf(anova, words),
+                testText(anova) + ", " + counted(groups.size(), "group", "groups") + ", " +
+                    counted(static_cast<std::size_t>(anova.getTotalObservations()), "observation", "observations"));
+    chart.setX(x, labelOr(words.xLabel, beside ? "group" : "group, by its place in the data"), true);
+    if (beside) {
+        std::vector<Tick> ticks;
+        for (std::size_t k = 0; k < groups.size(); ++k) ticks.push_back({static_cast<double>(k + 1), figures(groups[k].id, 10)});
+        chart.setXTicks(ticks);
+    }
+    chart.setY(y, labelOr(words.yLabel, "observation"));
+    addScatter(chart, points, x, y, observationNoun);
+
+    const double grandMean = anova.getGrandTotal() / static_cast<double>(anova.getTotalObservations());
+    if (std::isfinite(grandMean)) {
+        Rows line;
+        line.add({x.low(), y.at(grandMean)});
+        line.add({x.high(), y.at(grandMean)});
+        chart.add(line, "using 1:2 with lines linewidth 1.5 dashtype 3 " + inColour(colour::black), "grand mean " + y.text(grandMean));
+    }
+
+    constexpr std::size_t mostMeans = 2000;
+    Rows means;
+    Rows bars;
+    std::size_t notFinite = 0;
+    for (std::size_t k = 0; k < groups.size() && groups.size() <= mostMeans; ++k) {
+        const double mean = groups[k].mean;
+        const double half = limits.halfWidth(groups[k]);
+        const double place = static_cast<double>(k + 1);
+        if (std::isfinite(mean))
+            addLevel(means, place, 0.36, y.at(mean));
+        else
+            ++notFinite;
+        if (beside && std::isfinite(mean) && std::isfinite(half))
+            bars.add({place + 0.29, y.at(mean), y.at(mean - half), y.at(mean + half)});
+    }
+    chart.add(means, "using 1:2 with lines linewidth 3.5 " + inColour(colour::vermilion), "mean of the group");
+    chart.add(bars, "using 1:2:3:4 with yerrorbars pointtype 5 pointsize 0.6*mark linewidth 2 " + inColour(colour::black),
+              confidenceText(anova) + " confidence limits of the mean");
+    if (groups.size() > mostMeans) chart.note("no means: there are too many groups to show them");
+    noteLeftOut(chart, notFinite, {"mean", "means"});
+    return pictureOf(chart, words);
+}
+
+}  // namespace wqstat

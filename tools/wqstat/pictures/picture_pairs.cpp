@@ -1,0 +1,319 @@
+// Pictures of pairs: scatters, with lines and curves.
+#include "picture.h"
+
+#include "picture_parts.h"
+
+#include <wq_exact/wq_exact.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace wqstat {
+
+namespace {
+
+/** The axis of a scatter, logarithmic where that is asked for or the model has it so. */
+Axis axisOf(char name, const std::vector<Point>& points, double Point::*value, const Extent& all, const PictureWords& words, bool byModel)
+{
+    const Axis::Scale scale = scaleOf(name, words, all, byModel);
+    return Axis(scale == Axis::Scale::logarithmic ? aboveZero(points, value) : all, Axis::Ends::padded, scale);
+}
+
+Picture correlationPicture(wq_lib::BasicXyStatistics& pairs, double r, const PictureWords& words)
+{
+    const std::vector<Point> points = pointsOf(pairs);
+    const Extents extents = extentsOf(points);
+    const Axis x = axisOf('x', points, &Point::x, extents.x, words, false);
+    const Axis y = axisOf('y', points, &Point::y, extents.y, words, false);
+    const wq_lib::xy_stat& result = pairs.getXyResult();
+
+    Chart chart(words.canvas, titleOf(pairs, words), "r = " + coefficient(r) + ", n = " + digits(result.x.n));
+    chart.setX(x, labelOr(words.xLabel, "x"));
+    chart.setY(y, labelOr(words.yLabel, "y"));
+    Rows means;
+    if (std::isfinite(result.x.mean) && std::isfinite(result.y.mean)) {
+        means.add({x.at(result.x.mean), y.low()});
+        means.add({x.at(result.x.mean), y.high()});
+        means.gap();
+        means.add({x.low(), y.at(result.y.mean)});
+        means.add({x.high(), y.at(result.y.mean)});
+    }
+    addScatter(chart, points, x, y, pairNoun);
+    chart.add(means, "using 1:2 with lines linewidth 1.5 dashtype 3 " + inColour(colour::black),
+              "means " + x.text(result.x.mean) + " and " + y.text(result.y.mean));
+    return pictureOf(chart, words);
+}
+
+using Scale = double (*)(double);
+
+double asItIs(double value) { return value; }
+double logarithm(double value) { return std::log(value); }
+double exponential(double value) { return std::exp(value); }
+
+/** What a model fits its line to, and what takes the line back to y. */
+struct Model {
+    Scale ofX;
+    Scale ofY;
+    Scale backToY;
+    std::string formula;
+};
+
+std::string sum(double a, double b) { return figures(a) + (b < 0.0 ? " - " : " + ") + figures(std::fabs(b)); }
+
+/** The curve and the limits of its height at one x. */
+struct Height {
+    double lower;
+    double middle;
+    double upper;
+};
+
+class FittedCurve {
+public:
+    FittedCurve(const wq_lib::Regression& regression, const Model& ofModel)
+        : fit(regression.getRegressionResult()),
+          ssX(regression.getXyResult().x.sumOfSquares),
+          model(ofModel)
+    {
+        if (fit.n > 2) t = wq_exact::tTwoSidedQuantile(regression.getSignificance(), static_cast<double>(fit.n - 2));
+    }
+
+    Height at(double x) const
+    {
+        const double distance = model.ofX(x) - fit.meanX;
+        const double line = fit.meanY + fit.b * distance;
+        const double se = std::sqrt(fit.residualVariance * (1.0 / static_cast<double>(fit.n) + distance * distance / ssX));
+        return {model.backToY(line - t * se), model.backToY(line), model.backToY(line + t * se)};
+    }
+
+private:
+    const wq_lib::regression_stat& fit;
+    double ssX;
+    const Model& model;
+    double t = std::numeric_limits<double>::quiet_NaN();
+};
+
+/** "R² = 0.98", of the line that was fitted, and the probability that its slope is 0. */
+std::string fitText(const wq_lib::Regression& regression, const Model& model)
+{
+    const wq_lib::regression_stat& fit = regression.getRegressionResult();
+    const double determination = fit.explained / (fit.explained + fit.unexplained);
+    const double p = wq_exact::tTwoSided(fit.tB, static_cast<double>(fit.n) - 2.0);
+    std::string text;
+    if (std::isfinite(determination)) text += "R\u00b2 = " + coefficient(determination) + (model.ofY == asItIs ? ", " : " of ln y, ");
+    if (std::isfinite(p)) text += probability(p) + ", ";
+    return text + "n = " + digits(fit.n);
+}
+
+/** Places along the x that were fitted: even, but on a logarithmic axis in even ratios, and close where a logarithm bends most. */
+std::vector<double> placesAlong(const Extent& fitted, const Model& model, const Axis& axis)
+{
+    constexpr int steps = 200;
+    std::vector<double> places;
+    for (int i = 0; i <= steps && !fitted.isEmpty(); ++i) {
+        double part = static_cast<double>(i) / steps;
+        if (axis.isLogarithmic() && fitted.low > 0.0) {
+            places.push_back(i == steps ? fitted.high : fitted.low * std::pow(fitted.high / fitted.low, part));
+            continue;
+        }
+        if (model.ofX != asItIs) part *= part;
+        places.push_back(i == steps ? fitted.high : fitted.low * (1.0 - part) + fitted.high * part);
+    }
+    return places;
+}
+
+/** A curve that leaves the data far behind must not flatten them. */
+Extent withRoom(const Extent& data, Axis::Scale scale)
+{
+    Extent extent;
+    if (scale == Axis::Scale::logarithmic) {
+        extent.include(data.low / (data.high / data.low));
+        extent.include(data.high * (data.high / data.low));
+    } else {
+        extent.include(data.low - (data.high - data.low));
+        extent.include(data.high + (data.high - data.low));
+    }
+    return extent;
+}
+
+/** What the line leaves of each y, on the scale on which it was fitted. */
+Chart residualsOf(wq_lib::Regression& regression, const Model& model, const std::vector<Point>& points, const Axis& x,
+                  const PictureWords& words)
+{
+    const wq_lib::regression_stat& fit = regression.getRegressionResult();
+    std::vector<Point> residuals;
+    for (const Point& point : points)
+        residuals.push_back({point.x, model.ofY(point.y) - (fit.meanY + fit.b * (model.ofX(point.x) - fit.meanX))});
+    Extent extent = extentsOf(residuals).y;
+    extent.include(0.0);
+    const Axis y(extent);
+    Chart chart(words.canvas, "", "");
+    chart.setX(x, labelOr(words.xLabel, "x"));
+    chart.setY(y, model.ofY == asItIs ? "residual" : "residual of ln y");
+    addScatter(chart, residuals, x, y, {"", ""});
+    Rows zero;
+    zero.add({x.low(), y.at(0.0)});
+    zero.add({x.high(), y.at(0.0)});
+    chart.add(zero, "using 1:2 with lines linewidth 1.5 " + inColour(colour::vermilion));
+    return chart;
+}
+
+Picture curvePicture(wq_lib::Regression& regression, const Model& model, const PictureWords& words)
+{
+    const std::vector<Point> points = pointsOf(regression);
+    Extents extents = extentsOf(points);
+    const Axis x = axisOf('x', points, &Point::x, extents.x, words, model.ofX != asItIs);
+    const Axis::Scale yScale = scaleOf('y', words, extents.y, model.ofY != asItIs);
+    if (yScale == Axis::Scale::logarithmic) extents.y = aboveZero(points, &Point::y);
+
+    // The curve runs over the x that were fitted.
+    Extent fitted;
+    for (const Point& point : points)
+        if (std::isfinite(point.y) && std::isfinite(model.ofX(point.x))) fitted.include(point.x);
+    const FittedCurve curve(regression, model);
+    std::vector<std::pair<double, Height>> heights;
+    for (const double place : placesAlong(fitted, model, x)) heights.emplace_back(place, curve.at(place));
+
+    const Extent widest = withRoom(extents.y, yScale);
+    bool drawn = false;
+    bool limited = false;
+    for (const auto& [place, height] : heights) {
+        for (const double y : {height.lower, height.middle, height.upper})
+            if (y >= widest.low && y <= widest.high) extents.y.include(y);
+        drawn = drawn || std::isfinite(height.middle);
+        limited = limited || (std::isfinite(height.lower) && std::isfinite(height.upper));
+    }
+    const Axis y(extents.y, Axis::Ends::padded, yScale);
+    const auto onAxis = [&y](double height) {  // what has no place on a logarithmic axis lies below it
+        const double position = y.at(height);
+        return std::isnan(position) ? y.low() : std::clamp(position, y.low(), y.high());
+    };
+    Rows band;
+    Rows line;
+    Rows limits;
+    for (const auto& [at, height] : heights) {
+        const double position = x.at(at);
+        if (std::isfinite(height.middle)) line.add({position, y.at(height.middle)});
+        if (std::isfinite(height.lower) && std::isfinite(height.upper)) band.add({position, onAxis(height.lower), onAxis(height.upper)});
+    }
+    for (const bool upper : {false, true}) {
+        for (const auto& [at, height] : heights)
+            if (const double limit = upper ? height.upper : height.lower; std::isfinite(limit)) limits.add({x.at(at), y.at(limit)});
+        limits.gap();
+    }
+
+    Chart chart(words.canvas, titleOf(regression, words), fitText(regression, model));
+    chart.setX(x, words.residuals ? "" : labelOr(words.xLabel, "x"));
+    chart.setY(y, labelOr(words.yLabel, "y"));
+    if (limited) chart.add(band, "using 1:2:3 with filledcurves " + inColour(colour::band));
+    addScatter(chart, points, x, y, pairNoun);
+    if (drawn)
+        chart.add(line, "using 1:2 with lines linewidth 2.5 " + inColour(colour::vermilion), model.formula);
+    else
+        chart.note("no curve: it is not finite");
+    if (limited)
+        chart.add(limits, "using 1:2 with lines linewidth 1.5 dashtype (9,5) " + inColour(colour::vermilion),
+                  confidenceText(regression) + " confidence limits of the curve");
+    else
+        chart.note("no confidence limits: they are not finite");
+    if (!words.residuals) return pictureOf(chart, words);
+
+    constexpr double share = 0.66;
+    Chart below = residualsOf(regression, model, points, x, words);
+    chart.setPanel(0.0, share);
+    below.setPanel(share, 1.0 - share);
+    Chart::alignLeft(chart, below);
+    Picture picture = pictureOf(chart, words);
+    picture.commands = "set multiplot\n" + picture.commands + below.commands() + "unset multiplot\n";
+    picture.description += " Below, the residuals.";
+    return picture;
+}
+
+}  // namespace
+
+Picture picture(wq_lib::BasicXyStatistics& pairs, const PictureWords& words)
+{
+    const wq_lib::xy_stat& result = pairs.getXyResult();
+    return correlationPicture(pairs, result.sumProducts / std::sqrt(result.x.sumOfSquares * result.y.sumOfSquares), words);
+}
+
+Picture picture(wq_lib::Correlation& pairs, const PictureWords& words)
+{
+    return correlationPicture(pairs, pairs.getCorrelationResult().r, words);
+}
+
+Picture picture(wq_lib::LinearRegression& regression, const PictureWords& words)
+{
+    const wq_lib::regression_stat& fit = regression.getRegressionResult();
+    return curvePicture(regression, {asItIs, asItIs, asItIs, "y = " + sum(fit.a, fit.b) + " x"}, words);
+}
+
+Picture picture(wq_lib::LogarithmicRegression& regression, const PictureWords& words)
+{
+    const wq_lib::regression_stat& fit = regression.getRegressionResult();
+    return curvePicture(regression, {logarithm, asItIs, asItIs, "y = " + sum(fit.a, fit.b) + " ln x"}, words);
+}
+
+Picture picture(wq_lib::ExponentialRegression& regression, const PictureWords& words)
+{
+    const wq_lib::regression_stat& fit = regression.getRegressionResult();
+    return curvePicture(regression, {asItIs, logarithm, exponential, "y = " + figures(fit.a) + " e^(" + figures(fit.b) + " x)"}, words);
+}
+
+Picture picture(wq_lib::PowerRegression& regression, const PictureWords& words)
+{
+    const wq_lib::regression_stat& fit = regression.getRegressionResult();
+    return curvePicture(regression, {logarithm, logarithm, exponential, "y = " + figures(fit.a) + " x^(" + figures(fit.b) + ")"}, words);
+}
+
+Picture picture(wq_lib::LinearRegressionMultiY& regression, const PictureWords& words)
+{
+    const std::vector<Point> points = pointsOf(regression);
+    Extents extents = extentsOf(points);
+    const wq_lib::regression_multi_y_stat& fit = regression.getRegressionResult();
+    const double n = static_cast<double>(regression.getTotalObservations());
+    const double meanX = fit.sumX / n;
+    const double meanY = regression.getGrandTotal() / n;
+    const auto lineAt = [&](double slope, double x) { return meanY + slope * (x - meanX); };
+    const bool fitted = regression.isComputeRegression() && std::isfinite(fit.b) && std::isfinite(meanX) && std::isfinite(meanY);
+    const bool limited = fitted && isFinite(fit.limitsB);
+    const double ends[] = {extents.x.low, extents.x.high};
+    std::vector<double> slopes;
+    if (fitted) slopes.push_back(fit.b);
+    if (limited) slopes.insert(slopes.end(), {fit.limitsB.getLower(), fit.limitsB.getUpper()});
+    const double room = extents.y.high - extents.y.low;
+    const Extent data = extents.y;
+    for (const double slope : slopes)
+        for (const double end : ends)
+            if (const double height = lineAt(slope, end); height >= data.low - room && height <= data.high + room)
+                extents.y.include(height);
+    const Axis x(extents.x);
+    const Axis y(extents.y);
+
+    Chart chart(words.canvas, titleOf(regression, words),
+                counted(regression.getGroups().size(), "x", "different x") + ", " + counted(points.size(), "pair", "pairs"));
+    chart.setX(x, labelOr(words.xLabel, "x"));
+    chart.setY(y, labelOr(words.yLabel, "y"));
+    addScatter(chart, points, x, y, pairNoun);
+    std::vector<Rows> lines(slopes.size());
+    for (std::size_t i = 0; i < slopes.size(); ++i)
+        for (const double end : ends) lines[i].add({x.at(end), y.at(lineAt(slopes[i], end))});
+    if (fitted)
+        chart.add(lines[0], "using 1:2 with lines linewidth 2.5 " + inColour(colour::vermilion), "y = " + sum(fit.a, fit.b) + " x");
+    else
+        chart.note(regression.isComputeRegression() ? "no line: it is not finite"
+                                                    : "no line was fitted: the groups do not differ significantly");
+    if (limited) {
+        const GnuplotCode style = "using 1:2 with lines linewidth 1.5 dashtype (9,5) " + inColour(colour::black);
+        chart.add(lines[1], style,
+                  confidenceText(regression) + " limits of the slope " + figures(fit.limitsB.getLower()) + " to " +
+                      figures(fit.limitsB.getUpper()));
+        chart.add(lines[2], style);
+    }
+    return pictureOf(chart, words);
+}
+
+}  // namespace wqstat

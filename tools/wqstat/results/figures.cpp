@@ -1,0 +1,43 @@
+#include "figures.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+namespace wqstat {
+
+std::string figures(double value, int digits)
+{
+    if (std::isnan(value)) return "nan";
+    char buffer[32];
+    std::string text(buffer, std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, digits).ptr);
+    if (const std::size_t e = text.find('e'); e != std::string::npos) {  // 1e-05 and 1e+30 to 1e-5 and 1e30
+        const std::size_t digit = std::min(text.find_first_not_of('0', e + 2), text.size() - 1);
+        text.erase(e + 2, digit - (e + 2));
+        if (text[e + 1] == '+') text.erase(e + 1, 1);
+    }
+    return text;
+}
+
+std::string coefficient(double value)
+{
+    constexpr int least = 5;
+    constexpr int most = 15;
+    const double missing = 1.0 - std::fabs(value);
+    if (!(missing > 0.0 && missing < 1e-5)) return figures(value, least);
+    return figures(value, std::min(most, static_cast<int>(std::ceil(-std::log10(missing)))));
+}
+
+std::string probability(double p) { return p == 0.0 ? "p < 1e-300" : "p = " + figures(p, 3); }
+
+std::string digits(std::size_t n)
+{
+    std::string text = std::to_string(n);
+    if (text.size() > 4)
+        for (std::size_t i = text.size(); i > 3;) text.insert(i -= 3, " ");
+    return text;
+}
+
+std::string counted(std::size_t n, const std::string& one, const std::string& many) { return digits(n) + " " + (n == 1 ? one : many); }
+
+}  // namespace wqstat

@@ -1,0 +1,24 @@
+// Numbers for people to read, in whatever locale; shortest() in arguments.h is for those who compute on.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace wqstat {
+
+/** So many significant digits at most: 5.4479, 2.5e-7, nan. */
+std::string figures(double value, int digits = 5);
+
+/** A coefficient from -1 to 1, with as many digits as tell it from -1 and 1: 0.98198, 0.999997. */
+std::string coefficient(double value);
+
+/** "p = 0.0312", "p < 1e-300"; "p = nan" where there is none. */
+std::string probability(double p);
+
+/** A count: 1000, 10 000. */
+std::string digits(std::size_t n);
+
+/** "1 pair", "3 pairs". */
+std::string counted(std::size_t n, const std::string& one, const std::string& many);
+
+}  // namespace wqstat

@@ -1,0 +1,37 @@
+// The page of an analysis: what was asked, what came out, the picture, and how it was made.
+#pragma once
+
+#include "pictures/svg_element.h"
+#include "results/statement.h"
+#include "results/textbook.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace wqstat {
+
+/** A data file, as the page names it. */
+struct PageFile {
+    std::string name;
+    std::size_t observations;
+    std::string sha256;
+};
+
+struct PageContent {
+    std::string command;  ///< "anova"
+    std::string title;
+    Statement statement;
+    std::optional<Textbook> textbook;
+    SvgElement picture;
+    std::string report;
+    std::vector<PageFile> files;
+    std::vector<std::string> warnings;
+    std::string commandLine;  ///< makes the page again
+    std::string version;
+};
+
+/** One self-contained page, without scripts and without addresses outside. */
+std::string htmlPage(const PageContent& content);
+
+}  // namespace wqstat

@@ -1,0 +1,44 @@
+// Results as JSON text, written as they come.
+#pragma once
+
+#include "result_writer.h"
+
+#include <cstddef>
+#include <ostream>
+
+namespace wqstat {
+
+/**
+ * Writes one JSON document, indented by two blanks. It holds nothing of it, so that a document may be larger than the memory, and needs
+ * memory only for texts. A number that is not finite is the text that the exports write for it: "NaN", "Inf", "-Inf".
+ */
+class JsonWriter final : public ResultWriter {
+public:
+    explicit JsonWriter(std::ostream& stream) : output(stream) {}
+
+    void number(std::string_view name, double value) override;
+    void whole(std::string_view name, unsigned long long value) override;
+    void whole(std::string_view name, long long value) override;
+    void truth(std::string_view name, bool value) override;
+    void text(std::string_view name, std::string_view value) override;
+    void nothing(std::string_view name) override;
+    void beginObject(std::string_view name) override { begin(name, "{"); }
+    void endObject() override { end("}"); }
+    void beginArray(std::string_view name) override { begin(name, "["); }
+    void endArray() override { end("]"); }
+
+private:
+    void begin(std::string_view name, std::string_view bracket);
+    void end(std::string_view bracket);
+    void startMember(std::string_view name);
+    void startLine();
+
+    template <typename Integer>
+    void integer(std::string_view name, Integer value);
+
+    std::ostream& output;
+    std::size_t depth = 0;
+    bool first = true;  // of its object or array
+};
+
+}  // namespace wqstat

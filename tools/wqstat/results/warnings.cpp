@@ -1,0 +1,270 @@
+#include "warnings.h"
+
+#include "figures.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+
+namespace wqstat {
+
+namespace {
+
+std::string verdict(bool accepted) { return accepted ? "accepts" : "rejects"; }
+
+/** What is wrong with a decision of the report; nothing where it is that of the exact figures. reason is why these decide nothing. */
+void addDecision(Warnings& warnings, const wq_exact::Decision& decision, double p, const std::string& what, const std::string& reason)
+{
+    if (decision.reportDiffers())
+        warnings.differing.push_back("the exact p " + what + "is " + figures(p, 2) + ", which " + verdict(*decision.accepted) +
+                                     " H0; the report " + verdict(*decision.acceptedByReport) + " it");
+    if (decision.reportLacksGround())
+        warnings.add("the report " + verdict(*decision.acceptedByReport) + " H0 " + (what.empty() ? "" : "by the test " + what) +
+                     "without ground: " + reason);
+}
+
+void addDecision(Warnings& warnings, const wq_exact::Test& test, const std::string& what, const std::string& reason)
+{
+    addDecision(warnings, test, test.p, what, reason);
+}
+
+/** Why a t or F of so many observations is none; constant says what is all equal. */
+std::string reasonOf(double df, bool isConstant, const std::string& constant)
+{
+    if (!(df > 0.0)) return "there are no degrees of freedom";
+    return isConstant ? constant : "the statistic is no number";
+}
+
+/** The report's maximum starts just above 0, and stays there when all values lie below. */
+void addMaximum(Warnings& warnings, const std::string& of, double reported, double maximum)
+{
+    if (maximum < reported)
+        warnings.add("no value" + of + " is above 0: the largest is " + figures(maximum, 6) + ", where the report says " +
+                     figures(reported, 6));
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------- samples
+
+Warnings warningsOf(const wq_exact::OneSampleResult& exact, const wq_lib::BasicStatistics& sample)
+{
+    Warnings warnings;
+    addDecision(warnings, exact.mean, "", reasonOf(exact.mean.df1, sample.getResult().sumOfSquares == 0.0, "the values are all equal"));
+    addMaximum(warnings, "", sample.getResult().max, exact.maximum);
+    return warnings;
+}
+
+Warnings warningsOf(const wq_exact::FrequencyResult& exact, const wq_lib::Frequency& sample)
+{
+    Warnings warnings;
+    if (exact.leftOut() > 0)
+        warnings.add(counted(exact.leftOut(), "value is", "values are") + " in no class: the table counts " + digits(exact.counted) +
+                     " of " + digits(exact.n) + " and leaves the largest out");
+    addMaximum(warnings, "", sample.getResult().max, exact.maximum);
+    return warnings;
+}
+
+Warnings warningsOf(const wq_exact::TwoVariancesResult& exact, const wq_lib::TwoSamples& samples)
+{
+    const bool first = samples.getResult().sampleVariance == 0.0;
+    const bool second = samples.getSecondSample().sampleVariance == 0.0;
+    Warnings warnings;
+    addDecision(warnings, exact.ratio, "",
+                reasonOf(std::min(exact.ratio.df1, exact.ratio.df2), first && second, "the values of both samples are all equal"));
+    if (first != second)
+        warnings.add(std::string("the values of the ") + (first ? "first" : "second") +
+                     " sample are all equal, so that F is no finite number");
+    return warnings;
+}
+
+// ---------------------------------------------------------------- pairs
+
+namespace {
+
+bool isConstant(const wq_lib::xy_stat& result) { return result.x.sumOfSquares == 0.0 || result.y.sumOfSquares == 0.0; }
+
+}  // namespace
+
+Warnings warningsOf(const wq_exact::PairsResult& exact, const wq_lib::BasicXyStatistics& pairs)
+{
+    Warnings warnings;
+    addMaximum(warnings, " of x", pairs.getXyResult().x.max, exact.maximumX);
+    addMaximum(warnings, " of y", pairs.getXyResult().y.max, exact.maximumY);
+    return warnings;
+}
+
+Warnings warningsOf(const wq_exact::RegressionResult& exact, const wq_lib::Regression& regression)
+{
+    Warnings warnings;
+    if (exact.skipped > 0)
+        warnings.add(counted(exact.skipped, "pair has", "pairs have") + " no logarithm (0 or less) and " +
+                     (exact.skipped == 1 ? "is" : "are") + " left out" +
+                     (std::isfinite(regression.getRegressionResult().b) ? "" : "; the report's b is no number for it"));
+    if (!exact.slope.accepted)
+        warnings.add("the report's t, p and limits of b rest on nothing: " +
+                     reasonOf(exact.slope.df1, exact.sumOfSquaresX == 0.0, "x is constant"));
+    return warnings;
+}
+
+Warnings warningsOf(const wq_exact::CorrelationResult& exact, const wq_lib::Correlation& correlation)
+{
+    const std::string reason = reasonOf(exact.t.df1, isConstant(correlation.getXyResult()), "x or y is constant");
+    Warnings warnings;
+    addDecision(warnings, exact.t, "of t ", reason);
+    addDecision(warnings, exact.F, "of F ", reason);
+    return warnings;
+}
+
+// ---------------------------------------------------------------- groups
+
+namespace {
+
+std::string reasonOf(const wq_exact::AnovaResult& exact)
+{
+    if (!(exact.among.df > 0.0)) return "there is one group";
+    if (!(exact.within.df > 0.0)) return "no group has more than one observation";
+    return exact.total.sumOfSquares == 0.0 ? "the observations are all equal" : "F is no number";
+}
+
+}  // namespace
+
+Warnings warningsOf(const wq_exact::AnovaResult& exact, const wq_lib::SingleAnova&)
+{
+    Warnings warnings;
+    addDecision(warnings, exact.F, "", reasonOf(exact));
+    return warnings;
+}
+
+Warnings warningsOf(const wq_exact::MultiYResult& exact, const wq_lib::LinearRegressionMultiY&)
+{
+    const bool fewGroups = !(exact.deviations.df > 0.0);
+    Warnings warnings;
+    addDecision(warnings, exact.slope, "of the slope ",
+                fewGroups ? "fewer than 3 groups leave no deviations from a line" : reasonOf(exact.groups));
+    return warnings;
+}
+
+// ---------------------------------------------------------------- classes
+
+Warnings warningsOf(const wq_exact::GoodnessOfFitResult& exact, const wq_lib::GoodnessOfFit&)
+{
+    constexpr double rounding = 1e-9;
+    Warnings warnings;
+    const std::string reason = exact.classesWithoutExpected > 0
+                                   ? "nothing is expected in " + counted(exact.classesWithoutExpected, "class", "classes")
+                                   : reasonOf(exact.chiSquare.df1, false, "");
+    addDecision(warnings, exact.decision, exact.p, "", reason);
+    if (std::fabs(exact.sumObserved - exact.sumExpected) > rounding * std::fabs(exact.sumObserved))
+        warnings.add("the sums of the observed and the expected frequencies differ: " + figures(exact.sumObserved, 10) + " and " +
+                     figures(exact.sumExpected, 10));
+    if (exact.classesBelowFive > exact.classesWithoutExpected)
+        warnings.add("fewer than 5 are expected in " + counted(exact.classesBelowFive, "class", "classes") +
+                     ": X2 and G are hardly distributed as chi-square");
+    return warnings;
+}
+
+Warnings warningsOf(const wq_exact::KolmogorovSmirnovResult& exact, const wq_lib::KolmogorovSmirnov2& test)
+{
+    const bool hasBoth = test.getN1() > 0 && test.getN2() > 0;
+    Warnings warnings;
+    addDecision(warnings, exact.decision, exact.p, "", hasBoth ? "D is no number" : "a sample is empty");
+    if (hasBoth && !exact.reportHasCriticalValue)
+        warnings.add("samples of " + digits(test.getN1()) + " and " + digits(test.getN2()) +
+                     " are too small for the report's critical value: without one it rejects every D above 0");
+    return warnings;
+}
+
+// ---------------------------------------------------------------- directions
+
+Warnings warningsOf(const wq_exact::DirectionsResult& exact, wq_lib::Circular& directions)
+{
+    constexpr double circle = 6.2831854;  // 2 pi, and a little for rounding
+    Warnings warnings;
+    addDecision(warnings, exact.rayleigh, "", exact.n > 0.0 ? "z is no number" : "there are no directions");
+    std::size_t outside = 0;
+    if (directions.getDataType() == wq_lib::RADIANS)
+        for (std::size_t i = 0; i < directions.getSampleSize(); ++i)
+            if (std::fabs(directions.getDataPair(i).x) > circle) ++outside;
+    if (outside > 0)
+        warnings.add(counted(outside, "angle lies", "angles lie") +
+                     " beyond 2 pi and can hardly be radians: --unit says what the angles are");
+    return warnings;
+}
+
+// ---------------------------------------------------------------- exports
+
+namespace {
+
+/** Numbers that an export writes with a fixed number of decimals. */
+class Rounding {
+public:
+    explicit Rounding(int writtenDecimals) : decimals(writtenDecimals), safe(std::pow(10.0, significant - 1 - writtenDecimals)) {}
+
+    void see(double value)
+    {
+        if (!(std::fabs(value) < safe) || value == 0.0) return;
+        char text[400];
+        std::snprintf(text, sizeof text, "%.*f", decimals, value);
+        const double written = std::strtod(text, nullptr);
+        if (std::fabs(written - value) <= 0.5 * std::pow(10.0, 1 - significant) * std::fabs(value)) return;
+        if (losing++ == 0) example = figures(value, significant) + ", written as " + figures(written, significant);
+    }
+
+    Warnings warnings() const
+    {
+        Warnings found;
+        if (losing > 0)
+            found.add("the export writes " + std::to_string(decimals) + " decimals, too few for " + counted(losing, "number", "numbers") +
+                      ", such as " + example);
+        return found;
+    }
+
+private:
+    static constexpr int significant = 6;
+    int decimals;
+    double safe;  // what is as large has so many digits before the point and behind it
+    std::size_t losing = 0;
+    std::string example;
+};
+
+}  // namespace
+
+Warnings exportWarnings(const wq_lib::BasicStatistics& sample)
+{
+    Rounding rounding(12);
+    for (std::size_t i = sample.getDataStart(); i < sample.getSampleSize() && i <= sample.getDataEnd(); ++i)
+        rounding.see(sample.getDataPoint(i));
+    return rounding.warnings();
+}
+
+Warnings exportWarnings(wq_lib::BasicXyStatistics& pairs)
+{
+    Rounding rounding(6);
+    for (std::size_t i = 0; i < pairs.getSampleSize(); ++i) {
+        const wq_lib::data_pair pair = pairs.getDataPair(i);
+        rounding.see(pair.x);
+        rounding.see(pair.y);
+    }
+    return rounding.warnings();
+}
+
+Warnings exportWarnings(const wq_lib::SingleAnova& anova)
+{
+    Rounding rounding(4);
+    for (const wq_lib::anova_group& group : anova.getGroups())
+        for (const double y : group.observations) rounding.see(y);
+    return rounding.warnings();
+}
+
+Warnings exportWarnings(const wq_lib::Frequency& sample)
+{
+    Rounding rounding(6);
+    for (std::size_t i = 0; i <= sample.getTable().size(); ++i)
+        rounding.see(sample.getStartClass() + static_cast<double>(i) * sample.getClassWidth());
+    return rounding.warnings();
+}
+
+}  // namespace wqstat

@@ -1,0 +1,45 @@
+// Analyses of two samples whose values are in tables.
+#pragma once
+
+#include "analysis_command.h"
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace wqstat {
+
+/** The samples are two columns of one table, one column of two tables, or two groups of one column. */
+class TwoSampleCommand : public AnalysisCommand {
+protected:
+    /** Adds the options that name the columns. @param typical whether an example of what to name has them. */
+    void declareSamples(CLI::App& app, bool typical);
+
+    /** Whether one of them was given. */
+    bool namesSamples() const { return column.given() || column2.given() || values.given() || group.given(); }
+
+    /** Whether the samples are one column of two tables. */
+    bool isInTwoTables() const { return column.given() && !column2.given(); }
+
+    /**
+     * Reads both samples.
+     * @param files one or two.
+     * @param take is called with 0 and each value of the first sample, and with 1 and each of the second.
+     * @return the data, that of the second sample last.
+     * @throws WrongUsage where the columns do not fit together, or the files not the columns.
+     */
+    const Input& readSamples(wq_lib::BasicStatistics& analysis, const std::vector<std::string>& files,
+                             const std::function<void(std::size_t, double)>& take);
+
+private:
+    const Input& readGroups(wq_lib::BasicStatistics& analysis, const std::string& name,
+                            const std::function<void(std::size_t, double)>& take);
+
+    ColumnOption column{"--column", ColumnKind::number, "the values, of both files", false};
+    ColumnOption column2{"--column2", ColumnKind::number, "the values of the second sample, beside that of --column", false};
+    ColumnOption values{"--value", ColumnKind::number, "the values of both samples"};
+    ColumnOption group{"--group", ColumnKind::label, "what tells the two samples apart"};
+};
+
+}  // namespace wqstat
