@@ -28,7 +28,9 @@ ORDINARY = [
     "regress --model power nist_norris.txt",
     "correlate --alpha 0.01 toothgrowth_supp.txt",
     "anova toothgrowth_supp.txt",
+    "anova --observations toothgrowth_supp.txt",
     "multiy seedlings.txt",
+    "multiy --observations seedlings.txt",
     "fit mendel_peas.txt",
     "fit --yates --no-williams mendel_peas.txt",
     "ks pi_e_digits.txt",
@@ -80,7 +82,8 @@ def damaged(json_document, path, change):
     return copied
 
 
-OPTIONAL = {("textbook", "GAdjusted"), ("textbook", "pTheseSizes"), ("textbook", "criticalDTheseSizes")}
+OPTIONAL = {("textbook", "GAdjusted"), ("textbook", "pTheseSizes"), ("textbook", "criticalDTheseSizes"),
+            ("result", "groups", 0, "observations"), ("result", "anova", "groups", 0, "observations")}
 DAMAGES = {
     "removed": lambda place, name: place.pop(name),
     "of another type": lambda place, name: place.update({name: "no such value"} if place[name] != "no such value" else {name: 0}),

@@ -506,30 +506,31 @@ TEST(Json, hasEveryFieldOfTheRecordsBitForBit)
     anova.readDataFile(resistivity);
     anova.createSeries();
     anova.analyse();
-    expectResult({"anova", resistivity}, anovaFields(anova));
+    expectResult({"anova", "--observations", resistivity}, anovaFields(anova));
 
     LinearRegressionMultiY line;
     line.readSeriesFile(seedlings);
     line.createSeries();
     line.analyse();
     const regression_multi_y_stat& m = line.getRegressionResult();
-    expectResult({"multiy", seedlings}, under("/anova", anovaFields(line)) + under("/regression", fieldsOf(line.getRegression())) +
-                                            under("/deviations", fieldsOf(line.getDeviations())) +
-                                            Fields{{"/sumX", m.sumX},
-                                                   {"/sumX2", m.sumX2},
-                                                   {"/sumXT", m.sumXT},
-                                                   {"/correctionX", m.correctionX},
-                                                   {"/ssX", m.ssX},
-                                                   {"/spXY", m.spXY},
-                                                   {"/a", m.a},
-                                                   {"/b", m.b},
-                                                   {"/explained", m.explained},
-                                                   {"/unexplained", m.unexplained},
-                                                   {"/seB", m.seB},
-                                                   {"/tB", m.tB},
-                                                   {"/pT", m.pT},
-                                                   {"/limitsB/lower", m.limitsB.getLower()},
-                                                   {"/limitsB/upper", m.limitsB.getUpper()}});
+    expectResult({"multiy", "--observations", seedlings}, under("/anova", anovaFields(line)) +
+                                                              under("/regression", fieldsOf(line.getRegression())) +
+                                                              under("/deviations", fieldsOf(line.getDeviations())) +
+                                                              Fields{{"/sumX", m.sumX},
+                                                                     {"/sumX2", m.sumX2},
+                                                                     {"/sumXT", m.sumXT},
+                                                                     {"/correctionX", m.correctionX},
+                                                                     {"/ssX", m.ssX},
+                                                                     {"/spXY", m.spXY},
+                                                                     {"/a", m.a},
+                                                                     {"/b", m.b},
+                                                                     {"/explained", m.explained},
+                                                                     {"/unexplained", m.unexplained},
+                                                                     {"/seB", m.seB},
+                                                                     {"/tB", m.tB},
+                                                                     {"/pT", m.pT},
+                                                                     {"/limitsB/lower", m.limitsB.getLower()},
+                                                                     {"/limitsB/upper", m.limitsB.getUpper()}});
 
     const auto fit = analysed<GoodnessOfFit>(peas);
     expectResult({"fit", peas}, {{"/X2", fit.getX2()}, {"/G", fit.getG()}, {"/GAdjusted", fit.getGAdjusted()}});
@@ -634,8 +635,44 @@ TEST(Json, writesNumbersThatAreNotFiniteAsText)
     EXPECT_TRUE(infinite.at("result").at("geoMean").is_null());  // n/a in the report
     const Json impossible = documentOf({"fit", folder.write("impossible.txt", "3;0\n4;7\n")});
     EXPECT_EQ(impossible.at("result").at("X2"), "Inf");
-    const Json groups = documentOf({"anova", folder.write("one_group.txt", "1;2\n1;nan\n")});
+    const Json groups = documentOf({"anova", "--observations", folder.write("one_group.txt", "1;2\n1;nan\n")});
     EXPECT_EQ(groups.at("result").at("groups").at(0).at("observations"), Json({2.0, "NaN"}));
+}
+
+TEST(Json, holdsObservationsOnlyWhereAskedFor)
+{
+    const struct {
+        Words command;
+        const char* groups;
+    } rows[] = {{{"anova", resistivity}, "/result/groups"}, {{"multiy", seedlings}, "/result/anova/groups"}};
+    for (const auto& row : rows) {
+        Json all = documentOf(with(row.command, {"--observations"}));
+        for (Json& group : all.at(Json::json_pointer(row.groups))) {
+            EXPECT_EQ(group.at("observations").size(), group.at("n"));
+            group.erase("observations");
+        }
+        EXPECT_EQ(documentOf(row.command), all) << joined(row.command);
+        EXPECT_EQ(run(with(row.command, {"--observations"})), refused("--observations requires --json", row.command.front()));
+    }
+    EXPECT_EQ(run({"describe", "--json", "--observations", cavendish}).status, wrongUsage);
+}
+
+TEST(Json, isWholeWhateverItsLength)
+{
+    const TempFolder folder;
+    std::string pairs;
+    for (int i = 0; i < 3000; ++i) pairs += std::to_string(i) + ";1\n" + std::to_string(i) + ";4\n";
+    const std::string file = folder.write("pairs.txt", pairs);
+    const Json groups = documentOf({"anova", "--observations", file}).at("result").at("groups");
+    ASSERT_EQ(groups.size(), 3000U);
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        EXPECT_EQ(groups[i].at("id"), static_cast<double>(i));
+        EXPECT_EQ(groups[i].at("observations"), Json({1.0, 4.0}));
+    }
+    // A text that is longer than all that waits to be written.
+    std::string label(100000, 'x');
+    const std::string table = folder.write("table.csv", "g,v\n" + label + ",1\nb,2\n" + label + ",3\n");
+    EXPECT_EQ(documentOf({"anova", "--group", "g", "--value", "v", table}).at("table").at("labels"), Json({label, "b"}));
 }
 
 TEST(Json, isOnlyTheDocumentOnStandardOutput)

@@ -251,7 +251,7 @@ class Anova final : public AnalysisCommand {
         addColumn(app, value);
     }
 
-    OutputNames outputNames() const override { return {"groups", "groups, one per row,"}; }
+    bool hasGroups() const override { return true; }
     PlotChoices plotChoices() const override { return {"y"}; }
 
     void run() override
@@ -286,7 +286,7 @@ class MultiY final : public AnalysisCommand {
         addColumn(app, count);
     }
 
-    OutputNames outputNames() const override { return {"groups", "groups, one per row,"}; }
+    bool hasGroups() const override { return true; }
 
     void run() override
     {

@@ -31,7 +31,7 @@ void AnalysisCommand::declare(CLI::App& app)
     tableOptions.declareFormat(app);
     app.add_flag("--lenient", lenient, "read a file without columns as the library does, and warn of what that makes of it");
     declareOutputs(app);
-    views.declare(app);
+    views.declare(app, hasGroups());
     views.declarePlot(app, plotChoices());
 }
 

@@ -45,8 +45,14 @@ protected:
     /** What its pictures can show besides the usual. */
     virtual PlotChoices plotChoices() const { return {}; }
 
+    /** Whether its results hold groups of observations. */
+    virtual bool hasGroups() const { return false; }
+
     /** What --list and --export put out, where it is not the usual thing. */
-    virtual OutputNames outputNames() const { return {"observations", "data"}; }
+    virtual OutputNames outputNames() const
+    {
+        return hasGroups() ? OutputNames{"groups", "groups, one per row,"} : OutputNames{"observations", "data"};
+    }
 
     /** Adds an option that names a column of a table. */
     void addColumn(CLI::App& app, ColumnOption& column) { tableOptions.addColumn(app, column); }
@@ -93,7 +99,7 @@ protected:
         if (views.json()) {
             book.setWarnings(warnings.all());
             JsonWriter json(std::cout);
-            writeResults(json, {commandName, inputNames, book, words}, analysis);
+            writeResults(json, {commandName, inputNames, book, words, views.observations()}, analysis);
         } else {
             book.setWarnings(warnings.others);  // the block has its own words for decisions that differ
             analysis.reportConsole();

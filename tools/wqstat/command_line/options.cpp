@@ -69,10 +69,11 @@ void Outputs::declare(CLI::App& app, const OutputNames& names)
         ->check([](const std::string& name) { return name.empty() ? "the name of a file is needed" : ""; });
 }
 
-void Views::declare(CLI::App& app)
+void Views::declare(CLI::App& app, bool hasGroups)
 {
     CLI::Option* const json = app.add_flag("--json", asJson, "print all results as JSON instead of the report");
     for (CLI::Option* const option : app.get_options(isAddedToReport)) json->excludes(option);
+    if (hasGroups) app.add_flag("--observations", withObservations, "with --json: the observations of each group too")->needs(json);
     app.add_flag("--textbook", withTextbook, "after the report print exact probabilities, critical values, limits and decisions");
     app.add_flag("--no-warnings", withoutWarnings,
                  "say nothing of decisions that differ from the exact ones, or of data that look unlike what is meant");

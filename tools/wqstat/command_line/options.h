@@ -79,13 +79,17 @@ struct PlotChoices {
 /** What there is to see besides the report, or in its place. */
 class Views {
 public:
-    /** --json, --textbook and --no-warnings. To be called after the options that --json excludes are there: those that add to the report. */
-    void declare(CLI::App& app);
+    /**
+     * --json, --textbook and --no-warnings, and --observations where there are groups that hold some. To be called after the options that
+     * --json excludes are there: those that add to the report.
+     */
+    void declare(CLI::App& app, bool hasGroups);
 
     /** --plot and --html, and how the picture looks. */
     void declarePlot(CLI::App& app, const PlotChoices& choices);
 
     bool json() const { return asJson; }
+    bool observations() const { return withObservations; }
     bool textbook() const { return withTextbook; }
     bool warnings() const { return !withoutWarnings; }
     const PlotRequest& plot() const { return picture; }
@@ -97,6 +101,7 @@ private:
     void requirePicture(const CLI::App& app) const;
 
     bool asJson = false;
+    bool withObservations = false;
     bool withTextbook = false;
     bool withoutWarnings = false;
     PlotRequest picture;

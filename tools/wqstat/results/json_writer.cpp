@@ -10,8 +10,6 @@ namespace wqstat {
 
 namespace {
 
-void put(std::ostream& output, std::string_view text) { output.write(text.data(), static_cast<std::streamsize>(text.size())); }
-
 /** In quotes. What is no UTF-8 becomes the replacement character. */
 std::string escaped(std::string_view text) { return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace); }
 
@@ -37,9 +35,9 @@ void JsonWriter::number(std::string_view name, double value)
     startMember(name);
     char buffer[40];
     if (std::isfinite(value))
-        put(output, realText(value, buffer));
+        put(realText(value, buffer));
     else
-        put(output, std::isnan(value) ? "\"NaN\"" : value > 0.0 ? "\"Inf\"" : "\"-Inf\"");
+        put(std::isnan(value) ? "\"NaN\"" : value > 0.0 ? "\"Inf\"" : "\"-Inf\"");
 }
 
 template <typename Integer>
@@ -47,7 +45,7 @@ void JsonWriter::integer(std::string_view name, Integer value)
 {
     startMember(name);
     char buffer[24];
-    put(output, {buffer, static_cast<std::size_t>(std::to_chars(buffer, buffer + sizeof buffer, value).ptr - buffer)});
+    put({buffer, static_cast<std::size_t>(std::to_chars(buffer, buffer + sizeof buffer, value).ptr - buffer)});
 }
 
 void JsonWriter::whole(std::string_view name, unsigned long long value) { integer(name, value); }
@@ -57,25 +55,25 @@ void JsonWriter::whole(std::string_view name, long long value) { integer(name, v
 void JsonWriter::truth(std::string_view name, bool value)
 {
     startMember(name);
-    put(output, value ? "true" : "false");
+    put(value ? "true" : "false");
 }
 
 void JsonWriter::text(std::string_view name, std::string_view value)
 {
     startMember(name);
-    put(output, escaped(value));
+    put(escaped(value));
 }
 
 void JsonWriter::nothing(std::string_view name)
 {
     startMember(name);
-    put(output, "null");
+    put("null");
 }
 
 void JsonWriter::begin(std::string_view name, std::string_view bracket)
 {
     startMember(name);
-    put(output, bracket);
+    put(bracket);
     ++depth;
     first = true;
 }
@@ -84,27 +82,46 @@ void JsonWriter::end(std::string_view bracket)
 {
     --depth;
     if (!first) startLine();
-    put(output, bracket);
+    put(bracket);
     first = false;
-    if (depth == 0) output.put('\n');
+    if (depth > 0) return;
+    put("\n");
+    passOn();
 }
 
 void JsonWriter::startMember(std::string_view name)
 {
     if (depth == 0) return;
-    if (!first) output.put(',');
+    if (!first) put(",");
     first = false;
     startLine();
     if (name.empty()) return;
-    output.put('"');
-    put(output, name);  // names are the program's own, without a character to escape
-    put(output, "\": ");
+    put("\"");
+    put(name);  // names are the program's own, without a character to escape
+    put("\": ");
 }
 
 void JsonWriter::startLine()
 {
-    output.put('\n');
-    for (std::size_t i = 0; i < depth; ++i) put(output, "  ");
+    put("\n");
+    for (std::size_t i = 0; i < depth; ++i) put("  ");
+}
+
+void JsonWriter::put(std::string_view text)
+{
+    if (text.size() > waiting.size() - used) passOn();
+    if (text.size() > waiting.size()) {
+        output.write(text.data(), static_cast<std::streamsize>(text.size()));
+        return;
+    }
+    text.copy(waiting.data() + used, text.size());
+    used += text.size();
+}
+
+void JsonWriter::passOn()
+{
+    output.write(waiting.data(), static_cast<std::streamsize>(used));
+    used = 0;
 }
 
 }  // namespace wqstat

@@ -3,8 +3,10 @@
 
 #include "result_writer.h"
 
+#include <array>
 #include <cstddef>
 #include <ostream>
+#include <string_view>
 
 namespace wqstat {
 
@@ -36,7 +38,12 @@ private:
     template <typename Integer>
     void integer(std::string_view name, Integer value);
 
+    void put(std::string_view text);
+    void passOn();
+
     std::ostream& output;
+    std::array<char, 1 << 14> waiting{};  // a stream takes longer to be ready for each piece than the piece takes
+    std::size_t used = 0;                 // of waiting
     std::size_t depth = 0;
     bool first = true;  // of its object or array
 };

@@ -83,7 +83,7 @@ void members(ResultWriter& out, const wq_lib::anova_source& r)
     out.member("expectedMs", r.expectedMs);
 }
 
-void members(ResultWriter& out, const wq_lib::anova_group& r)
+void groupMembers(ResultWriter& out, const wq_lib::anova_group& r, bool withObservations)
 {
     out.member("id", r.id);
     out.member("n", r.n);
@@ -92,7 +92,7 @@ void members(ResultWriter& out, const wq_lib::anova_group& r)
     out.member("sumSquaredObservations", r.sumSquaredObservations);
     out.member("sumOfSquares", r.sumOfSquares);
     out.member("variance", r.variance);
-    out.array("observations", r.observations, [&](double y) { out.member("", y); });
+    if (withObservations) out.array("observations", r.observations, [&](double y) { out.member("", y); });
 }
 
 template <typename Record>
@@ -102,7 +102,7 @@ void record(ResultWriter& out, const char* name, const Record& r)
 }
 
 /** What the Anova holds; also where a regression goes on from it. */
-void anovaMembers(ResultWriter& out, const wq_lib::SingleAnova& anova)
+void anovaMembers(ResultWriter& out, const wq_lib::SingleAnova& anova, bool withObservations)
 {
     out.member("groupCount", anova.getGroupCount());
     out.member("totalObservations", anova.getTotalObservations());
@@ -121,7 +121,8 @@ void anovaMembers(ResultWriter& out, const wq_lib::SingleAnova& anova)
     out.member("groupsCreated", anova.getGroupsCreated());
     out.member("equal", anova.isEqual());
     out.member("model", anova.getModel());
-    out.array("groups", anova.getGroups(), [&](const wq_lib::anova_group& group) { record(out, "", group); });
+    out.array("groups", anova.getGroups(),
+              [&](const wq_lib::anova_group& group) { out.object("", [&] { groupMembers(out, group, withObservations); }); });
 }
 
 /** Critical value and probability that both Anova reports print. */
@@ -338,14 +339,14 @@ void writeResults(ResultWriter& out, const ResultHead& head, wq_lib::SingleAnova
 {
     const auto decision = [&] { out.member("acceptH0", reportAcceptsH0(anova)); };
     writeWhole(
-        out, head, anova, none, [&] { anovaMembers(out, anova); }, [&] { anovaReport(out, anova); }, decision);
+        out, head, anova, none, [&] { anovaMembers(out, anova, head.observations); }, [&] { anovaReport(out, anova); }, decision);
 }
 
 void writeResults(ResultWriter& out, const ResultHead& head, wq_lib::LinearRegressionMultiY& regression)
 {
     const wq_lib::regression_multi_y_stat& fit = regression.getRegressionResult();
     const auto results = [&] {
-        out.object("anova", [&] { anovaMembers(out, regression); });
+        out.object("anova", [&] { anovaMembers(out, regression, head.observations); });
         record(out, "regression", regression.getRegression());
         record(out, "deviations", regression.getDeviations());
         out.member("sumX", fit.sumX);

@@ -19,6 +19,7 @@ struct ResultHead {
     std::vector<std::string> files;  ///< as on the command line
     Textbook textbook;
     DataWords words;
+    bool observations = false;  ///< whether groups show theirs
 };
 
 // docs/json.md describes the members. One function for each analysis; the analysis must have been made.
