@@ -36,5 +36,5 @@ echo "$(wc -w <<<"$commands") commands, $count options"
 
 command -v mandoc >/dev/null || skip "mandoc is missing (Debian package: mandoc)"
 mandoc -T lint -W warning "$page" || fail "the man page is not well formed"
-mandoc -T ascii "$page" | sed 's,.\x08,,g' | grep -F 'wqstat variances [options] FILE1 FILE2' ||
+mandoc -T ascii "$page" | sed 's,.\x08,,g' | grep -F 'wqstat variances [options] [FILE ...]' ||
     fail "the synopsis does not print as it should"

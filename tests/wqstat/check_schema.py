@@ -92,11 +92,31 @@ DAMAGES = {
 TEXTS = {("wqstat",), ("comment",), ("hypothesis",), ("settings", "binName")}  # any text will do
 
 
+def check_arrays(validator):
+    """Several analyses are an array of documents, of which each is held against the schema."""
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        (folder / "table.txt").write_text("s,v\na,1\nb,2\na,2\nb,4\na,4\nb,7\n", encoding="utf-8")
+        for arguments in ["describe --column v --by s table.txt", "describe --column v table.txt table.txt"]:
+            found = document(arguments, folder, ["--no-warnings"])
+            if len(found) != 2 or ("by" in found[0]) != ("--by" in arguments):
+                sys.exit(f"{arguments}: not what was expected")
+            for error in validator.iter_errors(found):
+                sys.exit(f"{arguments}: {list(error.absolute_path)}: {error.message}")
+            for path in members(found[1]):
+                if path not in OPTIONAL | {("by",), ("table",), ("table", "x")} and validator.is_valid(
+                        [found[0], damaged(found[1], path, DAMAGES["removed"])]):
+                    sys.exit(f"{arguments}: {path} removed from the second document is taken for valid")
+        if validator.is_valid([]):
+            sys.exit("an array without documents is taken for valid")
+
+
 def main():
     schema = json.loads(SCHEMA.read_text(encoding="utf-8"))
     checker = jsonschema.Draft202012Validator
     checker.check_schema(schema)
     validator = checker(schema)
+    check_arrays(validator)
     checked = refused = 0
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)

@@ -1,6 +1,7 @@
 // Every command on everything that cannot be analysed: one line says why, the status is right, nothing is printed and nothing written.
 #include "commands.h"
 #include "feed.h"
+#include "terminal.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -59,11 +60,20 @@ void expectFailures(const std::string& file, const std::string& text)
 
 TEST(ErrorMatrix, noFileNamed)
 {
+    Terminal terminal;
+    Streams streams;
+    streams.input = terminal.path();
     for (const AnalysisCommand& command : analyses) {
         Words arguments = withFile(command.arguments, shipped("cavendish.txt"));
         arguments.pop_back();
-        const std::string missing = command.arguments.front() == "variances" ? "FILE2" : "FILE";
-        expectFailure(arguments, refused(missing + " is required", arguments.front()), [](const Words& words) { return run(words); });
+        const std::string& name = command.arguments.front();
+        const Outcome lacksOne = refused("two FILEs are needed, one for each sample, not 1", name);
+        const bool isOfTwo = name == "variances";
+        expectFailure(arguments, isOfTwo ? lacksOne : cannotAnalyse("standard input: no data"),
+                      [](const Words& words) { return run(words); });
+        const auto runsAtTerminal = [&streams](const Words& words) { return run(words, streams); };
+        expectFailure(arguments, isOfTwo ? lacksOne : refused("FILE is required where standard input is a terminal", name), runsAtTerminal);
+        expectFailure(withFile(command.arguments, "-"), refused("FILE '-': standard input is a terminal", name), runsAtTerminal);
     }
 }
 

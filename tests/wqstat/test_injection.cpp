@@ -233,6 +233,8 @@ TEST(Injection, messagesAndListingsShowControlCharacters)
     const std::string name = "f" + evil;
     const std::string values = folder.write(name, "# c\n1\n2\n4\n");
     const std::string pairs = folder.write("p" + name, "1;2" + evil + "4\n" + "3 " + evil + "5\n2;3\n");
+    const std::string label = "\"" + evil + "\"";
+    const std::string table = folder.write("t" + name, "\"t" + evil + "\",v\n" + label + ",1\n" + label + ",2\n" + label + ",4\n");
     const std::string bad = folder.write("b" + name, "1;" + evil + "\n");
     const struct {
         int line;
@@ -252,7 +254,12 @@ TEST(Injection, messagesAndListingsShowControlCharacters)
         {__LINE__, {"describe", values, "--alpha", evil}, wrongUsage},
         {__LINE__, {"describe", values, "--list", evil, "1"}, wrongUsage},
         {__LINE__, {"regress", "--model", evil, pairs}, wrongUsage},
-        {__LINE__, {"describe", values, evil}, wrongUsage},
+        {__LINE__, {"describe", values, evil}, couldNotAnalyse},
+        {__LINE__, {"describe", values, values}, done},
+        {__LINE__, {"describe", values, "--tsv"}, done},
+        {__LINE__, {"describe", "--column", "v", "--by", "t" + evil, table}, done},
+        {__LINE__, {"describe", "--column", "v", "--by", "t" + evil, table, "--tsv"}, done},
+        {__LINE__, {"anova", "--value", "v", "--group", "t" + evil, "--by", "t" + evil, table, "--json"}, done},
         {__LINE__, {"describe", values, "--" + evil}, wrongUsage},
         {__LINE__, {evil}, wrongUsage},
         {__LINE__, {"prob", evil}, wrongUsage},

@@ -112,7 +112,13 @@ TEST(MemoryLimits, endEverythingElseWithOneLine)
 {
     if (!canBeLimited) GTEST_SKIP();
     const TempFolder folder;
-    for (const Words& arguments : std::vector<Words>{{"prob", "t_Prob", "2.5", "10", "two"},
+    std::string rows = "part,value\n";
+    for (int i = 0; i < 3000; ++i) rows += std::to_string(i % 100) + "," + std::to_string(i) + "\n";
+    const std::string table = folder.write("table.csv", rows);
+    for (const Words& arguments : std::vector<Words>{{"describe", "--column", "value", "--by", "part", table},
+                                                     {"describe", "--column", "value", "--by", "part", "--tsv", table},
+                                                     {"describe", "--json", data_files::cavendish, data_files::cavendish},
+                                                     {"prob", "t_Prob", "2.5", "10", "two"},
                                                      {"prob", "quadratureIntegral", "exp", "0", "15"},
                                                      {"prob", "--list"},
                                                      {"random", "--reals", "100"},

@@ -275,8 +275,19 @@ TEST(Input, isStandardInputForADash)
     EXPECT_EQ(run({"multiy", "-"}, {seedlings, ""}), run({"multiy", seedlings}));
     EXPECT_EQ(run({"variances", "-", instrument2}, {instrument1, ""}), run({"variances", instrument1, instrument2}));
     EXPECT_EQ(run({"variances", instrument1, "-"}, {instrument2, ""}), run({"variances", instrument1, instrument2}));
-    EXPECT_EQ(run({"variances", "-", "-"}, {instrument1, ""}), refused("FILE2: standard input can be read only once", "variances"));
+    EXPECT_EQ(run({"variances", "-", "-"}, {instrument1, ""}), refused("standard input can be read only once", "variances"));
     EXPECT_EQ(run({"describe", "-"}), cannotAnalyse("standard input: no data"));
+}
+
+TEST(Input, isStandardInputWithoutAFile)
+{
+    EXPECT_EQ(run({"describe"}, {cavendish, ""}), run({"describe", "-"}, {cavendish, ""}));
+    EXPECT_EQ(run({"regress", "--model", "linear"}, {norris, ""}), run({"regress", "--model", "linear", norris}));
+    const TempFolder folder;
+    const std::string table = folder.write("data.csv", "g,v\na,1\na,2\na,4\nb,3\nb,5\nb,9\n");
+    EXPECT_EQ(run({"variances", "--value", "v", "--group", "g"}, {table, ""}), run({"variances", "--value", "v", "--group", "g", table}));
+    EXPECT_EQ(run({"describe", "--", "pairs"}), cannotAnalyse("pairs: No such file or directory"));
+    EXPECT_EQ(run({"describe", "pairs"}), cannotAnalyse("pairs: No such file or directory")) << "a name of a command may be that of a file";
 }
 
 TEST(Input, isReadOnceFromAPipe)
@@ -713,14 +724,23 @@ TEST(WrongUsage, isExplainedInOneLine)
         {__LINE__, {"--alpha", "0.05"}, "The following arguments were not expected: 0.05 --alpha", ""},
         {__LINE__, {"--generate", "html"}, "--generate: html not in {man,bash,fish,zsh}", ""},
         {__LINE__, {"--generate", "man", "describe", cavendish}, "--generate stands alone, without a command", "describe"},
-        {__LINE__, {"describe"}, "FILE is required", "describe"},
-        {__LINE__, {"variances", cavendish}, "FILE2 is required", "variances"},
-        {__LINE__, {"describe", cavendish, norris}, "The following argument was not expected: " + norris, "describe"},
+        {__LINE__, {"descrbe", cavendish}, "there is no command 'descrbe'; did you mean describe?", ""},
+        {__LINE__, {"decsribe", cavendish}, "there is no command 'decsribe'; did you mean describe?", ""},
+        {__LINE__, {"corr", norris}, "there is no command 'corr'; did you mean correlate?", ""},
+        {__LINE__, {"variances", cavendish}, "two FILEs are needed, one for each sample, not 1", "variances"},
+        {__LINE__, {"variances", cavendish, cavendish, norris}, "two FILEs are needed, one for each sample, not 3", "variances"},
         {__LINE__, {"describe", "--median", cavendish}, "The following argument was not expected: --median", "describe"},
         {__LINE__,
-         {"variances", "--export", "x", cavendish, cavendish},
-         "The following arguments were not expected: " + cavendish + " --export",
-         "variances"},
+         {"describe", "--colum", "w", cavendish},
+         "The following argument was not expected: --colum; did you mean --column?",
+         "describe"},
+        {__LINE__,
+         {"describe", "--text=1", cavendish},
+         "The following argument was not expected: --text=1; did you mean --textbook?",
+         "describe"},
+        {__LINE__, {"--vresion"}, "The following argument was not expected: --vresion; did you mean --version?", ""},
+        {__LINE__, {"variances", "--export", "x", cavendish, cavendish}, "The following argument was not expected: --export", "variances"},
+        {__LINE__, {"describe", "-", "-"}, "standard input can be read only once", "describe"},
         {__LINE__, {"describe", cavendish, "--alpha"}, "--alpha: 1 required NUMBER missing", "describe"},
         {__LINE__, {"describe", "--alpha", "5%", cavendish}, "--alpha: '5%' is not a number", "describe"},
         {__LINE__, {"describe", "--alpha", "0", cavendish}, "--alpha: '0' is not between 0 and 1", "describe"},

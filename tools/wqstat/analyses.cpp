@@ -54,7 +54,7 @@ class Describe final : public AnalysisCommand {
     OutputNames outputNames() const override { return {"sorted values", "values"}; }
     PlotChoices plotChoices() const override { return {"x"}; }
 
-    void run() override
+    void analyse() override
     {
         if (!(head + tail < 1.0)) throw WrongUsage("--head and --tail: together they leave out the whole sample");
         wq_lib::BasicStatistics sample;
@@ -72,7 +72,7 @@ class Describe final : public AnalysisCommand {
 
     const Input& readColumn(wq_lib::BasicStatistics& sample)
     {
-        const Table& table = readTable(sample, {column.column()}, [&sample](const double* row) { sample.add(row[0]); });
+        const TableRows& table = readTable(sample, {column.column()}, [&sample](const double* row) { sample.add(row[0]); });
         words.xTitle = table.title(0);
         return table;
     }
@@ -95,7 +95,7 @@ class FrequencyClasses final : public AnalysisCommand {
 
     OutputNames outputNames() const override { return {"sorted values", "table"}; }
 
-    void run() override
+    void analyse() override
     {
         wq_lib::Frequency sample;
         const Input& input = readsTables() ? readColumn(sample) : read(sample, Layout::values);
@@ -110,7 +110,7 @@ class FrequencyClasses final : public AnalysisCommand {
     const Input& readColumn(wq_lib::Frequency& sample)
     {
         Repeats repeats;
-        const Table& table = readTable(sample, chosen({&column}, {&count}), [&](const double* row) {
+        const TableRows& table = readTable(sample, chosen({&column}, {&count}), [&](const double* row) {
             for (std::size_t n = count.given() ? repeats.counted(row[1]) : 1; n > 0; --n) sample.add(row[0]);
         });
         words.xTitle = table.title(0);
@@ -123,12 +123,9 @@ class FrequencyClasses final : public AnalysisCommand {
 };
 
 class Variances final : public TwoSampleCommand {
-    void declareFiles(CLI::App& app) override
+    std::string filesText() const override
     {
-        app.add_option("FILE1", firstName, "data file of the first sample; - is standard input, for one of the two")
-            ->required()
-            ->type_name("");
-        second = app.add_option("FILE2", secondName, "data file of the second sample; none where both are in one table")->type_name("");
+        return "data files of the two samples, or tables that hold both; - is standard input, as is no FILE where a table holds both";
     }
 
     PlotChoices plotChoices() const override { return {"y"}; }
@@ -136,9 +133,8 @@ class Variances final : public TwoSampleCommand {
 
     void declareOutputs(CLI::App&) override {}  // they belong to the analysis of one sample
 
-    void run() override
+    void analyse() override
     {
-        if (firstName == "-" && secondName == "-") throw WrongUsage("FILE2: standard input can be read only once");
         TwoDataFiles samples;
         if (readsTables())
             readTables(samples);
@@ -152,29 +148,21 @@ class Variances final : public TwoSampleCommand {
         present(samples);
     }
 
+    std::size_t filesOfEach() const override { return readsTables() ? TwoSampleCommand::filesOfEach() : 2; }
+
     void readFiles(TwoDataFiles& samples)
     {
-        if (second->count() == 0) throw WrongUsage("FILE2 is required");
-        read(samples, firstName, Layout::values).require(samples.getSampleSize(), leastValues);
-        read(samples.second, secondName, Layout::values).require(samples.second.getSampleSize(), leastValues);
+        read(samples, files()[0], Layout::values).require(samples.getSampleSize(), leastValues);
+        read(samples.second, files()[1], Layout::values).require(samples.second.getSampleSize(), leastValues);
     }
 
     void readTables(TwoDataFiles& samples)
     {
         wq_lib::BasicStatistics* const both[] = {&samples, &samples.second};
-        const Input& input = readSamples(samples, files(), [&both](std::size_t sample, double value) { both[sample]->add(value); });
+        const Input& input = readSamples(samples, [&both](std::size_t sample, double value) { both[sample]->add(value); });
         samples.second.setSignificance(samples.getSignificance());
         for (const wq_lib::BasicStatistics* sample : both) input.require(sample->getSampleSize(), leastValues);
     }
-
-    std::vector<std::string> files() const
-    {
-        return second->count() == 0 ? std::vector<std::string>{firstName} : std::vector<std::string>{firstName, secondName};
-    }
-
-    std::string firstName;
-    std::string secondName;
-    const CLI::Option* second = nullptr;
 };
 
 // ---------------------------------------------------------------- pairs
@@ -192,7 +180,7 @@ class Paired final : public AnalysisCommand {
 
     PlotChoices plotChoices() const override { return {"xy"}; }
 
-    void run() override
+    void analyse() override
     {
         Analysis analysis;
         readPairs(analysis, x, y).require(analysis.getSampleSize(), 2);
@@ -218,7 +206,7 @@ class Regress final : public AnalysisCommand {
         addColumn(app, y);
     }
 
-    void run() override
+    void analyse() override
     {
         if (model == "linear") fit<wq_lib::LinearRegression>(2);
         if (model == "logarithmic") fit<wq_lib::LogarithmicRegression>(1);
@@ -254,7 +242,7 @@ class Anova final : public AnalysisCommand {
     bool hasGroups() const override { return true; }
     PlotChoices plotChoices() const override { return {"y"}; }
 
-    void run() override
+    void analyse() override
     {
         wq_lib::SingleAnova anova;
         readGroups(anova).require(anova.getSampleSize(), 1);
@@ -268,7 +256,7 @@ class Anova final : public AnalysisCommand {
     const Input& readGroups(wq_lib::SingleAnova& anova)
     {
         if (!readsTables()) return read(anova, Layout::pairs);
-        const Table& table = readTable(anova, chosen({&group, &value}), [&anova](const double* row) { anova.add(row[0], row[1]); });
+        const TableRows& table = readTable(anova, chosen({&group, &value}), [&anova](const double* row) { anova.add(row[0], row[1]); });
         words = {table.title(0), table.title(1), "group", table.labels(0).all()};
         return table;
     }
@@ -288,7 +276,7 @@ class MultiY final : public AnalysisCommand {
 
     bool hasGroups() const override { return true; }
 
-    void run() override
+    void analyse() override
     {
         wq_lib::LinearRegressionMultiY regression;
         (readsTables() ? readColumns(regression) : readSeries(regression)).require(regression.getSampleSize(), 1);
@@ -300,7 +288,7 @@ class MultiY final : public AnalysisCommand {
     const Input& readColumns(wq_lib::LinearRegressionMultiY& regression)
     {
         Repeats repeats;
-        const Table& table = readTable(regression, chosen({&x, &y}, {&count}), [&](const double* row) {
+        const TableRows& table = readTable(regression, chosen({&x, &y}, {&count}), [&](const double* row) {
             for (std::size_t n = count.given() ? repeats.counted(row[2]) : 1; n > 0; --n) regression.add(row[0], row[1]);
         });
         words.xTitle = table.title(0);
@@ -341,7 +329,7 @@ class Fit final : public AnalysisCommand {
             ->type_name("A:B:...");
     }
 
-    void run() override
+    void analyse() override
     {
         wq_lib::GoodnessOfFit test;
         test.setYatesCorrection(yates);
@@ -355,7 +343,7 @@ class Fit final : public AnalysisCommand {
     {
         if (column.given() != !ratio.empty()) throw WrongUsage("--column and --ratio go together");
         if (column.given()) return readClasses(test);
-        const Table& table = readTable(test, chosen({&observed, &expected}), [&test](const double* row) { test.add(row[0], row[1]); });
+        const TableRows& table = readTable(test, chosen({&observed, &expected}), [&test](const double* row) { test.add(row[0], row[1]); });
         words.yTitle = table.title(0);
         return table;
     }
@@ -366,7 +354,7 @@ class Fit final : public AnalysisCommand {
         if (observed.given() || expected.given()) throw WrongUsage("--column and --ratio stand in place of --observed and --expected");
         std::vector<double> counts;
         std::vector<std::size_t> first;  // the labels of the first rows
-        const Table& table = readTable(test, {column.column()}, [&](const double* row) {
+        const TableRows& table = readTable(test, {column.column()}, [&](const double* row) {
             const auto label = static_cast<std::size_t>(row[0]);
             counts.resize(std::max(counts.size(), label));
             counts[label - 1] += 1.0;
@@ -431,11 +419,7 @@ void addClasses(wq_lib::KolmogorovSmirnov2& test, std::array<std::vector<double>
 }
 
 class KolmogorovSmirnov final : public TwoSampleCommand {
-    void declareFiles(CLI::App& app) override
-    {
-        app.add_option("FILE", firstName, "data file; - is standard input")->required()->type_name("");
-        second = app.add_option("FILE2", secondName, "with --column alone: the table with the second sample")->type_name("");
-    }
+    std::string filesText() const override { return AnalysisCommand::filesText() + "; with --column alone two tables, one of each sample"; }
 
     void declareOptions(CLI::App& app) override
     {
@@ -446,7 +430,7 @@ class KolmogorovSmirnov final : public TwoSampleCommand {
         declareSamples(app, false);
     }
 
-    void run() override
+    void analyse() override
     {
         wq_lib::KolmogorovSmirnov2 test;
         readData(test).require(test.getSampleSize(), 1);
@@ -461,8 +445,7 @@ class KolmogorovSmirnov final : public TwoSampleCommand {
     {
         if (readsTables() && !namesSamples()) return readCounts(test);
         if (readsTables()) return readValues(test);
-        if (second->count() > 0) throw WrongUsage("FILE2: --column is needed, the column of the values of both files");
-        return read(test, firstName, Layout::pairs);
+        return read(test, Layout::pairs);
     }
 
     const Input& readValues(wq_lib::KolmogorovSmirnov2& test)
@@ -470,7 +453,7 @@ class KolmogorovSmirnov final : public TwoSampleCommand {
         if (className.given() || count1.given() || count2.given())
             throw WrongUsage("--class, --count1 and --count2 are for counts, not for the values of two samples");
         std::array<std::vector<double>, 2> samples;
-        const Input& input = readSamples(test, files(), [&samples](std::size_t sample, double value) { samples[sample].push_back(value); });
+        const Input& input = readSamples(test, [&samples](std::size_t sample, double value) { samples[sample].push_back(value); });
         for (const std::vector<double>& sample : samples) input.require(sample.size(), 1);
         addClasses(test, samples);
         return input;
@@ -479,7 +462,7 @@ class KolmogorovSmirnov final : public TwoSampleCommand {
     const Input& readCounts(wq_lib::KolmogorovSmirnov2& test)
     {
         std::size_t repeated = 0;  // the number of a class that is not the next one
-        const Table& table = readTable(test, firstName, chosen({&count1, &count2}, {&className}), [&](const double* row) {
+        const TableRows& table = readTable(test, chosen({&count1, &count2}, {&className}), [&](const double* row) {
             test.add(row[0], row[1]);
             if (className.given() && row[2] != static_cast<double>(test.getSampleSize())) repeated = static_cast<std::size_t>(row[2]);
         });
@@ -491,14 +474,6 @@ class KolmogorovSmirnov final : public TwoSampleCommand {
         return table;
     }
 
-    std::vector<std::string> files() const
-    {
-        return second->count() == 0 ? std::vector<std::string>{firstName} : std::vector<std::string>{firstName, secondName};
-    }
-
-    std::string firstName;
-    std::string secondName;
-    const CLI::Option* second = nullptr;
     bool frequencies = false;
     ColumnOption className{"--class", ColumnKind::label, "the names of the classes, whose rows are in order", false};
     ColumnOption count1{"--count1", ColumnKind::count, "the frequencies of the first sample"};
@@ -522,7 +497,7 @@ class Directions final : public AnalysisCommand {
 
     OutputNames outputNames() const override { return {"angles (in radians)", "angles (in radians)"}; }
 
-    void run() override
+    void analyse() override
     {
         if (unit == "bins" && bins == 0) throw WrongUsage("--unit bins: --bins is needed, the number of bins around the circle");
         wq_lib::Circular directions;
@@ -540,8 +515,8 @@ class Directions final : public AnalysisCommand {
 
     const Input& readColumns(wq_lib::Circular& directions)
     {
-        const Table& table = readTable(directions, chosen({&column}, {&count}),
-                                       [&](const double* row) { directions.add(row[0], count.given() ? row[1] : 0.0); });
+        const TableRows& table = readTable(directions, chosen({&column}, {&count}),
+                                           [&](const double* row) { directions.add(row[0], count.given() ? row[1] : 0.0); });
         words.xTitle = table.title(0);
         return table;
     }

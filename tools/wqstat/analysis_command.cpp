@@ -4,15 +4,19 @@
 #include "command_line/command_words.h"
 #include "command_line/failure.h"
 #include "command_line/progress.h"
+#include "command_line/terminal.h"
 #include "command_line/version_text.h"
 #include "data_files/file_identity.h"
 #include "data_files/input_file.h"
 #include "numbers/white_space.h"
+#include "results/json_writer.h"
 #include "results/output_file.h"
 #include "results/sha256.h"
+#include "results/tsv_writer.h"
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <string_view>
@@ -25,7 +29,7 @@ namespace wqstat {
 void AnalysisCommand::declare(CLI::App& app)
 {
     commandName = app.get_name();
-    declareFiles(app);
+    app.add_option("FILE", givenFiles, filesText())->type_name("");
     addReal(app, "--alpha", alpha, fraction, "significance level, 0.05 unless given");
     declareOptions(app);
     tableOptions.declareFormat(app);
@@ -35,12 +39,72 @@ void AnalysisCommand::declare(CLI::App& app)
     views.declarePlot(app, plotChoices());
 }
 
-void AnalysisCommand::declareFiles(CLI::App& app)
+void AnalysisCommand::declareOutputs(CLI::App& app) { outputs.declare(app, outputNames()); }
+
+// ---------------------------------------------------------------- one analysis after the other
+
+/** The files of each analysis. */
+std::vector<std::vector<std::string>> AnalysisCommand::filesOfAll() const
 {
-    app.add_option("FILE", fileName, "data file; - is standard input")->required()->type_name("");
+    std::vector<std::string> names = givenFiles;
+    const bool isPair = filesOfEach() == 2;
+    if (isPair && names.size() != 2) {
+        if (readsTables() && names.size() < 2) throw WrongUsage("--column: a second file is needed, or --column2");
+        throw WrongUsage("two FILEs are needed, one for each sample, not " + std::to_string(names.size()));
+    }
+    if (isPair && !tableOptions.by().empty()) throw WrongUsage("--by: both samples have to be in one table");
+    if (names.empty() && inputIsTerminal()) throw WrongUsage("FILE is required where standard input is a terminal");
+    if (names.empty()) names.emplace_back("-");
+    const auto dashes = std::count(names.begin(), names.end(), "-");
+    if (dashes > 1) throw WrongUsage("standard input can be read only once");
+    if (dashes > 0 && inputIsTerminal()) throw WrongUsage("FILE '-': standard input is a terminal");
+    if (isPair) return {names};
+    std::vector<std::vector<std::string>> all;
+    for (const std::string& name : names) all.push_back({name});
+    return all;
 }
 
-void AnalysisCommand::declareOutputs(CLI::App& app) { outputs.declare(app, outputNames()); }
+/** One file cannot hold what several analyses write. */
+void AnalysisCommand::guardOutputsOfSeveral() const
+{
+    const std::pair<const char*, const std::string&> written[] = {
+        {"--export", outputs.exportName()}, {"--plot", views.plot().fileName}, {"--html", views.pageName()}};
+    for (const auto& [option, name] : written)
+        if (!name.empty()) throw WrongUsage(std::string(option) + " is for one analysis, not for several files or --by");
+}
+
+ExitStatus AnalysisCommand::run()
+{
+    const bool isInParts = readsTables() && !tableOptions.by().empty();
+    const std::vector<std::vector<std::string>> all = filesOfAll();
+    isOneOfSeveral = all.size() > 1 || isInParts;
+    if (isOneOfSeveral) guardOutputsOfSeveral();
+    for (const std::vector<std::string>& names : all) {
+        fileNames = names;
+        tableParts.clear();
+        part = 0;
+        do {
+            analyseNext();
+        } while (++part < tableParts.size() && std::cout);
+    }
+    if (writer && isOneOfSeveral && views.json()) writer->endArray();
+    return status;
+}
+
+void AnalysisCommand::analyseNext()
+{
+    inputNames.clear();
+    inputs.clear();
+    descriptions.clear();
+    words = {};
+    try {
+        analyse();
+    } catch (const CannotAnalyse& problem) {
+        if (!isOneOfSeveral) throw;
+        printWarning(problem.what());
+        status = couldNotAnalyse;
+    }
+}
 
 // ---------------------------------------------------------------- reading
 
@@ -62,25 +126,27 @@ const Input& AnalysisCommand::read(wq_lib::BasicStatistics& analysis, const std:
     return open(name, layout, [&analysis](const std::string& path) { return analysis.readDataFile(path); });
 }
 
-const Input& AnalysisCommand::read(wq_lib::BasicStatistics& analysis, Layout layout) { return read(analysis, fileName, layout); }
+const Input& AnalysisCommand::read(wq_lib::BasicStatistics& analysis, Layout layout) { return read(analysis, files()[0], layout); }
 
 const Input& AnalysisCommand::readSeries(wq_lib::LinearRegressionMultiY& analysis)
 {
     analysis.setSignificance(alpha);
-    return open(fileName, Layout::series, [&analysis](const std::string& path) { return analysis.readSeriesFile(path); });
+    return open(files()[0], Layout::series, [&analysis](const std::string& path) { return analysis.readSeriesFile(path); });
 }
 
-const Table& AnalysisCommand::readTable(wq_lib::BasicStatistics& analysis, const std::vector<Column>& columns, const RowHandler& takeRow)
+const TableRows& AnalysisCommand::readTable(wq_lib::BasicStatistics& analysis, const std::vector<Column>& columns,
+                                            const RowHandler& takeRow)
 {
-    return readTable(analysis, fileName, columns, takeRow);
+    return readTable(analysis, files()[0], columns, takeRow);
 }
 
-const Table& AnalysisCommand::readTable(wq_lib::BasicStatistics& analysis, const std::string& name, const std::vector<Column>& columns,
-                                        const RowHandler& takeRow)
+const TableRows& AnalysisCommand::readTable(wq_lib::BasicStatistics& analysis, const std::string& name, const std::vector<Column>& columns,
+                                            const RowHandler& takeRow)
 {
     if (lenient) throw WrongUsage("--lenient is for the library's own formats; tables are always read strictly");
     analysis.setSignificance(alpha);
     inputNames.push_back(name);
+    if (!tableOptions.by().empty()) return readPart(name, columns, takeRow);
     auto table = std::make_unique<Table>(name, tableOptions.format());
     table->read(columns, takeRow);
     progress().show("analysing");
@@ -90,10 +156,30 @@ const Table& AnalysisCommand::readTable(wq_lib::BasicStatistics& analysis, const
     return input;
 }
 
+/** The first part that is asked for reads them all. */
+const TableRows& AnalysisCommand::readPart(const std::string& name, const std::vector<Column>& columns, const RowHandler& takeRow)
+{
+    if (part == 0) {
+        const auto table = std::make_shared<Table>(name, tableOptions.format());
+        tableParts = partsOf(table, columns, tableOptions.by());
+        if (tableParts.empty()) table->require(0, 1);
+        if (tableOptions.verbose()) printWarning(table->description());
+        if (views.warnings())
+            for (const std::string& warning : table->warnings()) printWarning(warning);
+        progress().show("analysing");
+    }
+    TablePart& input = *tableParts[part];
+    inputs.push_back(std::move(tableParts[part]));
+    byColumn = input.columnTitle();
+    byValue = input.value();
+    input.hand(columns, takeRow);
+    return input;
+}
+
 const Input& AnalysisCommand::readPairs(wq_lib::BasicXyStatistics& analysis, const ColumnOption& x, const ColumnOption& y)
 {
     if (!readsTables()) return read(analysis, Layout::pairs);
-    const Table& table = readTable(analysis, chosen({&x, &y}), [&analysis](const double* row) { analysis.add(row[0], row[1]); });
+    const TableRows& table = readTable(analysis, chosen({&x, &y}), [&analysis](const double* row) { analysis.add(row[0], row[1]); });
     words.xTitle = table.title(0);
     words.yTitle = table.title(1);
     return table;
@@ -150,13 +236,39 @@ void AnalysisCommand::guardFiles() const
     requireGnuplot(picture.empty() ? "--html" : "--plot");
 }
 
+ResultWriter& AnalysisCommand::resultWriter()
+{
+    if (writer) return *writer;
+    if (views.tsv())
+        writer = std::make_unique<TsvWriter>(std::cout);
+    else
+        writer = std::make_unique<JsonWriter>(std::cout);
+    if (isOneOfSeveral && views.json()) writer->beginArray("");
+    return *writer;
+}
+
+/** As head(1) names what it prints of several files. */
+void AnalysisCommand::printName()
+{
+    if (!isOneOfSeveral) return;
+    std::cout << (hasPrinted ? "\n==> " : "==> ") << inputs.back()->name() << " <==\n";
+    hasPrinted = true;
+}
+
+void AnalysisCommand::printWarning(const std::string& text) const
+{
+    progress().hide();
+    std::cerr << "wqstat: " << text << '\n';
+}
+
 void AnalysisCommand::printWarnings(const std::vector<std::string>& ofAnalysis) const
 {
-    for (const std::string& description : descriptions) std::cerr << "wqstat: " << description << '\n';
+    for (const std::string& description : descriptions) printWarning(description);
     if (!views.warnings()) return;
     for (const auto& input : inputs)
-        for (const std::string& warning : input->warnings()) std::cerr << "wqstat: " << warning << '\n';
-    for (const std::string& warning : ofAnalysis) std::cerr << "wqstat: warning: " << warning << '\n';
+        for (const std::string& warning : input->warnings()) printWarning(warning);
+    const std::string name = isOneOfSeveral ? inputs.back()->name() + ": " : "";
+    for (const std::string& warning : ofAnalysis) printWarning(name + "warning: " + warning);
 }
 
 /** What the numbers that stand for labels mean. */

@@ -1,4 +1,4 @@
-// The steps that all analyses of data files share: read, check, report, list, export.
+// The steps that all analyses of data files share: read, check, report, list, export; once for each file, or each part of a table.
 #pragma once
 
 #include "command.h"
@@ -7,8 +7,8 @@
 #include "data_files/input.h"
 #include "data_files/line_check.h"
 #include "data_files/table_options.h"
-#include "results/json_writer.h"
 #include "results/result_members.h"
+#include "results/result_writer.h"
 #include "command_line/options.h"
 #include "pictures/picture.h"
 #include "results/captured_output.h"
@@ -32,9 +32,21 @@ class AnalysisCommand : public Command {
 public:
     void declare(CLI::App& app) final;
 
+    /** Analyses one file after the other; what cannot be analysed is told where there are several, and the next comes. */
+    ExitStatus run() final;
+
 protected:
-    /** Adds the data files; one unless overridden. */
-    virtual void declareFiles(CLI::App& app);
+    /** Reads the data of one analysis, analyses and presents them. @throws CannotAnalyse, WrongUsage */
+    virtual void analyse() = 0;
+
+    /** What the data files are, for the list of options. */
+    virtual std::string filesText() const { return "data files, each analysed by itself; - is standard input, as is no FILE"; }
+
+    /** How many files one analysis needs: 1 or 2. */
+    virtual std::size_t filesOfEach() const { return 1; }
+
+    /** The files of the analysis that is made. */
+    const std::vector<std::string>& files() const { return fileNames; }
 
     /** Adds the options of the one command. */
     virtual void declareOptions(CLI::App&) {}
@@ -69,9 +81,9 @@ protected:
      * Sets the shared options and hands the rows of the data file, a table, to takeRow.
      * @throws WrongUsage where a column that is needed has not been named.
      */
-    const Table& readTable(wq_lib::BasicStatistics& analysis, const std::vector<Column>& columns, const RowHandler& takeRow);
-    const Table& readTable(wq_lib::BasicStatistics& analysis, const std::string& name, const std::vector<Column>& columns,
-                           const RowHandler& takeRow);
+    const TableRows& readTable(wq_lib::BasicStatistics& analysis, const std::vector<Column>& columns, const RowHandler& takeRow);
+    const TableRows& readTable(wq_lib::BasicStatistics& analysis, const std::string& name, const std::vector<Column>& columns,
+                               const RowHandler& takeRow);
 
     /** Pairs: of two columns, where these are named, or of a file in the format of pairs. */
     const Input& readPairs(wq_lib::BasicXyStatistics& analysis, const ColumnOption& x, const ColumnOption& y);
@@ -96,12 +108,12 @@ protected:
         if (!outputs.exportName().empty()) warnings.add(exportWarnings(analysis));
         printWarnings(warnings.all());
         Textbook book = textbook(exact);
-        if (views.json()) {
+        if (views.json() || views.tsv()) {
             book.setWarnings(warnings.all());
-            JsonWriter json(std::cout);
-            writeResults(json, {commandName, inputNames, book, words, views.observations()}, analysis);
+            writeResults(resultWriter(), {commandName, inputNames, byColumn, byValue, book, words, views.observations()}, analysis);
         } else {
             book.setWarnings(warnings.others);  // the block has its own words for decisions that differ
+            printName();
             analysis.reportConsole();
             printKey();
             if (views.textbook()) std::cout << book.block();
@@ -116,6 +128,12 @@ protected:
     }
 
 private:
+    std::vector<std::vector<std::string>> filesOfAll() const;
+    void guardOutputsOfSeveral() const;
+    void analyseNext();
+    const TableRows& readPart(const std::string& name, const std::vector<Column>& columns, const RowHandler& takeRow);
+    ResultWriter& resultWriter();
+    void printName();
     const Input& open(const std::string& name, Layout layout, const std::function<bool(const std::string&)>& readFile);
     void guardFiles() const;
 
@@ -148,6 +166,7 @@ private:
 
     /** Of the data files and of the analysis, unless they are not wanted. */
     void printWarnings(const std::vector<std::string>& ofAnalysis) const;
+    void printWarning(const std::string& text) const;
     void printKey() const;
     std::string exportComment(const wq_lib::BasicStatistics& analysis) const;
     void writeExport(const std::function<bool(const std::string&)>& writeFile) const;
@@ -159,16 +178,27 @@ private:
     static bool exportTo(wq_lib::BasicStatistics& analysis, const std::string& fileName, const std::string& comment);
     static bool exportTo(wq_lib::Frequency& analysis, const std::string& fileName, const std::string& comment);
 
-    std::string fileName;
+    std::vector<std::string> givenFiles;
     std::string commandName;
     double alpha = 0.05;
     bool lenient = false;
     Outputs outputs;
     Views views;
+    TableOptions tableOptions;
+    std::unique_ptr<ResultWriter> writer;
+    bool isOneOfSeveral = false;
+    bool hasPrinted = false;  // the report of another analysis
+    ExitStatus status = done;
+
+    // Of the analysis that is made.
+    std::vector<std::string> fileNames;
     std::vector<std::string> inputNames;  // as on the command line
     std::vector<std::unique_ptr<Input>> inputs;
-    TableOptions tableOptions;
     std::vector<std::string> descriptions;  // of tables, where they are asked for
+    std::vector<std::unique_ptr<TablePart>> tableParts;
+    std::size_t part = 0;
+    std::string byColumn;  // its title
+    std::string byValue;
 };
 
 }  // namespace wqstat

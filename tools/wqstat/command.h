@@ -1,6 +1,8 @@
 // What a command is, and the commands there are.
 #pragma once
 
+#include "command_line/failure.h"
+
 #include <CLI/CLI.hpp>
 
 #include <memory>
@@ -19,8 +21,8 @@ public:
     /** What may stand first behind the command, where that is not a file. */
     virtual std::vector<std::string> words() const { return {}; }
 
-    /** @throws CannotAnalyse, WrongUsage */
-    virtual void run() = 0;
+    /** @return done, or couldNotAnalyse where that has been told already. @throws CannotAnalyse, WrongUsage */
+    virtual ExitStatus run() = 0;
 };
 
 struct CommandEntry {

@@ -7,6 +7,7 @@
 #include "command_line/failure.h"
 #include "command_line/help_formatter.h"
 #include "command_line/manual_page.h"
+#include "command_line/nearest_name.h"
 #include "command_line/progress.h"
 #include "command_line/start_up.h"
 #include "command_line/terminal.h"
@@ -58,6 +59,7 @@ public:
             examples += std::string("  ") + entry.example + "\n";
         }
         app.footer(examples + "\nExit status: 0 done; 1 the data could not be analysed, or the results not written; 2 wrong usage.");
+        app.require_subcommand(0, 1);  // a second name of a command is that of a file
         app.set_version_flag("--version", versionText(), "Print the version and exit");
         app.add_option("--generate", generated, "Print the man page, or completion for a shell: man, bash, fish or zsh")
             ->check(CLI::IsMember({"man", "bash", "fish", "zsh"}))
@@ -74,16 +76,18 @@ public:
                 return finished();
             }
             if (app.get_subcommands().empty()) throw WrongUsage("a command is required");
+            ExitStatus status = done;
             for (const auto& [subcommand, command] : commands)
-                if (subcommand->parsed()) command->run();
+                if (subcommand->parsed()) status = command->run();
             progress().hide();
-            return finished();
+            return finished(status);
         } catch (const CLI::Success& wantsText) {  // --help, --version
             app.exit(wantsText);
             return finished();
         } catch (const CLI::ParseError& problem) {
             const bool unknownCommand = app.get_subcommands().empty() && argc > 1 && argv[1][0] != '-';
-            return usageFailure(unknownCommand ? "there is no command " + inQuotes(argv[1]) : problem.what());
+            if (unknownCommand) return usageFailure("there is no command " + inQuotes(argv[1]) + didYouMean(argv[1], commandNames()));
+            return usageFailure(problem.what() + likelyOption());
         } catch (const WrongUsage& problem) {
             return usageFailure(problem.what());
         } catch (const CannotAnalyse& problem) {
@@ -116,9 +120,27 @@ private:
         return manualPage(options, descriptions);
     }
 
-    static int finished()
+    std::vector<std::string> commandNames() const
     {
-        if (std::cout.flush()) return done;
+        std::vector<std::string> names;
+        for (const CommandDescription& command : descriptions) names.push_back(command.name);
+        return names;
+    }
+
+    /** What was meant by an option that there is not, where that can be told. */
+    std::string likelyOption() const
+    {
+        const CLI::App* const subcommand = app.get_subcommands().empty() ? &app : app.get_subcommands().front();
+        std::vector<std::string> names;
+        for (const OptionDescription& option : describedOptions(*subcommand).options) names.push_back(option.name);
+        for (const std::string& word : subcommand->remaining())
+            if (word.rfind("--", 0) == 0) return didYouMean(word.substr(0, word.find('=')), names);
+        return "";
+    }
+
+    static int finished(ExitStatus status = done)
+    {
+        if (std::cout.flush()) return status;
         return failure("standard output: cannot be written", couldNotAnalyse);
     }
 

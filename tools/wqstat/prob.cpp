@@ -258,13 +258,13 @@ class Prob final : public Command {
         return names;
     }
 
-    void run() override
+    ExitStatus run() override
     {
         const std::vector<Function> table = functions();
         const Arguments words = subcommand->remaining();
         if (list && words.empty()) {
             std::cout << listOf(table);
-            return;
+            return done;
         }
         if (list) throw WrongUsage("--list stands alone, without " + inQuotes(words.front()));
         if (words.empty()) throw WrongUsage("FUNCTION is required; wqstat prob --list names them");
@@ -278,11 +278,12 @@ class Prob final : public Command {
         if (exact) {
             if (!function->exact) throw WrongUsage("--exact: " + inQuotes(function->name) + " has no exact value here");
             std::cout << shortest(function->exact(texts)) << '\n';
-            return;
+            return done;
         }
         const std::string value = valueOf(*function, texts);
         if (function->exact && !withoutWarnings) warn(*function, realArgument(value), function->exact(texts));
         std::cout << value << '\n';
+        return done;
     }
 
     static void warn(const Function& function, double value, double exactValue)

@@ -60,7 +60,7 @@ class RandomNumbers final : public Command {
                    "Probabilities are neither checked for their sum nor scaled; a draw beyond their sum prints the number of weights.");
     }
 
-    void run() override
+    ExitStatus run() override
     {
         if (std::none_of(kinds.begin(), kinds.end(), [](const CLI::Option* kind) { return kind->count() > 0; }))
             throw WrongUsage("one of --integers, --reals and --weights is required");
@@ -71,6 +71,7 @@ class RandomNumbers final : public Command {
               [&] { return std::to_string(generator.getInteger(static_cast<unsigned int>(low), static_cast<unsigned int>(high))); });
         print(reals, [&] { return shortest(generator.getReal()); });
         if (!weights.empty()) print(count, [&] { return std::to_string(generator.getInteger(weights)); });
+        return done;
     }
 
     void setWeights(const std::string& text)

@@ -13,33 +13,27 @@ void TwoSampleCommand::declareSamples(CLI::App& app, bool typical)
     for (ColumnOption* const option : {&column, &column2, &values, &group}) addColumn(app, *option);
 }
 
-const Input& TwoSampleCommand::readSamples(wq_lib::BasicStatistics& analysis, const std::vector<std::string>& files,
-                                           const std::function<void(std::size_t, double)>& take)
+const Input& TwoSampleCommand::readSamples(wq_lib::BasicStatistics& analysis, const std::function<void(std::size_t, double)>& take)
 {
-    const bool grouped = values.given() || group.given();
-    if (grouped && (column.given() || column2.given())) throw WrongUsage("--value and --group stand in place of --column");
-    if (isInTwoTables() && files.size() < 2) throw WrongUsage("--column: a second file is needed, or --column2");
-    if (!isInTwoTables() && files.size() > 1) throw WrongUsage("both samples are in one file: FILE2 has no place");
-    if (grouped) return readGroups(analysis, files[0], take);
+    if (isGrouped() && (column.given() || column2.given())) throw WrongUsage("--value and --group stand in place of --column");
+    if (isGrouped()) return readGroups(analysis, take);
     if (!isInTwoTables()) {
         const std::vector<Column> columns = chosen({&column, &column2});
-        const Table& table =
-            readTable(analysis, files[0], {{columns[0].name, columns[0].kind, true}, {columns[1].name, columns[1].kind, true}},
-                      [&take](const double* row) {
-                          for (std::size_t sample = 0; sample < 2; ++sample)
-                              if (!std::isnan(row[sample])) take(sample, row[sample]);
-                      });
+        const TableRows& table = readTable(analysis, {{columns[0].name, columns[0].kind, true}, {columns[1].name, columns[1].kind, true}},
+                                           [&take](const double* row) {
+                                               for (std::size_t sample = 0; sample < 2; ++sample)
+                                                   if (!std::isnan(row[sample])) take(sample, row[sample]);
+                                           });
         words = {"", "", "sample", {table.title(0), table.title(1)}};
         return table;
     }
-    words.yTitle = readTable(analysis, files[0], {column.column()}, [&take](const double* row) { take(0, row[0]); }).title(0);
-    return readTable(analysis, files[1], {column.column()}, [&take](const double* row) { take(1, row[0]); });
+    words.yTitle = readTable(analysis, files()[0], {column.column()}, [&take](const double* row) { take(0, row[0]); }).title(0);
+    return readTable(analysis, files()[1], {column.column()}, [&take](const double* row) { take(1, row[0]); });
 }
 
-const Input& TwoSampleCommand::readGroups(wq_lib::BasicStatistics& analysis, const std::string& name,
-                                          const std::function<void(std::size_t, double)>& take)
+const Input& TwoSampleCommand::readGroups(wq_lib::BasicStatistics& analysis, const std::function<void(std::size_t, double)>& take)
 {
-    const Table& table = readTable(analysis, name, chosen({&group, &values}), [&take](const double* row) {
+    const TableRows& table = readTable(analysis, chosen({&group, &values}), [&take](const double* row) {
         if (row[0] <= 2.0) take(row[0] == 1.0 ? 0 : 1, row[1]);
     });
     const std::vector<std::string> labels = table.labels(0).all();

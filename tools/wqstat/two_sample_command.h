@@ -5,8 +5,6 @@
 
 #include <cstddef>
 #include <functional>
-#include <string>
-#include <vector>
 
 namespace wqstat {
 
@@ -19,22 +17,22 @@ protected:
     /** Whether one of them was given. */
     bool namesSamples() const { return column.given() || column2.given() || values.given() || group.given(); }
 
-    /** Whether the samples are one column of two tables. */
-    bool isInTwoTables() const { return column.given() && !column2.given(); }
+    /** Two where the samples are one column of two tables. */
+    std::size_t filesOfEach() const override { return isInTwoTables() ? 2 : 1; }
 
     /**
      * Reads both samples.
-     * @param files one or two.
      * @param take is called with 0 and each value of the first sample, and with 1 and each of the second.
      * @return the data, that of the second sample last.
-     * @throws WrongUsage where the columns do not fit together, or the files not the columns.
+     * @throws WrongUsage where the columns do not fit together.
      */
-    const Input& readSamples(wq_lib::BasicStatistics& analysis, const std::vector<std::string>& files,
-                             const std::function<void(std::size_t, double)>& take);
+    const Input& readSamples(wq_lib::BasicStatistics& analysis, const std::function<void(std::size_t, double)>& take);
 
 private:
-    const Input& readGroups(wq_lib::BasicStatistics& analysis, const std::string& name,
-                            const std::function<void(std::size_t, double)>& take);
+    bool isGrouped() const { return values.given() || group.given(); }
+    bool isInTwoTables() const { return !isGrouped() && column.given() && !column2.given(); }
+
+    const Input& readGroups(wq_lib::BasicStatistics& analysis, const std::function<void(std::size_t, double)>& take);
 
     ColumnOption column{"--column", ColumnKind::number, "the values, of both files", false};
     ColumnOption column2{"--column2", ColumnKind::number, "the values of the second sample, beside that of --column", false};

@@ -73,6 +73,8 @@ std::string shown(std::string_view text)
     return visible(text.substr(0, end)) + (text.size() > longest ? "..." : "");
 }
 
+std::string counted(std::size_t n, const std::string& one) { return std::to_string(n) + " " + one + (n == 1 ? "" : "s"); }
+
 std::string inQuotes(std::string_view text) { return "'" + shown(text) + "'"; }
 
 }  // namespace wqstat

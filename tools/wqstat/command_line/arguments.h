@@ -32,6 +32,9 @@ std::string sixDigits(double value);
 /** A foreign text for a message: on one line, without control characters, shortened when it is long. */
 std::string shown(std::string_view text);
 
+/** "1 row", "2 rows". */
+std::string counted(std::size_t n, const std::string& one);
+
 /** shown() in quotes. */
 std::string inQuotes(std::string_view text);
 

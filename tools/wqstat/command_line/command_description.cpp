@@ -48,7 +48,8 @@ CommandDescription describedOptions(const CLI::App& app)
     for (const CLI::Option* option : app.get_options()) {
         if (option->get_positional()) {
             command.operandTexts.push_back(described(*option));
-            command.operands += (command.operands.empty() ? "" : " ") + option->get_name();
+            const bool isList = option->get_expected_max() > 1;
+            command.operands += (command.operands.empty() ? "" : " ") + (isList ? "[" + option->get_name() + "...]" : option->get_name());
         } else {
             command.options.push_back(described(*option));
         }

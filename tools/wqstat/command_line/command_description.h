@@ -20,7 +20,7 @@ struct OptionDescription {
 struct CommandDescription {
     std::string name;
     std::string summary;
-    std::string operands;  ///< as in a synopsis: "FILE1 FILE2"
+    std::string operands;  ///< as in a synopsis: "[FILE...]"
     std::vector<OptionDescription> operandTexts;
     std::vector<OptionDescription> options;
     std::string notes;

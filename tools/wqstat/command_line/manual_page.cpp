@@ -154,7 +154,10 @@ std::string synopsis(const CommandDescription& command)
 {
     std::string line = ".Nm\n.Cm " + command.name + "\n.Op Ar options\n";
     std::istringstream operands(command.operands);
-    for (std::string operand; operands >> operand;) line += ".Ar " + operand + "\n";
+    for (std::string operand; operands >> operand;) {
+        const bool isList = operand[0] == '[';
+        line += isList ? ".Op Ar " + operand.substr(1, operand.find('.') - 1) + " ...\n" : ".Ar " + operand + "\n";
+    }
     return line;
 }
 

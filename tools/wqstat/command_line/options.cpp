@@ -72,7 +72,12 @@ void Outputs::declare(CLI::App& app, const OutputNames& names)
 void Views::declare(CLI::App& app, bool hasGroups)
 {
     CLI::Option* const json = app.add_flag("--json", asJson, "print all results as JSON instead of the report");
-    for (CLI::Option* const option : app.get_options(isAddedToReport)) json->excludes(option);
+    CLI::Option* const tsv =
+        app.add_flag("--tsv", asTsv, "print all results as one row of a tab-separated table instead of the report")->excludes(json);
+    for (CLI::Option* const option : app.get_options(isAddedToReport)) {
+        json->excludes(option);
+        tsv->excludes(option);
+    }
     if (hasGroups) app.add_flag("--observations", withObservations, "with --json: the observations of each group too")->needs(json);
     app.add_flag("--textbook", withTextbook, "after the report print exact probabilities, critical values, limits and decisions");
     app.add_flag("--no-warnings", withoutWarnings,

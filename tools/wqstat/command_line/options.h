@@ -80,8 +80,8 @@ struct PlotChoices {
 class Views {
 public:
     /**
-     * --json, --textbook and --no-warnings, and --observations where there are groups that hold some. To be called after the options that
-     * --json excludes are there: those that add to the report.
+     * --json, --tsv, --textbook and --no-warnings, and --observations where there are groups that hold some. To be called after the options
+     * that the first two exclude are there: those that add to the report.
      */
     void declare(CLI::App& app, bool hasGroups);
 
@@ -89,6 +89,7 @@ public:
     void declarePlot(CLI::App& app, const PlotChoices& choices);
 
     bool json() const { return asJson; }
+    bool tsv() const { return asTsv; }
     bool observations() const { return withObservations; }
     bool textbook() const { return withTextbook; }
     bool warnings() const { return !withoutWarnings; }
@@ -101,6 +102,7 @@ private:
     void requirePicture(const CLI::App& app) const;
 
     bool asJson = false;
+    bool asTsv = false;
     bool withObservations = false;
     bool withTextbook = false;
     bool withoutWarnings = false;

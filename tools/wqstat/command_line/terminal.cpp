@@ -76,9 +76,11 @@ private:
 }  // namespace
 
 #if defined(__unix__) || defined(__APPLE__)
+bool inputIsTerminal() { return isatty(STDIN_FILENO) == 1; }
 bool outputIsTerminal() { return isatty(STDOUT_FILENO) == 1; }
 bool errorIsTerminal() { return isatty(STDERR_FILENO) == 1; }
 #else
+bool inputIsTerminal() { return false; }
 bool outputIsTerminal() { return false; }
 bool errorIsTerminal() { return false; }
 #endif

@@ -24,6 +24,7 @@ private:
     std::unique_ptr<std::streambuf> filter;
 };
 
+bool inputIsTerminal();
 bool outputIsTerminal();
 bool errorIsTerminal();
 

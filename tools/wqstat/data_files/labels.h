@@ -26,7 +26,8 @@ public:
         return last;
     }
 
-    std::size_t count() const { return texts.size(); }
+    /** The text of a number. */
+    const std::string& text(std::size_t number) const { return texts[number - 1]; }
 
     /** The texts by number, the first one that of 1. */
     std::vector<std::string> all() const { return {texts.begin(), texts.end()}; }

@@ -23,8 +23,6 @@ std::string nameFor(const std::string& fileName)
     return fileName.empty() ? "''" : shown(fileName);
 }
 
-std::string counted(std::size_t n, const std::string& one) { return std::to_string(n) + " " + one + (n == 1 ? "" : "s"); }
-
 }  // namespace
 
 std::string listed(const std::vector<std::string>& titles)
@@ -95,14 +93,15 @@ std::size_t Table::indexOf(const std::string& column) const
 void Table::read(const std::vector<Column>& columns, const RowHandler& handle)
 {
     for (const Column& column : columns) uses.push_back({indexOf(column.name), column.kind, column.mayMiss, {}});
+    counts.missing.resize(uses.size());
     std::vector<double> row(uses.size());
     while (firstIsData || records->next()) {
         firstIsData = false;
-        ++rows;
+        ++counts.rows;
         if (take(records->fields(), row))
             handle(row.data());
         else
-            ++rowsLeftOut;
+            ++counts.leftOut;
     }
     if (const std::string doubt = numbers.doubt(); !doubt.empty()) fail(numbers.doubtLine(), doubt);
 }
@@ -122,9 +121,10 @@ bool Table::take(const std::vector<std::string_view>& cells, std::vector<double>
             continue;
         }
         if (format.refuseMissing) fail(records->line(), shown(title(i)) + ": the value is missing: " + inQuotes(cell));
-        ++use.missing;
         row[i] = std::numeric_limits<double>::quiet_NaN();
-        isWhole = isWhole && use.mayMiss;
+        if (use.mayMiss) continue;
+        ++counts.missing[i];
+        isWhole = false;
     }
     return isWhole;
 }
@@ -146,28 +146,6 @@ bool Table::isMissing(std::string_view cell) const
     if (cell.empty()) return true;
     if (!beginsMissing[static_cast<unsigned char>(cell[0])]) return false;
     return std::find(format.missing.begin(), format.missing.end(), cell) != format.missing.end();
-}
-
-std::vector<std::string> Table::warnings() const
-{
-    if (rowsLeftOut == 0) return {};
-    std::string text =
-        shownName + ": warning: " + std::to_string(rowsLeftOut) + " of " + counted(rows, "row") + " left out, missing values: ";
-    const char* between = "";
-    for (std::size_t i = 0; i < uses.size(); ++i) {
-        if (uses[i].missing == 0) continue;
-        text += between + shown(title(i)) + " " + std::to_string(uses[i].missing);
-        between = ", ";
-    }
-    return {text};
-}
-
-void Table::require(std::size_t held, std::size_t least) const
-{
-    if (held >= least) return;
-    const std::string leftOut =
-        rowsLeftOut == 0 ? "" : " (" + std::to_string(rowsLeftOut) + " of " + counted(rows, "row") + " left out: a value is missing)";
-    fail(0, (held == 0 ? "no data" : counted(held, "observation") + ", at least " + std::to_string(least) + " are needed") + leftOut);
 }
 
 std::string Table::description() const

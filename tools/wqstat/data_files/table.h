@@ -3,12 +3,10 @@
 
 #include "cell_numbers.h"
 #include "csv_records.h"
-#include "input.h"
-#include "labels.h"
+#include "table_rows.h"
 
 #include <array>
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -45,10 +43,7 @@ struct TableFormat {
 /** The titles with commas between, for a message. */
 std::string listed(const std::vector<std::string>& titles);
 
-/** Takes one row: a number for each used column, in their order; a label is its number. */
-using RowHandler = std::function<void(const double* row)>;
-
-class Table final : public Input {
+class Table final : public TableRows {
 public:
     /**
      * Opens the file, finds its format, and reads the header.
@@ -59,11 +54,6 @@ public:
 
     const std::string& name() const override { return shownName; }
     const std::optional<FileIdentity>& identity() const override { return file; }
-
-    /** Tells how many rows were left out because a used column has no value there. */
-    std::vector<std::string> warnings() const override;
-
-    void require(std::size_t held, std::size_t least) const override;
 
     /** The titles of all columns; "column 1" and so on without a header. */
     const std::vector<std::string>& titles() const { return columnTitles; }
@@ -77,11 +67,9 @@ public:
     /** The line on which the row that a handler takes begins, from 1. */
     std::size_t line() const { return records->line(); }
 
-    /** The title of the used column with this index in what read() was given. */
-    const std::string& title(std::size_t use) const { return columnTitles[uses[use].index]; }
-
-    /** The texts of a used column of labels. */
-    const Labels& labels(std::size_t use) const { return uses[use].labels; }
+    /** Of a column by its index in what read() was given. */
+    const std::string& title(std::size_t use) const override { return columnTitles[uses[use].index]; }
+    const Labels& labels(std::size_t use) const override { return uses[use].labels; }
 
     /** What was found out about the file, in words. */
     std::string description() const;
@@ -92,7 +80,6 @@ private:
         ColumnKind kind;
         bool mayMiss;
         Labels labels;
-        std::size_t missing = 0;
     };
 
     void readHeader();
@@ -114,8 +101,6 @@ private:
     bool hasHeader = false;
     std::vector<Use> uses;
     CellNumbers numbers;
-    std::size_t rows = 0;
-    std::size_t rowsLeftOut = 0;
 };
 
 }  // namespace wqstat

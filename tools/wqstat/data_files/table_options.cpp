@@ -9,6 +9,12 @@
 
 namespace wqstat {
 
+namespace {
+
+std::string namesColumn(const std::string& name) { return name.empty() ? "the name of a column is needed" : ""; }
+
+}  // namespace
+
 std::vector<Column> chosen(const std::vector<const ColumnOption*>& needed, const std::vector<const ColumnOption*>& possible)
 {
     std::vector<Column> columns;
@@ -26,7 +32,7 @@ void TableOptions::addColumn(CLI::App& app, ColumnOption& column)
     columns.push_back(&column);
     app.add_option(column.option, column.name, std::string("in a table: the column of ") + column.meaning + ", by its title or number")
         ->type_name("NAME")
-        ->check([](const std::string& name) { return name.empty() ? "the name of a column is needed" : ""; });
+        ->check(namesColumn);
 }
 
 void TableOptions::declareFormat(CLI::App& app)
@@ -54,8 +60,11 @@ void TableOptions::declareFormat(CLI::App& app)
     missing->type_name("TEXT,...");
     CLI::Option* const refuse =
         app.add_flag("--na-error", tableFormat.refuseMissing, "refuse a table with a missing value in a used column");
+    CLI::Option* const by =
+        app.add_option("--by", byColumn, "in a table: analyse the rows of each value of this column by themselves, by its title or number");
+    by->type_name("NAME")->check(namesColumn);
     CLI::Option* const tell = app.add_flag("--verbose", isVerbose, "say on standard error how the table was read");
-    formatOptions = {separator, comma, without, with, missing, refuse, tell};
+    formatOptions = {separator, comma, without, with, missing, refuse, by, tell};
 }
 
 std::vector<const ColumnOption*> TableOptions::typical() const

@@ -1,7 +1,7 @@
 // The options that say which columns of a table are used, and how the table is written.
 #pragma once
 
-#include "table.h"
+#include "table_parts.h"
 
 #include <CLI/CLI.hpp>
 
@@ -46,6 +46,9 @@ public:
 
     const TableFormat& format() const { return tableFormat; }
 
+    /** The column whose values each have an analysis of their own; empty where all rows belong together. */
+    const std::string& by() const { return byColumn; }
+
     /** Whether to say what was found out about a table. */
     bool verbose() const { return isVerbose; }
 
@@ -53,6 +56,7 @@ private:
     std::vector<const ColumnOption*> columns;
     std::vector<const CLI::Option*> formatOptions;
     TableFormat tableFormat;
+    std::string byColumn;
     bool isVerbose = false;
 };
 

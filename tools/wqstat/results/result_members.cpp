@@ -147,11 +147,16 @@ const char* nameOf(wq_lib::CIRCULAR_DATA unit)
 
 // ---------------------------------------------------------------- the textbook
 
-/** The lines of an object of the textbook: a line, and its path within the object. */
+/** The lines of an object of the textbook: a line, or null where there is none, and its path within the object. */
 using BookLines = std::vector<std::pair<std::string_view, const Textbook::Line*>>;
 
-void bookMember(ResultWriter& out, std::string_view name, const Textbook::Line& line)
+void bookMember(ResultWriter& out, std::string_view name, const Textbook::Line* bookLine)
 {
+    if (bookLine == nullptr) {
+        out.nothing(name);
+        return;
+    }
+    const Textbook::Line& line = *bookLine;
     if (const auto* figure = std::get_if<double>(&line.content); figure != nullptr && std::isnan(*figure))
         out.nothing(name);
     else if (figure != nullptr)
@@ -169,7 +174,7 @@ void bookMembers(ResultWriter& out, BookLines lines)
         const auto [path, line] = lines.front();
         const std::size_t slash = path.find('/');
         if (slash == std::string_view::npos) {
-            bookMember(out, path, *line);
+            bookMember(out, path, line);
             lines.erase(lines.begin());
             continue;
         }
@@ -186,11 +191,18 @@ void bookMembers(ResultWriter& out, BookLines lines)
 void writeTextbook(ResultWriter& out, const Textbook& textbook)
 {
     BookLines lines;
-    for (const Textbook::Line& line : textbook.lines()) lines.emplace_back(line.path, &line);
+    const auto isAt = [](const std::string& path) { return [&path](const Textbook::Line& line) { return line.path == path; }; };
+    for (const std::string& path : textbook.paths()) {
+        const auto line = std::find_if(textbook.lines().begin(), textbook.lines().end(), isAt(path));
+        if (line != textbook.lines().end())
+            lines.emplace_back(path, &*line);
+        else if (out.hasFixedMembers())
+            lines.emplace_back(path, nullptr);
+    }
     out.object("textbook", [&] {
         bookMembers(out, std::move(lines));
-        out.array("differs", textbook.differing(), [&](const std::string& path) { out.member("", path); });
-        out.array("warnings", textbook.warnings(), [&](const std::string& text) { out.member("", text); });
+        out.texts("differs", textbook.differing());
+        out.texts("warnings", textbook.warnings());
     });
 }
 
@@ -208,13 +220,20 @@ void optionalObject(ResultWriter& out, const char* name, WriteMembers writeMembe
 /** The titles and labels of a table; nothing where the data are none. */
 void writeWords(ResultWriter& out, const DataWords& words)
 {
-    if (words.xTitle.empty() && words.yTitle.empty() && words.labels.empty()) return;
+    const bool all = out.hasFixedMembers();
+    if (!all && words.xTitle.empty() && words.yTitle.empty() && words.labels.empty()) return;
+    const auto write = [&](const char* name, const std::string& text) {
+        if (!text.empty())
+            out.member(name, text);
+        else if (all)
+            out.nothing(name);
+    };
     out.object("table", [&] {
-        if (!words.xTitle.empty()) out.member("x", words.xTitle);
-        if (!words.yTitle.empty()) out.member("y", words.yTitle);
-        if (words.labels.empty()) return;
-        out.member("item", words.item);
-        out.array("labels", words.labels, [&](const std::string& label) { out.member("", label); });
+        write("x", words.xTitle);
+        write("y", words.yTitle);
+        if (!all && words.labels.empty()) return;
+        write("item", words.item);
+        out.texts("labels", words.labels);
     });
 }
 
@@ -226,7 +245,8 @@ void writeWhole(ResultWriter& out, const ResultHead& head, const wq_lib::BasicSt
     out.beginObject("");
     out.member("wqstat", shortest(wq_stat_1VersionNumber));
     out.member("analysis", head.command);
-    out.array("files", head.files, [&](const std::string& file) { out.member("", file); });
+    out.texts("files", head.files);
+    if (!head.byColumn.empty()) out.part(head.byColumn, head.byValue);
     writeWords(out, head.words);
     out.member("comment", analysis.getComment());
     out.member("alpha", analysis.getSignificance());

@@ -17,6 +17,8 @@ namespace wqstat {
 struct ResultHead {
     std::string command;
     std::vector<std::string> files;  ///< as on the command line
+    std::string byColumn;            ///< whose value these rows of a table have; empty where it is all of them
+    std::string byValue;
     Textbook textbook;
     DataWords words;
     bool observations = false;  ///< whether groups show theirs

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 namespace wqstat {
 
@@ -20,6 +22,24 @@ public:
 
     /** A member without a value. */
     virtual void nothing(std::string_view name) = 0;
+
+    /** A member that is a list of texts. */
+    virtual void texts(std::string_view name, const std::vector<std::string>& values)
+    {
+        array(name, values, [this](const std::string& value) { text("", value); });
+    }
+
+    /** The value of a column whose rows were analysed. */
+    virtual void part(const std::string& column, const std::string& value)
+    {
+        object("by", [&] {
+            text("column", column);
+            text("value", value);
+        });
+    }
+
+    /** Whether every analysis of a kind has to have the same members; one that it does not have is nothing. */
+    virtual bool hasFixedMembers() const { return false; }
 
     virtual void beginObject(std::string_view name) = 0;
     virtual void endObject() = 0;

@@ -18,6 +18,7 @@ void Textbook::limits(const std::string& of, const std::string& path, const wq_e
 void Textbook::decision(const std::string& label, const std::string& path, const wq_exact::Decision& decision)
 {
     content.push_back({label, path, decision.accepted});
+    allPaths.push_back(path);
     if (!decision.accepted || !decision.acceptedByReport) return;
     ++compared;
     if (!decision.reportDiffers()) return;
@@ -190,7 +191,10 @@ Textbook textbook(const wq_exact::GoodnessOfFitResult& exact)
     };
     statistic("X2", "X2", exact.chiSquare, exact.chiSquareLowerTail);
     statistic("G", "G", exact.G, exact.GLowerTail);
-    if (exact.GAdjusted) statistic("G adj", "GAdjusted", *exact.GAdjusted, exact.GAdjustedLowerTail);
+    if (exact.GAdjusted)
+        statistic("G adj", "GAdjusted", *exact.GAdjusted, exact.GAdjustedLowerTail);
+    else
+        for (const char* const path : {"GAdjusted/lowerTail", "GAdjusted/p"}) book.noFigure(path);
     const wq_exact::Test& test = exact.chiSquare;
     book.figure("X2 " + sixDigits(test.alpha) + "," + sixDigits(test.df1), "criticalChiSquare", test.criticalValue);
     book.figure("Cohen's w", "cohensW", exact.cohensW);
@@ -207,6 +211,8 @@ Textbook textbook(const wq_exact::KolmogorovSmirnovResult& exact)
     if (exact.allArrangements) {
         book.figure("p, these sample sizes", "pTheseSizes", exact.allArrangements->p);
         book.figure(level + ", these sample sizes", "criticalDTheseSizes", exact.allArrangements->criticalValue);
+    } else {
+        for (const char* const path : {"pTheseSizes", "criticalDTheseSizes"}) book.noFigure(path);
     }
     book.decision("H0", "acceptH0", exact.decision);
     return book;

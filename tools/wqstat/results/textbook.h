@@ -26,7 +26,14 @@ public:
     };
 
     /** A figure; NaN where there is none. */
-    void figure(const std::string& label, const std::string& path, double value) { content.push_back({label, path, value}); }
+    void figure(const std::string& label, const std::string& path, double value)
+    {
+        content.push_back({label, path, value});
+        allPaths.push_back(path);
+    }
+
+    /** A figure that other data would have here. */
+    void noFigure(const std::string& path) { allPaths.push_back(path); }
 
     void limits(const std::string& of, const std::string& path, const wq_exact::Limits& limits);
 
@@ -40,6 +47,9 @@ public:
     double value(const std::string& path) const;
 
     const std::vector<Line>& lines() const { return content; }
+    /** Of the lines in their order, those of noFigure() included. */
+    const std::vector<std::string>& paths() const { return allPaths; }
+
     const std::vector<std::string>& warnings() const { return warningTexts; }
 
     /** A sentence for each decision that the report makes otherwise. */
@@ -53,6 +63,7 @@ public:
 
 private:
     std::vector<Line> content;
+    std::vector<std::string> allPaths;
     std::vector<std::string> warningTexts;
     std::vector<std::string> differences;
     std::string comparison;  // with the report, in words, a line each

@@ -1,0 +1,89 @@
+#include "tsv_writer.h"
+
+#include "command_line/arguments.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace wqstat {
+
+namespace {
+
+/** The objects of the document whose members come first, behind what tells the rows apart. */
+constexpr std::array<std::string_view, 4> firstObjects{"result", "report", "decision", "textbook"};
+constexpr std::size_t behindAll = firstObjects.size() + 1;
+
+/** On one line, without a tab. */
+std::string escaped(std::string_view text)
+{
+    constexpr std::string_view special = "\t\n\r\\";
+    std::string result;
+    for (const char c : text) {
+        const std::size_t which = special.find(c);
+        result += which == std::string_view::npos ? std::string(1, c) : std::string("\\") + "tnr\\"[which];
+    }
+    return result;
+}
+
+}  // namespace
+
+void TsvWriter::number(std::string_view name, double value)
+{
+    put(name, std::isfinite(value) ? shortest(value) : std::isnan(value) ? "NaN" : value > 0.0 ? "Inf" : "-Inf");
+}
+
+void TsvWriter::text(std::string_view name, std::string_view value) { put(name, escaped(value)); }
+
+void TsvWriter::texts(std::string_view name, const std::vector<std::string>& values)
+{
+    if (name == "files") {
+        for (std::size_t i = 0; i < values.size(); ++i)
+            cells.push_back({0, i == 0 ? "file" : "file" + std::to_string(i + 1), escaped(values[i])});
+        return;
+    }
+    std::string list;
+    for (const std::string& value : values) list += (list.empty() ? "" : "; ") + escaped(value);
+    put(name, list.empty() ? "NA" : list);
+}
+
+void TsvWriter::part(const std::string& column, const std::string& value) { cells.push_back({0, escaped(column), escaped(value)}); }
+
+void TsvWriter::beginObject(std::string_view name)
+{
+    if (arrays == 0) objects.emplace_back(name);
+}
+
+void TsvWriter::endObject()
+{
+    if (arrays > 0) return;
+    objects.pop_back();
+    if (objects.empty()) writeRow();
+}
+
+void TsvWriter::put(std::string_view name, std::string text)
+{
+    if (arrays > 0) return;
+    std::string path;
+    for (std::size_t i = 1; i < objects.size(); ++i) path += objects[i] + ".";  // the first is the whole
+    const auto* const first = objects.size() > 1 ? std::find(firstObjects.begin(), firstObjects.end(), objects[1]) : firstObjects.end();
+    const auto place = first == firstObjects.end() ? behindAll : static_cast<std::size_t>(first - firstObjects.begin()) + 1;
+    cells.push_back({place, path.append(name), std::move(text)});
+}
+
+void TsvWriter::writeRow()
+{
+    std::stable_sort(cells.begin(), cells.end(), [](const Cell& a, const Cell& b) { return a.place < b.place; });
+    const auto writeLine = [this](std::string Cell::*what) {
+        std::string line;
+        for (const Cell& cell : cells) line.append(line.empty() ? "" : "\t").append(cell.*what);
+        output << line << '\n';
+    };
+    if (!hasHeader) writeLine(&Cell::name);
+    hasHeader = true;
+    writeLine(&Cell::text);
+    cells.clear();
+}
+
+}  // namespace wqstat
