@@ -6,6 +6,7 @@
 #include "detail/geometric_mean.h"
 #include "numbers/data_lines.h"
 #include "numbers/number_reading.h"
+#include "detail/moves.h"
 #include "detail/prefetch.h"
 #include "detail/r_export.h"
 #include "detail/report_text.h"
@@ -23,6 +24,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 namespace wq_lib {
 
@@ -51,6 +53,29 @@ BasicStatistics::BasicStatistics()
 }
 
 BasicStatistics::~BasicStatistics() = default;
+
+BasicStatistics::BasicStatistics(BasicStatistics&& other) noexcept
+{
+    resetSet(result);
+    exchangeMembers(other);
+    detail::whereMemoryAllows([&other] { other.addColumnName("DATA"); });
+}
+
+BasicStatistics& BasicStatistics::operator=(BasicStatistics&& other) noexcept
+{
+    BasicStatistics taken(std::move(other));
+    exchangeMembers(taken);
+    return *this;
+}
+
+void BasicStatistics::exchangeMembers(BasicStatistics& other) noexcept
+{
+    detail::exchange(*this, other, &BasicStatistics::result, &BasicStatistics::data, &BasicStatistics::dataFile, &BasicStatistics::head,
+                     &BasicStatistics::tail, &BasicStatistics::dataStart, &BasicStatistics::dataEnd, &BasicStatistics::sampleSize,
+                     &BasicStatistics::significance, &BasicStatistics::nullHypothesis, &BasicStatistics::sorted,
+                     &BasicStatistics::columnNames, &BasicStatistics::hypothesisInfo, &BasicStatistics::comment,
+                     &BasicStatistics::negative);
+}
 
 // ---------------------------------------------------------------- filling the sample
 

@@ -5,6 +5,7 @@
 #include "detail/geometric_mean.h"
 #include "numbers/data_lines.h"
 #include "numbers/number_reading.h"
+#include "detail/moves.h"
 #include "detail/paired_passes.h"
 #include "detail/r_export.h"
 #include "detail/report_text.h"
@@ -14,6 +15,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace wq_lib {
 
@@ -24,16 +26,46 @@ bool keyX(data_pair a, data_pair b) { return a.x < b.x; }
 
 bool keyY(data_pair a, data_pair b) { return a.y < b.y; }
 
+namespace {
+
+void nameColumns(BasicXyStatistics& pairs)
+{
+    pairs.clearColumnNames();
+    pairs.addColumnName("X");
+    pairs.addColumnName("Y");
+}
+
+}  // namespace
+
 BasicXyStatistics::BasicXyStatistics()
 {
     resetSet(xyResult.x);
     resetSet(xyResult.y);
-    clearColumnNames();
-    addColumnName("X");
-    addColumnName("Y");
+    nameColumns(*this);
 }
 
 BasicXyStatistics::~BasicXyStatistics() = default;
+
+BasicXyStatistics::BasicXyStatistics(BasicXyStatistics&& other) noexcept : BasicStatistics(std::move(other))
+{
+    resetSet(xyResult.x);
+    resetSet(xyResult.y);
+    exchangeMembers(other);
+    detail::whereMemoryAllows([&other] { nameColumns(other); });
+}
+
+BasicXyStatistics& BasicXyStatistics::operator=(BasicXyStatistics&& other) noexcept
+{
+    BasicXyStatistics taken(std::move(other));
+    BasicStatistics::operator=(std::move(taken));
+    exchangeMembers(taken);
+    return *this;
+}
+
+void BasicXyStatistics::exchangeMembers(BasicXyStatistics& other) noexcept
+{
+    detail::exchange(*this, other, &BasicXyStatistics::pairs, &BasicXyStatistics::xyResult);
+}
 
 // ---------------------------------------------------------------- filling the sample
 

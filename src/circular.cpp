@@ -1,5 +1,6 @@
 #include <wq_stat/circular.h>
 
+#include "detail/moves.h"
 #include "detail/pi.h"
 #include "detail/report_text.h"
 #include "detail/stored_range.h"
@@ -12,6 +13,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 namespace wq_lib {
 
@@ -22,6 +24,9 @@ using detail::toInteger;
 using detail::twoPi;
 
 namespace {
+
+// "uniformely" and, in the report, "signifance" are spelt as hosts know them.
+constexpr const char* hypothesis = "Data are uniformely distributed around the circle";
 
 /** A sum of frequencies as a count; the largest count where that has 32 bits and the sum is larger. */
 std::size_t countOf(std::uint64_t frequencies)
@@ -38,10 +43,29 @@ void fillRayleigh(circular_stat& record, double n, double r)
 
 }  // namespace
 
-// "uniformely" and, in the report, "signifance" are spelt as hosts know them.
-Circular::Circular() { setHypothesisInfo("Data are uniformely distributed around the circle"); }
+Circular::Circular() { setHypothesisInfo(hypothesis); }
 
 Circular::~Circular() = default;
+
+Circular::Circular(Circular&& other) noexcept : BasicXyStatistics(std::move(other))
+{
+    exchangeMembers(other);
+    detail::whereMemoryAllows([&other] { other.setHypothesisInfo(hypothesis); });
+}
+
+Circular& Circular::operator=(Circular&& other) noexcept
+{
+    Circular taken(std::move(other));
+    BasicXyStatistics::operator=(std::move(taken));
+    exchangeMembers(taken);
+    return *this;
+}
+
+void Circular::exchangeMembers(Circular& other) noexcept
+{
+    detail::exchange(*this, other, &Circular::circularResult, &Circular::grouped, &Circular::binName, &Circular::binSize,
+                     &Circular::dataType);
+}
 
 std::size_t Circular::getBin0() const { return toInteger<std::size_t>(circularResult.bin0); }
 

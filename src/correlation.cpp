@@ -1,5 +1,6 @@
 #include <wq_stat/correlation.h>
 
+#include "detail/moves.h"
 #include "detail/report_text.h"
 #include "detail/wide_count.h"
 
@@ -7,6 +8,7 @@
 #include <wq_udf/console.h>
 
 #include <cmath>
+#include <utility>
 
 namespace wq_lib {
 
@@ -14,14 +16,32 @@ using detail::wideCount;
 
 namespace {
 
+constexpr const char* hypothesis = "no correlation (rho=0)";
+
 constexpr std::size_t largeSample = 50;              // from 51 pairs on the z scale is used without corrections, and has limits
 constexpr std::size_t infiniteDegrees = 4294967295;  // makes t_PercentPoint the quantile of the normal distribution
 
 }  // namespace
 
-Correlation::Correlation() { setHypothesisInfo("no correlation (rho=0)"); }
+Correlation::Correlation() { setHypothesisInfo(hypothesis); }
 
 Correlation::~Correlation() = default;
+
+Correlation::Correlation(Correlation&& other) noexcept : BasicXyStatistics(std::move(other))
+{
+    exchangeMembers(other);
+    detail::whereMemoryAllows([&other] { other.setHypothesisInfo(hypothesis); });
+}
+
+Correlation& Correlation::operator=(Correlation&& other) noexcept
+{
+    Correlation taken(std::move(other));
+    BasicXyStatistics::operator=(std::move(taken));
+    exchangeMembers(taken);
+    return *this;
+}
+
+void Correlation::exchangeMembers(Correlation& other) noexcept { detail::exchange(*this, other, &Correlation::correlationResult); }
 
 void Correlation::resetResult()
 {

@@ -1,5 +1,6 @@
 #include <wq_stat/frequency.h>
 
+#include "detail/moves.h"
 #include "detail/r_export.h"
 #include "detail/report_text.h"
 #include "detail/stored_range.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace wq_lib {
 
@@ -21,6 +23,21 @@ constexpr std::size_t defaultClasses = 10;
 
 Frequency::Frequency() = default;
 Frequency::~Frequency() = default;
+
+Frequency::Frequency(Frequency&& other) noexcept : BasicStatistics(std::move(other)) { exchangeMembers(other); }
+
+Frequency& Frequency::operator=(Frequency&& other) noexcept
+{
+    Frequency taken(std::move(other));
+    BasicStatistics::operator=(std::move(taken));
+    exchangeMembers(taken);
+    return *this;
+}
+
+void Frequency::exchangeMembers(Frequency& other) noexcept
+{
+    detail::exchange(*this, other, &Frequency::classes, &Frequency::numberOfClasses, &Frequency::startClass, &Frequency::classWidth);
+}
 
 bool Frequency::autoClassWidth(std::size_t k)
 {

@@ -1,5 +1,6 @@
 #include <wq_stat/goodness_fit.h>
 
+#include "detail/moves.h"
 #include "detail/report_text.h"
 #include "detail/stored_range.h"
 #include "detail/to_integer.h"
@@ -11,12 +12,39 @@
 
 #include <cmath>
 #include <cstdint>
+#include <utility>
 
 namespace wq_lib {
 
-GoodnessOfFit::GoodnessOfFit() { setHypothesisInfo("observed and expected distributions do not differ"); }
+namespace {
+
+constexpr const char* hypothesis = "observed and expected distributions do not differ";
+
+}  // namespace
+
+GoodnessOfFit::GoodnessOfFit() { setHypothesisInfo(hypothesis); }
 
 GoodnessOfFit::~GoodnessOfFit() = default;
+
+GoodnessOfFit::GoodnessOfFit(GoodnessOfFit&& other) noexcept : BasicXyStatistics(std::move(other))
+{
+    exchangeMembers(other);
+    detail::whereMemoryAllows([&other] { other.setHypothesisInfo(hypothesis); });
+}
+
+GoodnessOfFit& GoodnessOfFit::operator=(GoodnessOfFit&& other) noexcept
+{
+    GoodnessOfFit taken(std::move(other));
+    BasicXyStatistics::operator=(std::move(taken));
+    exchangeMembers(taken);
+    return *this;
+}
+
+void GoodnessOfFit::exchangeMembers(GoodnessOfFit& other) noexcept
+{
+    detail::exchange(*this, other, &GoodnessOfFit::X2, &GoodnessOfFit::G, &GoodnessOfFit::GAdjusted, &GoodnessOfFit::yatesCorrection,
+                     &GoodnessOfFit::williamsCorrection);
+}
 
 bool GoodnessOfFit::analyse()
 {

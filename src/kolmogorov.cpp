@@ -1,6 +1,7 @@
 #include <wq_stat/kolmogorov.h>
 
 #include "detail/column_title.h"
+#include "detail/moves.h"
 #include "detail/report_text.h"
 #include "detail/reserve_more.h"
 #include "detail/stored_range.h"
@@ -11,17 +12,44 @@
 #include <wq_udf/console.h>
 
 #include <cmath>
+#include <utility>
 
 namespace wq_lib {
 
-KolmogorovSmirnov2::KolmogorovSmirnov2()
+namespace {
+
+void describe(KolmogorovSmirnov2& test)
 {
-    setHypothesisInfo("both data samples drawn from same continuous distribution");
-    clearColumnNames();
-    for (const char* const name : {"F1", "F2", "relF1", "relF2", "diff"}) addColumnName(name);
+    test.setHypothesisInfo("both data samples drawn from same continuous distribution");
+    test.clearColumnNames();
+    for (const char* const name : {"F1", "F2", "relF1", "relF2", "diff"}) test.addColumnName(name);
 }
 
+}  // namespace
+
+KolmogorovSmirnov2::KolmogorovSmirnov2() { describe(*this); }
+
 KolmogorovSmirnov2::~KolmogorovSmirnov2() = default;
+
+KolmogorovSmirnov2::KolmogorovSmirnov2(KolmogorovSmirnov2&& other) noexcept : GoodnessOfFit(std::move(other))
+{
+    exchangeMembers(other);
+    detail::whereMemoryAllows([&other] { describe(other); });
+}
+
+KolmogorovSmirnov2& KolmogorovSmirnov2::operator=(KolmogorovSmirnov2&& other) noexcept
+{
+    KolmogorovSmirnov2 taken(std::move(other));
+    GoodnessOfFit::operator=(std::move(taken));
+    exchangeMembers(taken);
+    return *this;
+}
+
+void KolmogorovSmirnov2::exchangeMembers(KolmogorovSmirnov2& other) noexcept
+{
+    detail::exchange(*this, other, &KolmogorovSmirnov2::cumulativeFrequencies, &KolmogorovSmirnov2::D, &KolmogorovSmirnov2::n1,
+                     &KolmogorovSmirnov2::n2);
+}
 
 void KolmogorovSmirnov2::cumulative()
 {

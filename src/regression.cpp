@@ -1,6 +1,7 @@
 #include <wq_stat/regression.h>
 
 #include "detail/confidence_limits.h"
+#include "detail/moves.h"
 #include "detail/paired_passes.h"
 #include "detail/report_text.h"
 #include "detail/stored_range.h"
@@ -13,6 +14,7 @@
 #include <cmath>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace wq_lib {
@@ -21,6 +23,18 @@ namespace wq_lib {
 
 Regression::Regression() = default;
 Regression::~Regression() = default;
+
+Regression::Regression(Regression&& other) noexcept : BasicXyStatistics(std::move(other)) { exchangeMembers(other); }
+
+Regression& Regression::operator=(Regression&& other) noexcept
+{
+    Regression taken(std::move(other));
+    BasicXyStatistics::operator=(std::move(taken));
+    exchangeMembers(taken);
+    return *this;
+}
+
+void Regression::exchangeMembers(Regression& other) noexcept { detail::exchange(*this, other, &Regression::regressionResult); }
 
 void Regression::resetRegression()
 {

@@ -4,6 +4,7 @@
 #include "detail/confidence_limits.h"
 #include "numbers/data_lines.h"
 #include "numbers/number_reading.h"
+#include "detail/moves.h"
 #include "detail/report_text.h"
 #include "detail/wide_count.h"
 
@@ -12,6 +13,7 @@
 
 #include <cmath>
 #include <string_view>
+#include <utility>
 
 namespace wq_lib {
 
@@ -32,6 +34,25 @@ void resetRow(anova_source& row)
 
 LinearRegressionMultiY::LinearRegressionMultiY() = default;
 LinearRegressionMultiY::~LinearRegressionMultiY() = default;
+
+LinearRegressionMultiY::LinearRegressionMultiY(LinearRegressionMultiY&& other) noexcept : SingleAnova(std::move(other))
+{
+    exchangeMembers(other);
+}
+
+LinearRegressionMultiY& LinearRegressionMultiY::operator=(LinearRegressionMultiY&& other) noexcept
+{
+    LinearRegressionMultiY taken(std::move(other));
+    SingleAnova::operator=(std::move(taken));
+    exchangeMembers(taken);
+    return *this;
+}
+
+void LinearRegressionMultiY::exchangeMembers(LinearRegressionMultiY& other) noexcept
+{
+    detail::exchange(*this, other, &LinearRegressionMultiY::regressionResult, &LinearRegressionMultiY::regression,
+                     &LinearRegressionMultiY::deviations, &LinearRegressionMultiY::computeRegression);
+}
 
 bool LinearRegressionMultiY::readSeriesFile(const std::string& fileName)
 {

@@ -2,6 +2,7 @@
 
 #include "detail/anova_table.h"
 #include "detail/group_index.h"
+#include "detail/moves.h"
 #include "detail/prefetch.h"
 #include "detail/r_export.h"
 #include "detail/report_text.h"
@@ -69,6 +70,25 @@ std::vector<anova_group> emptyGroups(const Grouping& grouping, std::size_t first
 
 SingleAnova::SingleAnova() = default;
 SingleAnova::~SingleAnova() = default;
+
+SingleAnova::SingleAnova(SingleAnova&& other) noexcept : BasicXyStatistics(std::move(other)) { exchangeMembers(other); }
+
+SingleAnova& SingleAnova::operator=(SingleAnova&& other) noexcept
+{
+    SingleAnova taken(std::move(other));
+    BasicXyStatistics::operator=(std::move(taken));
+    exchangeMembers(taken);
+    return *this;
+}
+
+void SingleAnova::exchangeMembers(SingleAnova& other) noexcept
+{
+    detail::exchange(*this, other, &SingleAnova::groupCount, &SingleAnova::totalObservations, &SingleAnova::grandTotal,
+                     &SingleAnova::correctionTerm, &SingleAnova::sumSquaredObservations, &SingleAnova::sumSquaredGroupTotals,
+                     &SingleAnova::sumSquaredSampleSizes, &SingleAnova::total, &SingleAnova::among, &SingleAnova::within,
+                     &SingleAnova::meanSampleSize, &SingleAnova::n0, &SingleAnova::varianceComponent, &SingleAnova::varianceComponentRatio,
+                     &SingleAnova::groups, &SingleAnova::groupsCreated, &SingleAnova::equal, &SingleAnova::model);
+}
 
 // ---------------------------------------------------------------- groups
 

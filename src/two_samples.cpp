@@ -1,16 +1,45 @@
 #include <wq_stat/two_samples.h>
 
+#include "detail/moves.h"
 #include "detail/report_text.h"
 #include "detail/wide_count.h"
 
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>
 
+#include <utility>
+
 namespace wq_lib {
 
-TwoSamples::TwoSamples() { setHypothesisInfo("the sample variances do not differ"); }
+namespace {
+
+constexpr const char* hypothesis = "the sample variances do not differ";
+
+}  // namespace
+
+TwoSamples::TwoSamples() { setHypothesisInfo(hypothesis); }
 
 TwoSamples::~TwoSamples() = default;
+
+TwoSamples::TwoSamples(TwoSamples&& other) noexcept : BasicStatistics(std::move(other))
+{
+    exchangeMembers(other);
+    detail::whereMemoryAllows([&other] { other.setHypothesisInfo(hypothesis); });
+}
+
+TwoSamples& TwoSamples::operator=(TwoSamples&& other) noexcept
+{
+    TwoSamples taken(std::move(other));
+    BasicStatistics::operator=(std::move(taken));
+    exchangeMembers(taken);
+    return *this;
+}
+
+void TwoSamples::exchangeMembers(TwoSamples& other) noexcept
+{
+    detail::exchange(*this, other, &TwoSamples::secondSample, &TwoSamples::F, &TwoSamples::FProbability, &TwoSamples::criticalF,
+                     &TwoSamples::df1, &TwoSamples::df2);
+}
 
 void TwoSamples::resetResult()
 {

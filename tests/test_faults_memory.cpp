@@ -340,6 +340,38 @@ TEST(MemoryRunsOut, anAssignedObjectCanBeAssignedAgain)  // the members that wer
     });
 }
 
+TEST(MemoryRunsOut, movesGoOn)  // only texts of a new object may be missing where the move was from
+{
+    const TempFolder folder;
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        const T source = analysed<T>(9, longName);
+        const std::string expected = stateOf(source, folder), fresh = stateOf(T(), folder);
+        for (const Shortage shortage : {Shortage::once, Shortage::lasting}) {
+            std::size_t shortages = 0;
+            for (bool ranOut = true; ranOut;) {
+                SCOPED_TRACE(std::string(c.name) + ", " + std::to_string(shortages));
+                T object = source;
+                T target = analysed<T>(5, longName);
+                const auto move = [&] {
+                    T moved(std::move(object));
+                    target = std::move(moved);
+                    return true;
+                };
+                EXPECT_EQ(withMemoryFor(shortages, shortage, move), Outcome::done);
+                ranOut = memory.ranOut;
+                EXPECT_EQ(stateOf(target, folder), expected);
+                object.setHypothesisInfo(T().getHypothesisInfo());
+                object.clearColumnNames();
+                for (const std::string& name : wq_test::columns<T>()) object.addColumnName(name);
+                EXPECT_EQ(stateOf(object, folder), fresh);
+                if (ranOut) ASSERT_LT(++shortages, 1000u) << "there is no end";
+            }
+            EXPECT_GT(shortages, 0u);
+        }
+    });
+}
+
 TEST(MemoryRunsOut, whileSettingsAreMade)
 {
     const TempFolder folder;

@@ -775,6 +775,155 @@ TEST(LifeCycle, copiesAreIndependent)
     });
 }
 
+// ---------------------------------------------------------------- moves
+
+namespace {
+
+/** A host's own class, which sees where the observations lie. */
+template <typename T>
+struct Own : T {
+    const void* address() const
+    {
+        if constexpr (isPaired<T>)
+            return this->pairs.data();
+        else
+            return this->data.data();
+    }
+
+    std::string label = "a text of the host's that takes memory";
+};
+
+/** An analysed object of which no setting and no text is that of a new one. */
+template <typename T>
+T changedThroughout()
+{
+    T object = wq_test::analysed<T>(12, "comment");
+    object.setHead(0.125);
+    object.setTail(0.25);
+    object.setSignificance(0.01);
+    object.setNullHypothesis(3);
+    object.setNegative(true);
+    object.setDataFile("a name of a file that takes memory");
+    object.setHypothesisInfo("H0");
+    object.clearColumnNames();
+    for (const char* const name : {"one", "two", "three", "four", "five"}) object.addColumnName(name);
+    if constexpr (std::is_base_of_v<SingleAnova, T>) object.setModel(1), object.setGroups(99), object.setEqual(false);
+    if constexpr (std::is_base_of_v<LinearRegressionMultiY, T>) object.setComputeRegression(!T().isComputeRegression());
+    if constexpr (std::is_base_of_v<GoodnessOfFit, T>) object.setYatesCorrection(true), object.setWilliamsCorrection(false);
+    if constexpr (std::is_base_of_v<Circular, T>)
+        object.setDataType(DEGREES), object.setBins(8), object.setBin0(1), object.setBinName("bin"), object.computeBinSize();
+    return object;
+}
+
+}  // namespace
+
+TEST(LifeCycle, movesThrowNothing)
+{
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        static_assert(std::is_nothrow_move_constructible_v<T> && std::is_nothrow_move_assignable_v<T> && std::is_nothrow_swappable_v<T>);
+        static_assert(std::is_copy_constructible_v<T> && std::is_copy_assignable_v<T>);
+        static_assert(!std::is_nothrow_copy_constructible_v<T> && !std::is_nothrow_copy_assignable_v<T>);
+        static_assert(std::is_nothrow_move_constructible_v<Own<T>> && std::is_nothrow_move_assignable_v<Own<T>>);
+    });
+}
+
+TEST(LifeCycle, aMoveTakesEverything)  // and leaves an object that is as a new one
+{
+    const TempFolder folder;
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        const T object = changedThroughout<T>();
+        const std::string expected = stateOf(object, folder), fresh = stateOf(T(), folder);
+        ASSERT_NE(expected, fresh);
+
+        T source = object;
+        T moved(std::move(source));
+        EXPECT_EQ(stateOf(moved, folder), expected);
+        EXPECT_EQ(stateOf(source, folder), fresh);
+
+        T assigned = wq_test::analysed<T>(5, "other");
+        assigned = std::move(moved);
+        EXPECT_EQ(stateOf(assigned, folder), expected);
+        EXPECT_EQ(stateOf(moved, folder), fresh);
+
+        T& itself = assigned;
+        assigned = std::move(itself);
+        EXPECT_EQ(stateOf(assigned, folder), expected);
+    });
+}
+
+TEST(LifeCycle, aMovedFromObjectIsUsable)
+{
+    const TempFolder folder;
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        T object = changedThroughout<T>();
+        const T moved(std::move(object));
+        fill(object, 9);
+        object.setComment("again");
+        prepare(object);
+        object.analyse();
+        EXPECT_EQ(stateOf(object, folder), stateOf(wq_test::analysed<T>(9, "again"), folder));
+        for (std::size_t i = 0; i < columns<T>().size(); ++i) EXPECT_EQ(object.getColumnName(static_cast<int>(i)), columns<T>()[i]);
+    });
+}
+
+TEST(LifeCycle, swapExchangesEverything)
+{
+    const TempFolder folder;
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        Own<T> one, other;
+        static_cast<T&>(one) = changedThroughout<T>();
+        static_cast<T&>(other) = wq_test::analysed<T>(9, "other");
+        one.label = "one";
+        const std::string first = stateOf(static_cast<T&>(one), folder), second = stateOf(static_cast<T&>(other), folder);
+        const void *const here = one.address(), *const there = other.address();
+        using std::swap;
+        swap(one, other);
+        EXPECT_EQ(stateOf(static_cast<T&>(one), folder), second);
+        EXPECT_EQ(stateOf(static_cast<T&>(other), folder), first);
+        EXPECT_EQ(one.address(), there);
+        EXPECT_EQ(other.address(), here);
+        EXPECT_EQ(other.label, "one");
+    });
+}
+
+TEST(LifeCycle, movesHandTheMemoryOver)
+{
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        const bool large = std::is_same_v<T, BasicStatistics> || std::is_same_v<T, BasicXyStatistics>;
+        const std::size_t n = large ? 10'000'000 : 1000;
+        Own<T> object;
+        if constexpr (isPaired<T>)
+            object.copyFrom(std::vector<data_pair>(n));
+        else
+            object.copyFrom(std::vector<double>(n));
+        const void* const place = object.address();
+        ASSERT_NE(place, nullptr);
+
+        Own<T> moved(std::move(object));
+        EXPECT_EQ(moved.address(), place);
+        EXPECT_EQ(object.address(), nullptr);
+        object = std::move(moved);
+        EXPECT_EQ(object.address(), place);
+        EXPECT_EQ(moved.address(), nullptr);
+
+        std::vector<Own<T>> list;
+        list.push_back(std::move(object));
+        list.reserve(list.capacity() + 1);  // elsewhere now
+        EXPECT_EQ(list[0].address(), place);
+        EXPECT_EQ(list[0].getSampleSize(), n);
+        EXPECT_EQ(object.getSampleSize(), 0u);
+    });
+}
+
 TEST(LifeCycle, drivenThroughTheRoot)
 {
     const TempFolder folder;

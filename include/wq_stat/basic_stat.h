@@ -65,10 +65,19 @@ struct basic_stat {
  *
  * Setters and index accessors check nothing. analyse() sorts the sample in place. setComment appends.
  * Different objects may be used in different threads at the same time, one object by one thread at a time.
+ *
+ * Objects of every analysis class can be copied, moved and swapped (std::swap). A move hands the observations over, without a copy and
+ * without an exception, and leaves the other object as a new one of its class: empty, with the settings of a new object. Where memory is
+ * short just then, that one lacks the names of its columns or its text of H0. Of an object of a host's own class this goes for what it
+ * inherits.
  */
 class WQ_STAT_EXPORT BasicStatistics {
 public:
     BasicStatistics();
+    BasicStatistics(const BasicStatistics&) = default;
+    BasicStatistics(BasicStatistics&& other) noexcept;
+    BasicStatistics& operator=(const BasicStatistics&) = default;
+    BasicStatistics& operator=(BasicStatistics&& other) noexcept;
     virtual ~BasicStatistics();
 
     /** Reserves room for n observations. */
@@ -248,6 +257,9 @@ protected:
     std::string hypothesisInfo;            ///< H0 in words
     std::string comment;                   ///< printed below the title of a report
     bool negative = false;                 ///< whether a negative value was met
+
+private:
+    WQ_STAT_HIDDEN void exchangeMembers(BasicStatistics& other) noexcept;  // those of this class alone
 };
 
 }  // namespace wq_lib

@@ -43,6 +43,10 @@ struct xy_stat {
 class WQ_STAT_EXPORT BasicXyStatistics : public BasicStatistics {
 public:
     BasicXyStatistics();
+    BasicXyStatistics(const BasicXyStatistics&) = default;
+    BasicXyStatistics(BasicXyStatistics&& other) noexcept;
+    BasicXyStatistics& operator=(const BasicXyStatistics&) = default;
+    BasicXyStatistics& operator=(BasicXyStatistics&& other) noexcept;
     ~BasicXyStatistics() override;
 
     /** Reserves room for n pairs. */
@@ -107,6 +111,9 @@ public:
 protected:
     std::vector<data_pair> pairs;  ///< in order of arrival
     xy_stat xyResult;              ///< of the last analyse()
+
+private:
+    WQ_STAT_HIDDEN void exchangeMembers(BasicXyStatistics& other) noexcept;  // those of this class alone
 };
 
 }  // namespace wq_lib

@@ -43,6 +43,10 @@ struct circular_stat {
 class WQ_STAT_EXPORT Circular : public BasicXyStatistics {
 public:
     Circular();
+    Circular(const Circular&) = default;
+    Circular(Circular&& other) noexcept;
+    Circular& operator=(const Circular&) = default;
+    Circular& operator=(Circular&& other) noexcept;
     ~Circular() override;
 
     /** Resets the paired record and a, r and n. */
@@ -106,6 +110,9 @@ protected:
     std::string binName;               ///< what a bin is, such as "month"
     double binSize = 0.0;              ///< radians per bin
     CIRCULAR_DATA dataType = RADIANS;  ///< unit of the stored x
+
+private:
+    WQ_STAT_HIDDEN void exchangeMembers(Circular& other) noexcept;  // those of this class alone
 };
 
 }  // namespace wq_lib

@@ -24,6 +24,10 @@ struct correlation_stat {
 class WQ_STAT_EXPORT Correlation : public BasicXyStatistics {
 public:
     Correlation();
+    Correlation(const Correlation&) = default;
+    Correlation(Correlation&& other) noexcept;
+    Correlation& operator=(const Correlation&) = default;
+    Correlation& operator=(Correlation&& other) noexcept;
     ~Correlation() override;
 
     /** Resets the paired record and r; the other results keep their values until the next analyse(). */
@@ -72,6 +76,9 @@ public:
 
 protected:
     correlation_stat correlationResult;  ///< of the last analyse() and of the tests called after it
+
+private:
+    WQ_STAT_HIDDEN void exchangeMembers(Correlation& other) noexcept;  // those of this class alone
 };
 
 }  // namespace wq_lib

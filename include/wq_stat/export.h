@@ -18,4 +18,11 @@
 #  define WQ_STAT_EXPORT __attribute__((visibility("default")))
 #endif
 
+/// Marks what an exported class keeps to the library.
+#if defined(_WIN32)
+#  define WQ_STAT_HIDDEN
+#else
+#  define WQ_STAT_HIDDEN __attribute__((visibility("hidden")))
+#endif
+
 #endif

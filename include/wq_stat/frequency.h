@@ -25,6 +25,10 @@ struct frequency_class {
 class WQ_STAT_EXPORT Frequency : public BasicStatistics {
 public:
     Frequency();
+    Frequency(const Frequency&) = default;
+    Frequency(Frequency&& other) noexcept;
+    Frequency& operator=(const Frequency&) = default;
+    Frequency& operator=(Frequency&& other) noexcept;
     ~Frequency() override;
 
     /** Computes the rates of the table. @return true. */
@@ -71,6 +75,9 @@ protected:
     std::size_t numberOfClasses = 0;       ///< as set; the table may have more after a second initFrequency()
     double startClass = 0.0;               ///< lower limit of the first class
     double classWidth = 0.0;               ///< of every class
+
+private:
+    WQ_STAT_HIDDEN void exchangeMembers(Frequency& other) noexcept;  // those of this class alone
 };
 
 }  // namespace wq_lib

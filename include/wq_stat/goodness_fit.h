@@ -15,6 +15,10 @@ namespace wq_lib {
 class WQ_STAT_EXPORT GoodnessOfFit : public BasicXyStatistics {
 public:
     GoodnessOfFit();
+    GoodnessOfFit(const GoodnessOfFit&) = default;
+    GoodnessOfFit(GoodnessOfFit&& other) noexcept;
+    GoodnessOfFit& operator=(const GoodnessOfFit&) = default;
+    GoodnessOfFit& operator=(GoodnessOfFit&& other) noexcept;
     ~GoodnessOfFit() override;
 
     /**
@@ -50,6 +54,9 @@ protected:
     double GAdjusted = 0.0;          ///< after Williams' correction
     bool yatesCorrection = false;    ///< of chi-square
     bool williamsCorrection = true;  ///< of G
+
+private:
+    WQ_STAT_HIDDEN void exchangeMembers(GoodnessOfFit& other) noexcept;  // those of this class alone
 };
 
 }  // namespace wq_lib

@@ -19,6 +19,10 @@ namespace wq_lib {
 class WQ_STAT_EXPORT KolmogorovSmirnov2 : public GoodnessOfFit {
 public:
     KolmogorovSmirnov2();
+    KolmogorovSmirnov2(const KolmogorovSmirnov2&) = default;
+    KolmogorovSmirnov2(KolmogorovSmirnov2&& other) noexcept;
+    KolmogorovSmirnov2& operator=(const KolmogorovSmirnov2&) = default;
+    KolmogorovSmirnov2& operator=(KolmogorovSmirnov2&& other) noexcept;
     ~KolmogorovSmirnov2() override;
 
     /**
@@ -59,6 +63,9 @@ protected:
     double D = 0.0;                                                ///< largest difference of the relative cumulative frequencies
     std::size_t n1 = 0;                                            ///< size of sample 1
     std::size_t n2 = 0;                                            ///< size of sample 2
+
+private:
+    WQ_STAT_HIDDEN void exchangeMembers(KolmogorovSmirnov2& other) noexcept;  // those of this class alone
 };
 
 }  // namespace wq_lib

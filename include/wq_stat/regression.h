@@ -36,6 +36,10 @@ struct regression_stat {
 class WQ_STAT_EXPORT Regression : public BasicXyStatistics {
 public:
     Regression();
+    Regression(const Regression&) = default;
+    Regression(Regression&& other) noexcept;
+    Regression& operator=(const Regression&) = default;
+    Regression& operator=(Regression&& other) noexcept;
     ~Regression() override;
 
     /** Resets the paired record and the regression record. */
@@ -68,12 +72,19 @@ public:
 
 protected:
     regression_stat regressionResult;  ///< of the last analyse()
+
+private:
+    WQ_STAT_HIDDEN void exchangeMembers(Regression& other) noexcept;  // those of this class alone
 };
 
 /** y = a + b x. */
 class WQ_STAT_EXPORT LinearRegression : public Regression {
 public:
     LinearRegression();
+    LinearRegression(const LinearRegression&) = default;
+    LinearRegression(LinearRegression&& other) noexcept = default;
+    LinearRegression& operator=(const LinearRegression&) = default;
+    LinearRegression& operator=(LinearRegression&& other) noexcept = default;
     ~LinearRegression() override;
 
     void resetResult() override;
@@ -92,6 +103,10 @@ public:
 class WQ_STAT_EXPORT LogarithmicRegression : public Regression {
 public:
     LogarithmicRegression();
+    LogarithmicRegression(const LogarithmicRegression&) = default;
+    LogarithmicRegression(LogarithmicRegression&& other) noexcept = default;
+    LogarithmicRegression& operator=(const LogarithmicRegression&) = default;
+    LogarithmicRegression& operator=(LogarithmicRegression&& other) noexcept = default;
     ~LogarithmicRegression() override;
 
     bool analyseDataPair() override;
@@ -104,6 +119,10 @@ public:
 class WQ_STAT_EXPORT ExponentialRegression : public Regression {
 public:
     ExponentialRegression();
+    ExponentialRegression(const ExponentialRegression&) = default;
+    ExponentialRegression(ExponentialRegression&& other) noexcept = default;
+    ExponentialRegression& operator=(const ExponentialRegression&) = default;
+    ExponentialRegression& operator=(ExponentialRegression&& other) noexcept = default;
     ~ExponentialRegression() override;
 
     bool analyse() override;
@@ -117,6 +136,10 @@ public:
 class WQ_STAT_EXPORT PowerRegression : public Regression {
 public:
     PowerRegression();
+    PowerRegression(const PowerRegression&) = default;
+    PowerRegression(PowerRegression&& other) noexcept = default;
+    PowerRegression& operator=(const PowerRegression&) = default;
+    PowerRegression& operator=(PowerRegression&& other) noexcept = default;
     ~PowerRegression() override;
 
     bool analyse() override;

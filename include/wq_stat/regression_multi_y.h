@@ -44,6 +44,10 @@ struct regression_multi_y_stat {
 class WQ_STAT_EXPORT LinearRegressionMultiY : public SingleAnova {
 public:
     LinearRegressionMultiY();
+    LinearRegressionMultiY(const LinearRegressionMultiY&) = default;
+    LinearRegressionMultiY(LinearRegressionMultiY&& other) noexcept;
+    LinearRegressionMultiY& operator=(const LinearRegressionMultiY&) = default;
+    LinearRegressionMultiY& operator=(LinearRegressionMultiY&& other) noexcept;
     ~LinearRegressionMultiY() override;
 
     void resetResult() override;
@@ -92,6 +96,9 @@ protected:
     anova_source regression;                   ///< table row of the regression
     anova_source deviations;                   ///< table row of the deviations from the line
     bool computeRegression = true;             ///< whether a line is fitted
+
+private:
+    WQ_STAT_HIDDEN void exchangeMembers(LinearRegressionMultiY& other) noexcept;  // those of this class alone
 };
 
 }  // namespace wq_lib

@@ -59,6 +59,10 @@ public:
     using group_iterator = std::vector<anova_group>::iterator;
 
     SingleAnova();
+    SingleAnova(const SingleAnova&) = default;
+    SingleAnova(SingleAnova&& other) noexcept;
+    SingleAnova& operator=(const SingleAnova&) = default;
+    SingleAnova& operator=(SingleAnova&& other) noexcept;
     ~SingleAnova() override;
 
     /** resetAnova(). */
@@ -160,6 +164,9 @@ protected:
     std::size_t groupsCreated = 0;        ///< counter of created groups
     bool equal = true;                    ///< whether all groups have the same size
     int model = 2;                        ///< number of the Anova model, for the host
+
+private:
+    WQ_STAT_HIDDEN void exchangeMembers(SingleAnova& other) noexcept;  // those of this class alone
 };
 
 }  // namespace wq_lib

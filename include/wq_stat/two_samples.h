@@ -18,6 +18,10 @@ namespace wq_lib {
 class WQ_STAT_EXPORT TwoSamples : public BasicStatistics {
 public:
     TwoSamples();
+    TwoSamples(const TwoSamples&) = default;
+    TwoSamples(TwoSamples&& other) noexcept;
+    TwoSamples& operator=(const TwoSamples&) = default;
+    TwoSamples& operator=(TwoSamples&& other) noexcept;
     ~TwoSamples() override;
 
     /** Resets the records of both samples, but not F and what belongs to it. */
@@ -56,6 +60,9 @@ protected:
     double criticalF = 0.0;     ///< what F must stay below
     std::size_t df1 = 0;        ///< of the sample with the larger variance
     std::size_t df2 = 0;        ///< of the other sample
+
+private:
+    WQ_STAT_HIDDEN void exchangeMembers(TwoSamples& other) noexcept;  // those of this class alone
 };
 
 }  // namespace wq_lib

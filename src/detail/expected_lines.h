@@ -4,8 +4,8 @@
 
 #include "numbers/data_lines.h"
 #include "reserve_more.h"
+#include "where_memory_allows.h"
 
-#include <new>
 #include <vector>
 
 namespace wq_lib::detail {
@@ -14,10 +14,7 @@ namespace wq_lib::detail {
 template <typename Value>
 void reserveExpected(std::vector<Value>& list, const DataLines& lines)
 {
-    try {
-        reserveMore(list, lines.expectedLines());
-    } catch (const std::bad_alloc&) {
-    }
+    whereMemoryAllows([&] { reserveMore(list, lines.expectedLines()); });
 }
 
 }  // namespace wq_lib::detail
