@@ -210,8 +210,18 @@ double inverseBetaRatio(double alpha, double p, double q, double beta)
     return result(bracket.bisect([&](double middle) { return betaRatio(middle, p, q, beta) < a; }));
 }
 
+namespace {
+
+/** A function with what it remembers between its calls. */
+struct Remembering {
+    double (*function)(double x, void* state);
+    void* state;
+    double operator()(double x) const { return function(x, state); }
+};
+
 // The integral of f from a to b: extended Simpson's rule, A&S 25.4.6, the step halved until the sum settles.
-double simpsonIntegral(double (*f)(double), double a, double b)
+template <typename Function>
+double simpsonSum(Function f, double a, double b)
 {
     constexpr std::uint64_t mostSteps = std::uint64_t{1} << 30;
     const double h0 = (b - a) / 2.0;
@@ -234,19 +244,9 @@ double simpsonIntegral(double (*f)(double), double a, double b)
     return s / 3.0;
 }
 
-// The integral of f from a to b: Simpson's rule, A&S 25.4.5, on intervals halved until they agree with their halves (Kuncir 1962, McKeeman 1962).
-double quadratureIntegral(double (*f)(double), double a, double b)
-{
-    const double m = (a + b) / 2.0;
-    const double fa = f(a);
-    const double fb = f(b);
-    const double fm = f(m);
-    const double whole = ((b - a) / 2.0) * (fa + 4.0 * fm + fb) / 3.0;
-    return quadratureRecursion(f, a, b, m, fa, fb, fm, whole, 1e-9, 1);
-}
-
-double quadratureRecursion(double (*f)(double), double a, double b, double m, double fa, double fb, double fm, double whole,
-                           double tolerance, std::size_t depth)
+// One interval of the integral below, halved until it agrees with its halves.
+template <typename Function>
+double halved(Function f, double a, double b, double m, double fa, double fb, double fm, double whole, double tolerance, std::size_t depth)
 {
     constexpr std::size_t deepest = 64;
     if (depth > deepest) {
@@ -261,9 +261,43 @@ double quadratureRecursion(double (*f)(double), double a, double b, double m, do
     const double sum = left + right;
     if (!(std::fabs(sum - whole) > tolerance)) return sum;  // Lyness (1969) allows 15 times as much, and adds (sum - whole)/15: not here
 
-    const double leftHalf = quadratureRecursion(f, a, m, a + q, fa, fm, flm, left, tolerance / 2.0, depth + 1);
+    const double leftHalf = halved(f, a, m, a + q, fa, fm, flm, left, tolerance / 2.0, depth + 1);
     if (std::isnan(leftHalf)) return leftHalf;  // so will be the whole; the other half may take 2^64 steps to find out
-    return leftHalf + quadratureRecursion(f, m, b, b - q, fm, fb, frm, right, tolerance / 2.0, depth + 1);
+    return leftHalf + halved(f, m, b, b - q, fm, fb, frm, right, tolerance / 2.0, depth + 1);
+}
+
+// The integral of f from a to b: Simpson's rule, A&S 25.4.5, on intervals halved until they agree with their halves (Kuncir 1962, McKeeman 1962).
+template <typename Function>
+double quadrature(Function f, double a, double b)
+{
+    const double m = (a + b) / 2.0;
+    const double fa = f(a);
+    const double fb = f(b);
+    const double fm = f(m);
+    const double whole = ((b - a) / 2.0) * (fa + 4.0 * fm + fb) / 3.0;
+    return halved(f, a, b, m, fa, fb, fm, whole, 1e-9, 1);
+}
+
+}  // namespace
+
+double simpsonIntegral(double (*f)(double), double a, double b) { return simpsonSum(f, a, b); }
+
+double simpsonIntegral(double (*f)(double, void*), void* state, double a, double b) { return simpsonSum(Remembering{f, state}, a, b); }
+
+double quadratureIntegral(double (*f)(double), double a, double b) { return quadrature(f, a, b); }
+
+double quadratureIntegral(double (*f)(double, void*), void* state, double a, double b) { return quadrature(Remembering{f, state}, a, b); }
+
+double quadratureRecursion(double (*f)(double), double a, double b, double m, double fa, double fb, double fm, double whole,
+                           double tolerance, std::size_t depth)
+{
+    return halved(f, a, b, m, fa, fb, fm, whole, tolerance, depth);
+}
+
+double quadratureRecursion(double (*f)(double, void*), void* state, double a, double b, double m, double fa, double fb, double fm,
+                           double whole, double tolerance, std::size_t depth)
+{
+    return halved(Remembering{f, state}, a, b, m, fa, fb, fm, whole, tolerance, depth);
 }
 
 // P(X = k) = n!/(k! (n-k)!) p^k q^(n-k), q = 1 - p: from P(X = 0) = q^n by P(X = i + 1) = P(X = i) (n - i) p / ((i + 1) q).

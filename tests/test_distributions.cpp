@@ -23,6 +23,7 @@
 #include <random>
 #include <set>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -92,15 +93,17 @@ Call callable(double (*function)(Args...))
 
 // clang-format off
 #define WQ_FUNCTION(name) {#name, callable(&name)}
+#define WQ_INTEGRATOR(name) {#name, callable<Integrand, double, double>(&name)}
 const std::map<std::string, Call> functions = {
     WQ_FUNCTION(factorial),       WQ_FUNCTION(lnGamma),            WQ_FUNCTION(betaRatio),          WQ_FUNCTION(inverseBetaRatio),
-    WQ_FUNCTION(simpsonIntegral), WQ_FUNCTION(quadratureIntegral), WQ_FUNCTION(binomial),           WQ_FUNCTION(normalDensity),
+    WQ_INTEGRATOR(simpsonIntegral), WQ_INTEGRATOR(quadratureIntegral), WQ_FUNCTION(binomial),       WQ_FUNCTION(normalDensity),
     WQ_FUNCTION(normalProb),      WQ_FUNCTION(normalProbApprox),   WQ_FUNCTION(normalPercentPoint), WQ_FUNCTION(t_Prob),
     WQ_FUNCTION(t_PercentPoint),  WQ_FUNCTION(chiSquareProb),      WQ_FUNCTION(chiSquarePoint),     WQ_FUNCTION(F_Prob),
     WQ_FUNCTION(F_PercentPoint),  WQ_FUNCTION(z_TransformBig),     WQ_FUNCTION(z_TransformSmall),   WQ_FUNCTION(z_to_r),
     WQ_FUNCTION(D_GoodnessOfFit), WQ_FUNCTION(D_TwoSamples),       WQ_FUNCTION(D_Prob),             WQ_FUNCTION(rayleighsProb),
     WQ_FUNCTION(degreeToRadian),  WQ_FUNCTION(radianToDegree),     WQ_FUNCTION(computeResultant),   WQ_FUNCTION(computeAngle),
     WQ_FUNCTION(computeCircleArea)};
+#undef WQ_INTEGRATOR
 #undef WQ_FUNCTION
 // clang-format on
 
@@ -398,6 +401,66 @@ TEST(Distributions, quadratureRecursionReturnsAtDepth65)
     // Too rough an estimate at depth 64: the left half comes back as NaN with the message, the right half is not tried.
     EXPECT_EQ(printed([&] { value = quadratureRecursion(square, 0.0, 2.0, 1.0, 0.0, 4.0, 1.0, 3.0, 1e-9, 64); }), limitMessage);
     EXPECT_SAME_BITS(value, notANumber);
+}
+
+namespace {
+
+/** What a lambda with captures, an object that counts, a std::function and a function with a state stand for. */
+template <typename Integral>
+void expectSameBits(const std::string& what, Integrand f, Integral&& integral)
+{
+    SCOPED_TRACE(what);
+    const double expected = integral(f);
+    int calls = 0;
+    EXPECT_SAME_BITS(integral([f, &calls](double x) { return ++calls, f(x); }), expected);
+    EXPECT_GT(calls, 0);
+    EXPECT_SAME_BITS(integral(std::function<double(double)>(f)), expected);
+    struct Counting {
+        Integrand f;
+        int calls = 0;
+        double operator()(double x) { return ++calls, f(x); }
+    } counting{f};
+    EXPECT_SAME_BITS(integral(counting), expected);
+    EXPECT_EQ(counting.calls, calls) << "the object itself is called";
+}
+
+}  // namespace
+
+TEST(Distributions, integratorsTakeAnyCallable)
+{
+    for (const auto& [name, f] : integrands) {
+        for (const auto [a, b] : {std::pair{0.0, 2.0}, {-1.0, 1.0}, {1.0, 3.0}, {0.1, 7.3}, {3.0, -2.5}}) {
+            const std::string what = name + " from " + std::to_string(a) + " to " + std::to_string(b);
+            if (b - a == 2.0) expectSameBits(what, f, [a = a, b = b](auto&& g) { return simpsonIntegral(g, a, b); });
+            expectSameBits(what, f, [a = a, b = b](auto&& g) { return quadratureIntegral(g, a, b); });
+            expectSameBits(what, f, [a = a, b = b, f = f](auto&& g) {
+                return quadratureRecursion(g, a, b, (a + b) / 2.0, f(a), f(b), f((a + b) / 2.0), 1.0, 1e-6, 7);
+            });
+        }
+    }
+    EXPECT_EQ(printed([] { EXPECT_TRUE(std::isnan(quadratureIntegral([&](double x) { return poleAtAThird(x); }, -1.0, 1.0))); }),
+              limitMessage);
+    EXPECT_NEAR(quadratureIntegral([](float x) { return static_cast<int>(x); }, 1.25, 1.75), 0.5, 1e-15) << "an integer for a real";
+}
+
+TEST(Distributions, integratorsHandTheStateOn)
+{
+    double factor = 3.0;
+    const auto f = [](double x, void* state) { return *static_cast<double*>(state) * x; };
+    EXPECT_NEAR(simpsonIntegral(f, &factor, 0.0, 2.0), 6.0, 1e-14);
+    EXPECT_NEAR(quadratureIntegral(f, &factor, 0.0, 2.0), 6.0, 1e-14);
+    EXPECT_NEAR(quadratureRecursion(f, &factor, 0.0, 2.0, 1.0, 0.0, 6.0, 3.0, 6.0, 1e-9, 1), 6.0, 1e-14);
+}
+
+TEST(Distributions, anIntegrandMayIntegrateAndThrow)
+{
+    using Function = std::function<double(double)>;  // one type inside and outside
+    const Function plane = [](double x) { return quadratureIntegral(Function([x](double y) { return x * y; }), 0.0, 2.0); };
+    EXPECT_NEAR(quadratureIntegral(plane, 0.0, 1.0), 1.0, 1e-9);
+    int calls = 0;
+    const auto throwing = [&calls](double x) { return ++calls < 4 ? x * x * x * x : throw std::domain_error("left"); };
+    EXPECT_THROW(quadratureIntegral(throwing, 0.0, 1.0), std::domain_error);
+    EXPECT_EQ(calls, 4);
 }
 
 TEST(Distributions, binomialEdges)

@@ -7,6 +7,7 @@
 #include <wq_stat/export.h>
 
 #include <cstddef>
+#include <type_traits>
 
 // A host with an sqr or odd of its own defines WQ_STAT_NO_GLOBAL_NAMES, and has nothing of this library outside wq_lib. They are always
 // inlined, so that the linker does not take the one for the other in a static library.
@@ -128,6 +129,59 @@ WQ_STAT_EXPORT double quadratureIntegral(double (*f)(double), double a, double b
  */
 WQ_STAT_EXPORT double quadratureRecursion(double (*f)(double), double a, double b, double m, double fa, double fb, double fm, double whole,
                                           double tolerance, std::size_t depth);
+
+/** The integral of a function that is handed its state with each call. The same steps, and so the same bits. What f throws leaves the call. */
+WQ_STAT_EXPORT double simpsonIntegral(double (*f)(double x, void* state), void* state, double a, double b);
+
+/** The integral of a function that is handed its state with each call, as above. */
+WQ_STAT_EXPORT double quadratureIntegral(double (*f)(double x, void* state), void* state, double a, double b);
+
+/** One interval of it, with the parameters of the other one. */
+WQ_STAT_EXPORT double quadratureRecursion(double (*f)(double x, void* state), void* state, double a, double b, double m, double fa,
+                                          double fb, double fm, double whole, double tolerance, std::size_t depth);
+
+namespace detail {
+
+/** What may be called with a double and gives what a double can be made of. */
+template <typename Callable>
+using IfIntegrand = std::enable_if_t<std::is_invocable_r_v<double, Callable&, double>>;
+
+/** Calls f with a function and a state that stand for the callable. */
+template <typename Callable, typename Call>
+double withState(Callable& callable, Call&& call)
+{
+    auto evaluate = [&callable](double x) -> double { return callable(x); };
+    double (*const function)(double, void*) = [](double x, void* state) { return (*static_cast<decltype(evaluate)*>(state))(x); };
+    return call(function, &evaluate);
+}
+
+}  // namespace detail
+
+/**
+ * The integral of anything that can be called with a double: a lambda with captures, an object, a std::function. The library computes,
+ * whatever the options of the host; the bits are those of a function that returns the same values.
+ */
+template <typename Callable, typename = detail::IfIntegrand<Callable>>
+double simpsonIntegral(Callable&& f, double a, double b)
+{
+    return detail::withState(f, [=](auto* function, void* state) { return simpsonIntegral(function, state, a, b); });
+}
+
+/** The integral of anything that can be called with a double, as above. */
+template <typename Callable, typename = detail::IfIntegrand<Callable>>
+double quadratureIntegral(Callable&& f, double a, double b)
+{
+    return detail::withState(f, [=](auto* function, void* state) { return quadratureIntegral(function, state, a, b); });
+}
+
+/** One interval of it, with the parameters of the other one. */
+template <typename Callable, typename = detail::IfIntegrand<Callable>>
+double quadratureRecursion(Callable&& f, double a, double b, double m, double fa, double fb, double fm, double whole, double tolerance,
+                           std::size_t depth)
+{
+    return detail::withState(
+        f, [=](auto* function, void* state) { return quadratureRecursion(function, state, a, b, m, fa, fb, fm, whole, tolerance, depth); });
+}
 
 /**
  * Binomial probability P(X = k).

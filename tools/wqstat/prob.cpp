@@ -158,15 +158,17 @@ double exactRayleigh(double z, std::size_t n) { return wq_exact::rayleighUpperTa
 std::vector<Function> functions()
 {
     using namespace wq_lib;
+    using Integral = double (*)(Integrand, double, double);
+    using Interval = double (*)(Integrand, double, double, double, double, double, double, double, double, std::size_t);
     return {
         row("factorial", factorial, "n!; -1 above 170", "N"),
         row("lnGamma", lnGamma, "ln gamma(x) of an integer or half-integer; takes x steps", "X"),
         row("betaRatio", betaRatio, "incomplete beta function I_x(p, q); BETA is ln B(p, q)", "X", "P", "Q", "BETA"),
         row("inverseBetaRatio", inverseBetaRatio, "the x at which betaRatio is ALPHA", "ALPHA", "P", "Q", "BETA"),
-        row("simpsonIntegral", simpsonIntegral, "Simpson sum from a to b; may take seconds", "INTEGRAND", "A", "B"),
-        row("quadratureIntegral", quadratureIntegral, "integral from a to b by adaptive quadrature", "INTEGRAND", "A", "B"),
-        row("quadratureRecursion", quadratureRecursion, "one interval of quadratureIntegral", "INTEGRAND", "A", "B", "M", "FA", "FB", "FM",
-            "WHOLE", "TOLERANCE", "DEPTH"),
+        row("simpsonIntegral", Integral{simpsonIntegral}, "Simpson sum from a to b; may take seconds", "INTEGRAND", "A", "B"),
+        row("quadratureIntegral", Integral{quadratureIntegral}, "integral from a to b by adaptive quadrature", "INTEGRAND", "A", "B"),
+        row("quadratureRecursion", Interval{quadratureRecursion}, "one interval of quadratureIntegral", "INTEGRAND", "A", "B", "M", "FA",
+            "FB", "FM", "WHOLE", "TOLERANCE", "DEPTH"),
         row("binomial", binomial, "probability of k successes in n trials", "K", "N", "P"),
         row("normalDensity", normalDensity, "density of the standard normal distribution", "X"),
         beside(row("normalProb", normalProb, "standard normal distribution, lower tail", "X"), Is::probability, plain(wq_exact::normalCdf)),
