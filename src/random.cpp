@@ -72,6 +72,13 @@ void RandomCpp11::initialize()
     warmUp(1000);
 }
 
+void RandomCpp11::seed(unsigned int start)
+{
+    engine.seed(start);
+    setDraws(0);
+    warmUp(1000);
+}
+
 unsigned int RandomCpp11::getInteger()
 {
     ++draws;

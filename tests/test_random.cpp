@@ -147,6 +147,29 @@ TEST(Random, initializeStartsAgain)
     EXPECT_EQ(generator.getDraws(), 999u + 1 + 1 + 999 + 1) << "the counter goes on";
 }
 
+TEST(Random, seedStartsTheSequenceOfAnySeed)
+{
+    for (const unsigned start : {0u, 1u, 5489u, largest}) {
+        SCOPED_TRACE(start);
+        RandomCpp11 generator;
+        generator.getReal();
+        generator.warmUp(700);
+        generator.seed(start);
+        EXPECT_EQ(generator.getDraws(), 999u);
+        EXPECT_EQ(generator.getGeneratorName(), "Mersenne Twister");
+        Twister twister(start);
+        twister.skip(999);
+        for (int i = 0; i < 2000; ++i) ASSERT_EQ(generator.getInteger(), twister.next()) << i;
+        EXPECT_EQ(generator.getDraws(), 2999u);
+    }
+    RandomCpp11 standard;
+    standard.seed(5489);
+    standard.warmUp(9001);  // 9000 draws
+    EXPECT_EQ(standard.getInteger(), 4123659995u) << "the 10000th, prescribed by the C++ standard";
+    standard.initialize();
+    EXPECT_EQ(standard.getInteger(), RandomCpp11().getInteger()) << "that of seed 0 again";
+}
+
 TEST(Random, reals)
 {
     RandomCpp11 generator;

@@ -75,6 +75,13 @@ public:
     /** Seeds with 0 and discards 999 draws. */
     void initialize() override;
 
+    /**
+     * Starts the sequence of another seed as a new object starts that of 0: discards 999 draws, and counts from there, so that
+     * getDraws() is 999 then, whatever was drawn before.
+     * @param start any number; 0 gives the state of a new object.
+     */
+    void seed(unsigned int start);
+
     using RandomGenerator::getInteger;
     unsigned int getInteger() override;
     unsigned int getInteger(unsigned int n) override;

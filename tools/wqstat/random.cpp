@@ -21,16 +21,6 @@ namespace {
 
 constexpr std::size_t largestInteger = std::numeric_limits<unsigned int>::max();
 
-/** The library's generator, started from any seed as it starts itself from 0. */
-class Generator final : public wq_lib::RandomCpp11 {
-public:
-    void start(unsigned int seed)
-    {
-        engine.seed(seed);
-        warmUp(1000);
-    }
-};
-
 class RandomNumbers final : public Command {
     void declare(CLI::App& app) override
     {
@@ -65,8 +55,8 @@ class RandomNumbers final : public Command {
         if (std::none_of(kinds.begin(), kinds.end(), [](const CLI::Option* kind) { return kind->count() > 0; }))
             throw WrongUsage("one of --integers, --reals and --weights is required");
         if (low > high) throw WrongUsage("--low: " + std::to_string(low) + " is more than --high " + std::to_string(high));
-        Generator generator;
-        generator.start(static_cast<unsigned int>(seed));
+        wq_lib::RandomCpp11 generator;
+        generator.seed(static_cast<unsigned int>(seed));
         print(integers,
               [&] { return std::to_string(generator.getInteger(static_cast<unsigned int>(low), static_cast<unsigned int>(high))); });
         print(reals, [&] { return shortest(generator.getReal()); });
