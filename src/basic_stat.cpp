@@ -107,6 +107,17 @@ std::size_t BasicStatistics::copyFrom(std::vector<double> values)
 bool BasicStatistics::readDataFile()
 {
     detail::DataLines lines(dataFile, detail::EndMarker::endsData);
+    return readLines(lines);
+}
+
+bool BasicStatistics::readData(std::istream& stream)
+{
+    detail::DataLines lines(stream, detail::EndMarker::endsData);
+    return readLines(lines);
+}
+
+bool BasicStatistics::readLines(detail::DataLines& lines)
+{
     if (!lines.isOpen()) return false;
     detail::reserveExpected(data, lines);
     for (;;) {
@@ -325,6 +336,13 @@ void BasicStatistics::reportConsole()
     report.emptyLine();
     report.emptyLine();
     display(report.text());
+}
+
+std::ostream& BasicStatistics::report(std::ostream& stream)
+{
+    const DisplayTo there(stream);
+    reportConsole();
+    return stream;
 }
 
 void BasicStatistics::listData(std::size_t from, std::size_t to)

@@ -95,6 +95,17 @@ std::size_t BasicXyStatistics::copyFrom(std::vector<data_pair> values)
 bool BasicXyStatistics::readDataFile()
 {
     detail::DataLines lines(dataFile, detail::EndMarker::endsData);
+    return readLines(lines);
+}
+
+bool BasicXyStatistics::readData(std::istream& stream)
+{
+    detail::DataLines lines(stream, detail::EndMarker::endsData);
+    return readLines(lines);
+}
+
+bool BasicXyStatistics::readLines(detail::DataLines& lines)
+{
     if (!lines.isOpen()) return false;
     detail::reserveExpected(pairs, lines);
     for (;;) {

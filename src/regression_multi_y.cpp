@@ -57,6 +57,17 @@ void LinearRegressionMultiY::exchangeMembers(LinearRegressionMultiY& other) noex
 bool LinearRegressionMultiY::readSeriesFile(const std::string& fileName)
 {
     detail::DataLines lines(fileName, detail::EndMarker::isData);
+    return readLines(lines);
+}
+
+bool LinearRegressionMultiY::readSeries(std::istream& stream)
+{
+    detail::DataLines lines(stream, detail::EndMarker::isData);
+    return readLines(lines);
+}
+
+bool LinearRegressionMultiY::readLines(detail::DataLines& lines)
+{
     if (!lines.isOpen()) return false;
     pairs.clear();
     int count = 0;  // holds until a line names another

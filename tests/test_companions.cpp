@@ -21,6 +21,7 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -110,6 +111,33 @@ TEST(Console, theStateOfTheStreamHasNoInfluenceAndStays)
 }
 
 // ---------------------------------------------------------------- text
+
+TEST(Console, displayToAnotherStream)
+{
+    std::ostringstream outer, inner;
+    const auto write = [] {
+        wq_lib::display("a");
+        wq_lib::message("b");
+        wq_lib::errorMessage("c");
+    };
+    const auto here = [&](const char* expected) {
+        EXPECT_EQ(printedToError([&] { EXPECT_EQ(printed(write), expected); }), "c\n") << "errors stay where they are";
+    };
+    here("ab\n");
+    {
+        const wq_lib::DisplayTo first(outer);
+        here("");
+        {
+            const wq_lib::DisplayTo second(inner);
+            here("");
+            std::thread([&] { here("ab\n"); }).join();
+        }
+        here("");
+    }
+    here("ab\n");
+    EXPECT_EQ(outer.str(), "ab\nab\n");
+    EXPECT_EQ(inner.str(), "ab\n");
+}
 
 TEST(Text, replicateChar)
 {

@@ -14,10 +14,14 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <ios>
+#include <istream>
 #include <limits>
 #include <memory>
 #include <random>
+#include <sstream>
 #include <stdexcept>
+#include <streambuf>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -80,36 +84,46 @@ struct Series : LinearRegressionMultiY {
     std::size_t capacity() const { return pairs.capacity(); }
 };
 
+// What a new object makes of a file that is named; the same from a stream.
+template <typename Sample, typename Named, typename Streamed>
+Reading readBothWays(const std::string& path, Named&& byName, Streamed&& fromStream)
+{
+    const auto readingOf = [](Sample& sample, const Ends ends) {
+        Reading r = sample.reading();
+        r.ends = ends;
+        EXPECT_EQ(sample.getSampleSize(), r.data.size());
+        return r;
+    };
+    Sample named, streamed;
+    const Reading reading = readingOf(named, endOf([&] { return byName(named, path); }));
+    std::ifstream stream(path, std::ios::binary);
+    const Reading again = readingOf(streamed, endOf([&] { return fromStream(streamed, stream); }));
+    EXPECT_TRUE(same(reading, again)) << reading << "\nfrom a stream: " << again;
+    EXPECT_EQ(named.getDataEnd(), streamed.getDataEnd());
+    const bool countsOn = !wq_test::isPaired<Sample> || named.getSampleSize() == 0;  // the univariate add leaves the end one past the last
+    EXPECT_EQ(named.getDataEnd(), countsOn ? named.getSampleSize() : named.getSampleSize() - 1);
+    return reading;
+}
+
 Reading readOneSample(const std::string& path)
 {
-    OneSample sample;
-    const Ends ends = endOf([&] { return sample.readDataFile(path); });
-    Reading r = sample.reading();
-    r.ends = ends;
-    EXPECT_EQ(sample.getSampleSize(), r.data.size());
-    EXPECT_EQ(sample.getDataEnd(), r.data.size());
-    return r;
+    return readBothWays<OneSample>(
+        path, [](OneSample& sample, const std::string& name) { return sample.readDataFile(name); },
+        [](OneSample& sample, std::istream& stream) { return sample.readData(stream); });
 }
 
 Reading readPairs(const std::string& path)
 {
-    Pairs sample;
-    const Ends ends = endOf([&] { return sample.readDataFile(path); });
-    Reading r = sample.reading();
-    r.ends = ends;
-    EXPECT_EQ(sample.getSampleSize(), r.data.size());
-    EXPECT_EQ(sample.getDataEnd(), r.data.empty() ? 0 : r.data.size() - 1);
-    return r;
+    return readBothWays<Pairs>(
+        path, [](Pairs& sample, const std::string& name) { return sample.readDataFile(name); },
+        [](Pairs& sample, std::istream& stream) { return sample.readData(stream); });
 }
 
 Reading readSeries(const std::string& path)
 {
-    Series sample;
-    const Ends ends = endOf([&] { return sample.readSeriesFile(path); });
-    Reading r = sample.reading();
-    r.ends = ends;
-    EXPECT_EQ(sample.getSampleSize(), r.data.size());
-    return r;
+    return readBothWays<Series>(
+        path, [](Series& sample, const std::string& name) { return sample.readSeriesFile(name); },
+        [](Series& sample, std::istream& stream) { return sample.readSeries(stream); });
 }
 
 struct Reader {
@@ -505,6 +519,90 @@ TYPED_TEST(EachAnalysis, readsItsOwnFormat)
     check(throughTheBase);
     EXPECT_EQ(base.getDataFile(), path);
     EXPECT_FALSE(base.readDataFile(folder.path("missing.txt")));
+}
+
+// ---------------------------------------------------------------- streams
+
+TEST(DataStreams, areReadFromWhereTheyStand)
+{
+    std::istringstream stream("title\n1;2\n#a\n<<\n3;4\n");
+    std::string title;
+    std::getline(stream, title);
+    Pairs pairs;
+    pairs.add(9, 9);
+    pairs.setDataFile("name");
+    EXPECT_TRUE(pairs.readData(stream));
+    EXPECT_EQ(pairs.reading().data, (std::vector<Pair>{{9, 9}, {1, 2}}));
+    EXPECT_EQ(pairs.getComment(), "a");
+    EXPECT_EQ(pairs.getDataFile(), "name") << "of a file only";
+}
+
+TEST(DataStreams, withoutAnythingInThem)
+{
+    std::istringstream empty, ended("x");
+    ended.get();
+    ASSERT_EQ(ended.peek(), std::istringstream::traits_type::eof());
+    for (std::istream* const stream : {static_cast<std::istream*>(&empty), static_cast<std::istream*>(&ended)}) {
+        OneSample sample;
+        EXPECT_TRUE(sample.readData(*stream));
+        EXPECT_EQ(sample.getSampleSize(), 0u);
+    }
+}
+
+TEST(DataStreams, thatHaveFailedAreNotRead)
+{
+    std::istringstream stream("1;2\n");
+    stream.setstate(std::ios::failbit);
+    OneSample sample;
+    Series series;
+    series.add(1, 1);
+    EXPECT_FALSE(sample.readData(stream));
+    EXPECT_FALSE(Pairs().readData(stream));
+    EXPECT_FALSE(series.readSeries(stream));
+    EXPECT_EQ(sample.getSampleSize(), 0u);
+    EXPECT_EQ(series.reading().data, (std::vector<Pair>{{1, 1}})) << "kept";
+    stream.clear();
+    EXPECT_TRUE(series.readSeries(stream));
+    EXPECT_EQ(series.reading().data, (std::vector<Pair>{})) << "replaced by a line without a count";
+}
+
+TEST(DataStreams, thatFailLoseTheLastLine)
+{
+    class FailingBuffer : public std::streambuf {
+        std::string text = "1\n2\n3";
+        int blocks = 0;
+        int_type underflow() override
+        {
+            if (++blocks > 1) throw std::runtime_error("the disk is gone");
+            setg(text.data(), text.data(), text.data() + text.size());
+            return traits_type::to_int_type(text.front());
+        }
+    };
+    FailingBuffer quietly, loudly;
+    std::istream stream(&quietly);
+    OneSample sample;
+    EXPECT_FALSE(sample.readData(stream));
+    EXPECT_TRUE(stream.bad());
+
+    std::istream throwing(&loudly);
+    throwing.exceptions(std::ios::badbit);
+    EXPECT_THROW(sample.readData(throwing), std::runtime_error);
+}
+
+TYPED_TEST(EachAnalysis, readsItsOwnFormatFromAStream)
+{
+    TypeParam fromFile, fromStream;
+    const TempFolder folder;
+    const std::string text = "#a\n1.5;2\n#b\n3;4\n<<\n5;6\n";
+    ASSERT_TRUE(fromFile.readDataFile(folder.write("data.txt", text)));
+    std::istringstream stream(text);
+    ASSERT_TRUE(fromStream.readData(stream));
+    ASSERT_EQ(fromStream.getSampleSize(), 2u);
+    EXPECT_EQ(fromStream.getComment(), fromFile.getComment());
+    if constexpr (wq_test::isPaired<TypeParam>)
+        EXPECT_EQ(fromStream.getDataPair(1).y, 4.0);
+    else
+        EXPECT_EQ(fromStream.getDataPoint(1), 3.0);
 }
 
 // ---------------------------------------------------------------- files in quantity

@@ -1,5 +1,6 @@
 // What holds for the objects of every analysis class: empty and tiny samples, settings of all kinds, what persists, copies.
 #include <wq_stat/wq_stat.h>
+#include <wq_udf/console.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,8 +12,12 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <functional>
+#include <iomanip>
+#include <ios>
 #include <limits>
+#include <locale>
 #include <map>
 #include <memory>
 #include <new>
@@ -773,6 +778,54 @@ TEST(LifeCycle, copiesAreIndependent)
         T again = moved;
         EXPECT_EQ(told(again, folder), before);
     });
+}
+
+// ---------------------------------------------------------------- reports elsewhere
+
+TEST(LifeCycle, reportsGoToAnyStream)
+{
+    class Commas : public std::numpunct<char> {
+        char do_decimal_point() const override { return ','; }
+        char do_thousands_sep() const override { return '.'; }
+        std::string do_grouping() const override { return "\1"; }
+    };
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        SCOPED_TRACE(c.name);
+        T object = wq_test::analysed<T>(12, "comment");
+        const std::string expected = printed([&] { object.reportConsole(); });
+        std::ostringstream stream;
+        stream.imbue(std::locale(std::locale::classic(), new Commas));
+        stream << std::hex << std::showpos << std::setfill('*') << std::setw(100);
+        BasicStatistics& root = object;
+        EXPECT_EQ(printed([&] { EXPECT_EQ(&root.report(stream), &stream); }), "");
+        EXPECT_EQ(stream.str(), expected);
+        EXPECT_EQ(printed([&] { object.reportConsole(); }), expected) << "standard output again";
+
+        const auto tables = [&] {
+            object.listData(0, 5);
+            if constexpr (std::is_base_of_v<SingleAnova, T>) object.testResults();
+            if constexpr (std::is_base_of_v<KolmogorovSmirnov2, T>) object.listFrequencies();
+        };
+        std::ostringstream more;
+        {
+            const DisplayTo there(more);
+            EXPECT_EQ(printed(tables), "");
+        }
+        EXPECT_EQ(more.str(), printed(tables));
+        EXPECT_NE(more.str(), "");
+    });
+}
+
+TEST(LifeCycle, aStreamTellsThatAReportDidNotReachIt)
+{
+    std::ofstream nowhere;
+    BasicStatistics sample = wq_test::analysed<BasicStatistics>(9);
+    EXPECT_FALSE(sample.report(nowhere).good());
+    std::ofstream throwing;
+    throwing.exceptions(std::ios::badbit);
+    EXPECT_THROW(sample.report(throwing), std::ios::failure);
+    EXPECT_NE(printed([&] { sample.reportConsole(); }), "") << "standard output again";
 }
 
 // ---------------------------------------------------------------- moves

@@ -7,10 +7,15 @@
 #include <wq_stat/export.h>
 
 #include <cstddef>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
 namespace wq_lib {
+
+namespace detail {
+class DataLines;
+}
 
 /** A pair of limits. */
 template <typename T>
@@ -131,6 +136,13 @@ public:
     /** Prints the results of the last analyse() to the console. */
     virtual void reportConsole();
 
+    /**
+     * Writes what reportConsole() of the object's own class prints to a stream instead. Flags, width and locale of the stream have no influence.
+     * Listings and tables go to a stream by DisplayTo (wq_udf/console.h), as this does.
+     * @return the stream, whose state tells whether everything was written.
+     */
+    std::ostream& report(std::ostream& stream);
+
     /** Prints the observations with indices from ... to (inclusive), in stored order; the message "No data" for an empty sample. */
     void listData(std::size_t from, std::size_t to);
 
@@ -196,6 +208,14 @@ public:
     /** Appends an observation and sets dataEnd one past the last index, which analyse() and exportToR correct. @return true. */
     bool add(double x);
 
+    /**
+     * Adds the observations that a stream holds from where it stands, by the rules of readDataFile(). It is read in blocks, and so beyond
+     * a line that ends the data. One sample: the paired analyses have their own, which is not virtual either.
+     * @return false when the stream had failed before, or when reading it fails.
+     * @throws what readDataFile() throws, and what the stream is set to throw at its end or when reading fails.
+     */
+    bool readData(std::istream& stream);
+
     /** Appends the values. @return the number of observations now held. */
     std::size_t copyFrom(std::vector<double> values);
 
@@ -259,6 +279,7 @@ protected:
     bool negative = false;                 ///< whether a negative value was met
 
 private:
+    WQ_STAT_HIDDEN bool readLines(detail::DataLines& lines);
     WQ_STAT_HIDDEN void exchangeMembers(BasicStatistics& other) noexcept;  // those of this class alone
 };
 

@@ -7,6 +7,7 @@
 #include <wq_stat/basic_stat.h>
 
 #include <cstddef>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -99,6 +100,14 @@ public:
     /** Appends a pair and sets dataEnd to its index. @return true. */
     bool add(double x, double y);
 
+    /**
+     * Adds the pairs that a stream holds from where it stands, by the rules of readDataFile(). It is read in blocks, and so beyond a line
+     * that ends the data.
+     * @return false when the stream had failed before, or when reading it fails.
+     * @throws what readDataFile() throws, and what the stream is set to throw at its end or when reading fails.
+     */
+    bool readData(std::istream& stream);
+
     /** Appends the pairs. @return the number of pairs now held. */
     std::size_t copyFrom(std::vector<data_pair> values);
 
@@ -113,6 +122,7 @@ protected:
     xy_stat xyResult;              ///< of the last analyse()
 
 private:
+    WQ_STAT_HIDDEN bool readLines(detail::DataLines& lines);
     WQ_STAT_HIDDEN void exchangeMembers(BasicXyStatistics& other) noexcept;  // those of this class alone
 };
 

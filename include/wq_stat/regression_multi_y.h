@@ -7,6 +7,7 @@
 #include <wq_stat/single_anova.h>
 
 #include <cstddef>
+#include <iosfwd>
 #include <string>
 
 namespace wq_lib {
@@ -72,6 +73,13 @@ public:
      */
     bool readSeriesFile(const std::string& fileName);
 
+    /**
+     * The same from a stream, from where it stands to its end.
+     * @return false when the stream had failed before, with the pairs untouched, or when reading it fails.
+     * @throws what readSeriesFile() throws, and what the stream is set to throw at its end or when reading fails.
+     */
+    bool readSeries(std::istream& stream);
+
     /** Overwritten by analyse() with its own decision. */
     void setComputeRegression(bool on) { computeRegression = on; }
     bool isComputeRegression() const { return computeRegression; }  ///< whether a line was fitted
@@ -98,6 +106,7 @@ protected:
     bool computeRegression = true;             ///< whether a line is fitted
 
 private:
+    WQ_STAT_HIDDEN bool readLines(detail::DataLines& lines);
     WQ_STAT_HIDDEN void exchangeMembers(LinearRegressionMultiY& other) noexcept;  // those of this class alone
 };
 

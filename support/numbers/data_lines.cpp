@@ -51,10 +51,14 @@ DataLines::DataLines(const std::string& fileName, EndMarker endMarker) : marker(
     expected = static_cast<std::size_t>(std::min((size / blockSize + 1) * inBlock, mostExpectedLines));
 }
 
-DataLines::DataLines(std::istream& stream, EndMarker endMarker) : source(&stream), marker(endMarker) { begin(); }
+DataLines::DataLines(std::istream& stream, EndMarker endMarker) : source(stream.fail() ? nullptr : &stream), marker(endMarker)
+{
+    if (isOpen()) begin();
+}
 
 void DataLines::begin()
 {
+    finished = false;
     block.resize(blockSize + plainDecimalSlack);
     refill();
 }

@@ -24,13 +24,13 @@ public:
     /** Opens a file; a directory cannot be opened. */
     DataLines(const std::string& fileName, EndMarker marker);
 
-    /** Reads a stream, which stays with the caller. */
+    /** Reads a stream, which stays with the caller, from where it stands; in blocks, so that it is read beyond the end of the data. */
     DataLines(std::istream& stream, EndMarker marker);
 
     DataLines(const DataLines&) = delete;
     DataLines& operator=(const DataLines&) = delete;
 
-    /** False when the file could not be opened. */
+    /** False when the file could not be opened, and when the stream had failed before. */
     bool isOpen() const { return source != nullptr; }
 
     /** Moves to the next line. @return false at the end of the data. */
@@ -92,7 +92,7 @@ private:
     std::size_t firstZero = 0;
     bool comment = false;
     bool cut = false;
-    bool finished = false;
+    bool finished = true;  // until there is something to read
     bool failed = false;
 };
 
