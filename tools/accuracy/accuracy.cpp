@@ -1,20 +1,9 @@
-// Measures how far the library's distribution functions lie from the exact ones, and writes the page docs/accuracy.md.
+// Measures how far the library's distribution functions lie from the exact ones, and writes the first part of docs/accuracy.md.
 //
-// Usage: accuracy FOLDER   the page goes to standard output, the data behind its plots to the folder
+// Usage: accuracy FOLDER   the text goes to standard output, the data behind its plots to the folder
 
+#include <wq_exact/distributions.h>
 #include <wq_stat/distributions.h>
-
-#include <boost/math/constants/constants.hpp>
-#include <boost/math/distributions/binomial.hpp>
-#include <boost/math/distributions/chi_squared.hpp>
-#include <boost/math/distributions/fisher_f.hpp>
-#include <boost/math/distributions/normal.hpp>
-#include <boost/math/distributions/students_t.hpp>
-#include <boost/math/policies/policy.hpp>
-#include <boost/math/special_functions/bessel.hpp>
-#include <boost/math/special_functions/beta.hpp>
-#include <boost/math/special_functions/factorials.hpp>
-#include <boost/math/special_functions/gamma.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -31,15 +20,7 @@
 
 namespace {
 
-// Plain doubles: the quantiles of F fail in long double at some everyday points.
-using Policy = boost::math::policies::policy<boost::math::policies::promote_double<false>>;
-using Fisher = boost::math::fisher_f_distribution<double, Policy>;
-
-using boost::math::cdf;
-using boost::math::complement;
-using boost::math::quantile;
-
-constexpr double pi = boost::math::constants::pi<double>();
+constexpr double pi = 3.14159265358979323846;
 
 using Degrees = std::vector<std::size_t>;
 const Degrees evenDegrees = {2, 4, 6, 8, 10, 12, 16, 20, 24, 30, 40, 60, 100, 200, 500, 1000};
@@ -134,11 +115,11 @@ std::string arguments(std::initializer_list<double> values)
     return list;
 }
 
-double exactF(double f, std::size_t df1, std::size_t df2) { return cdf(Fisher(static_cast<double>(df1), static_cast<double>(df2)), f); }
+double exactF(double f, std::size_t df1, std::size_t df2) { return wq_exact::fCdf(f, static_cast<double>(df1), static_cast<double>(df2)); }
 
 double exactFPoint(double p, std::size_t df1, std::size_t df2)
 {
-    return quantile(Fisher(static_cast<double>(df1), static_cast<double>(df2)), p);
+    return wq_exact::fQuantile(p, static_cast<double>(df1), static_cast<double>(df2));
 }
 
 void tProb(const char* grid, const Degrees& degrees)
@@ -146,8 +127,7 @@ void tProb(const char* grid, const Degrees& degrees)
     Row row("t_Prob", grid, Measure::absolute, "regressions (pB), correlation, several y per x");
     for (const std::size_t df : degrees)
         for (double t = 0.0; t <= 6.0; t += 0.25)
-            row.take(arguments("%g, %zu, false", t, df), wq_lib::t_Prob(t, df, false),
-                     2.0 * cdf(complement(boost::math::students_t(static_cast<double>(df)), t)));
+            row.take(arguments("%g, %zu, false", t, df), wq_lib::t_Prob(t, df, false), wq_exact::tTwoSided(t, static_cast<double>(df)));
     row.print();
 }
 
@@ -157,7 +137,7 @@ void tPercentPoint(const char* grid, const Degrees& degrees)
     for (const std::size_t df : degrees)
         for (const double alpha : {0.2, 0.1, 0.05, 0.025, 0.02, 0.01, 0.005, 0.001})
             row.take(arguments("%g, %zu", alpha, df), wq_lib::t_PercentPoint(alpha, df),
-                     quantile(complement(boost::math::students_t(static_cast<double>(df)), alpha / 2.0)));
+                     wq_exact::tTwoSidedQuantile(alpha, static_cast<double>(df)));
     row.print();
 }
 
@@ -185,6 +165,15 @@ void fPercentPoint(const char* grid, const std::vector<double>& levels, const De
 
 double lnBeta(double p, double q) { return wq_lib::lnGamma(p) + wq_lib::lnGamma(q) - wq_lib::lnGamma(p + q); }
 
+/** The incomplete beta function is the distribution of f p / (f p + q), F with 2p and 2q degrees of freedom. */
+double exactBeta(double x, double p, double q) { return wq_exact::fCdf(q * x / (p * (1.0 - x)), 2.0 * p, 2.0 * q); }
+
+double exactBetaPoint(double level, double p, double q)
+{
+    const double f = wq_exact::fQuantile(level, 2.0 * p, 2.0 * q);
+    return p * f / (p * f + q);
+}
+
 const std::vector<double> wholeShapes = {1, 2, 3, 5, 10, 30, 100};
 const std::vector<double> halfShapes = {0.5, 1.5, 2.5, 5.5, 10.5, 30.5, 100.5};
 
@@ -194,8 +183,8 @@ void betaRatio(const char* grid, const std::vector<double>& ps, const std::vecto
     for (const double p : ps)
         for (const double q : qs)
             for (const double level : probabilities) {
-                const double x = boost::math::ibeta_inv(p, q, level, Policy());
-                row.take(arguments({x, p, q}) + ", ln B", wq_lib::betaRatio(x, p, q, lnBeta(p, q)), boost::math::ibeta(p, q, x, Policy()));
+                const double x = exactBetaPoint(level, p, q);
+                row.take(arguments({x, p, q}) + ", ln B", wq_lib::betaRatio(x, p, q, lnBeta(p, q)), exactBeta(x, p, q));
             }
     row.print();
 }
@@ -208,7 +197,7 @@ void inverseBetaRatio(const char* grid, const std::vector<double>& levels, bool 
             for (const double level : levels)
                 if ((p == q) == sameShapes)
                     row.take(arguments({level, p, q}) + ", ln B", wq_lib::inverseBetaRatio(level, p, q, lnBeta(p, q)),
-                             boost::math::ibeta_inv(p, q, level, Policy()));
+                             exactBetaPoint(level, p, q));
     row.print();
 }
 
@@ -222,17 +211,6 @@ void writeCurve(const std::string& fileName, const std::vector<double>& abscissa
         std::snprintf(line, sizeof line, "%.6g %.6g %.6g\n", x, library(x), exact(x));
         file << line;
     }
-}
-
-double kolmogorovQ(double lambda)
-{
-    double sum = 0.0;
-    if (lambda < 1.0) {
-        for (int k = 1; k < 40; k += 2) sum += std::exp(-(k * k) * pi * pi / (8.0 * lambda * lambda));
-        return 1.0 - std::sqrt(2.0 * pi) / lambda * sum;
-    }
-    for (int j = 1; j < 40; ++j) sum += (j % 2 == 1 ? 2.0 : -2.0) * std::exp(-2.0 * j * j * lambda * lambda);
-    return sum;
 }
 
 /** P(D < d) of n values against a continuous distribution, by the matrix of Durbin as Marsaglia, Tsang and Wang (2003) fill it. */
@@ -322,9 +300,7 @@ double criticalD(double alpha, double about, double steps, const std::function<d
 double rayleighExact(double z, std::size_t n)
 {
     const double r = std::sqrt(z * static_cast<double>(n));
-    const auto f = [r, n](double t) {
-        return boost::math::cyl_bessel_j(1, r * t) * std::pow(boost::math::cyl_bessel_j(0, t), static_cast<double>(n));
-    };
+    const auto f = [r, n](double t) { return std::cyl_bessel_j(1.0, r * t) * std::pow(std::cyl_bessel_j(0.0, t), static_cast<double>(n)); };
     constexpr int intervals = 4000;
     const double end = n < 50 ? 40.0 : 2.4;  // there the power is below 1e-6, and the rest of the integral with it
     double sum = f(0.0) + f(end);
@@ -332,10 +308,25 @@ double rayleighExact(double z, std::size_t n)
     return 1.0 - r * sum * end / intervals / 3.0;
 }
 
+double exactFactorial(unsigned n)
+{
+    long double product = 1.0L;
+    for (unsigned i = 2; i <= n; ++i) product *= static_cast<long double>(i);
+    return static_cast<double>(product);
+}
+
+double exactBinomial(std::size_t k, std::size_t n, double p)
+{
+    const auto lnFactorial = [](std::size_t i) { return std::lgamma(static_cast<long double>(i) + 1.0L); };
+    const long double successes = static_cast<long double>(k) * std::log(static_cast<long double>(p));
+    const long double failures = static_cast<long double>(n - k) * std::log1p(-static_cast<long double>(p));
+    return static_cast<double>(std::exp(lnFactorial(n) - lnFactorial(k) - lnFactorial(n - k) + successes + failures));
+}
+
 void factorials()
 {
     Row row("factorial", "n = 0 ... 170", Measure::relative, "(for hosts)");
-    for (unsigned n = 0; n <= 170; ++n) row.take(arguments({1.0 * n}), wq_lib::factorial(n), boost::math::factorial<double>(n));
+    for (unsigned n = 0; n <= 170; ++n) row.take(arguments({1.0 * n}), wq_lib::factorial(n), exactFactorial(n));
     row.print();
 }
 
@@ -373,7 +364,7 @@ void binomialProbabilities()
     for (const std::size_t n : Degrees{1, 5, 10, 50, 100, 1000})
         for (const double p : {0.01, 0.1, 0.3, 0.5})
             for (std::size_t k = 0; k <= n; k += std::max<std::size_t>(1, n / 20)) {
-                const double exact = pdf(boost::math::binomial(static_cast<double>(n), p), static_cast<double>(k));
+                const double exact = exactBinomial(k, n, p);
                 if (exact > 1e-12)
                     row.take(arguments({static_cast<double>(k), static_cast<double>(n), p}), wq_lib::binomial(k, n, p), exact);
             }
@@ -383,8 +374,7 @@ void binomialProbabilities()
 void normalDensities()
 {
     Row row("normalDensity", "x = -5 ... 5", Measure::relative, "normalProb");
-    const boost::math::normal normal;
-    for (double x = -5.0; x <= 5.0; x += 0.125) row.take(arguments({x}), wq_lib::normalDensity(x), pdf(normal, x));
+    for (double x = -5.0; x <= 5.0; x += 0.125) row.take(arguments({x}), wq_lib::normalDensity(x), wq_exact::normalDensity(x));
     row.print();
 }
 
@@ -480,20 +470,19 @@ void printFurther()
 
 void normals()
 {
-    const boost::math::normal normal;
     {
         Row row("normalProb", "x = -5 ... 5", Measure::absolute, "(for hosts)");
-        for (double x = -5.0; x <= 5.0; x += 0.125) row.take(arguments("%g", x, 0), wq_lib::normalProb(x), cdf(normal, x));
+        for (double x = -5.0; x <= 5.0; x += 0.125) row.take(arguments("%g", x, 0), wq_lib::normalProb(x), wq_exact::normalCdf(x));
         row.print();
     }
     {
         Row row("normalProbApprox", "x = -5 ... 5", Measure::absolute, "(for hosts)");
-        for (double x = -5.0; x <= 5.0; x += 0.125) row.take(arguments("%g", x, 0), wq_lib::normalProbApprox(x), cdf(normal, x));
+        for (double x = -5.0; x <= 5.0; x += 0.125) row.take(arguments("%g", x, 0), wq_lib::normalProbApprox(x), wq_exact::normalCdf(x));
         row.print();
     }
     {
         Row row("normalPercentPoint", "p = 0.001 ... 0.999", Measure::absolute, "all critical values of t and chi-square");
-        for (const double p : probabilities) row.take(arguments("%g", p, 0), wq_lib::normalPercentPoint(p), quantile(normal, p));
+        for (const double p : probabilities) row.take(arguments("%g", p, 0), wq_lib::normalPercentPoint(p), wq_exact::normalQuantile(p));
         row.print();
     }
 }
@@ -504,9 +493,8 @@ void chiSquares()
         Row row("chiSquareProb", "df 1 ... 1001, p = 0.001 ... 0.999", Measure::absolute, "goodness of fit (p)");
         for (const std::size_t df : allDegrees)
             for (const double p : probabilities) {
-                const boost::math::chi_squared distribution(static_cast<double>(df));
-                const double x = quantile(distribution, p);
-                row.take(arguments("%.4g, %zu", x, df), wq_lib::chiSquareProb(x, df), cdf(distribution, x));
+                const double x = wq_exact::chiSquareQuantile(p, static_cast<double>(df));
+                row.take(arguments("%.4g, %zu", x, df), wq_lib::chiSquareProb(x, df), wq_exact::chiSquareCdf(x, static_cast<double>(df)));
             }
         row.print();
     }
@@ -515,7 +503,7 @@ void chiSquares()
         for (const std::size_t df : degrees)
             for (const double p : levels)
                 row.take(arguments("%g, %zu", p, df), wq_lib::chiSquarePoint(p, df),
-                         quantile(boost::math::chi_squared(static_cast<double>(df)), p));
+                         wq_exact::chiSquareQuantile(p, static_cast<double>(df)));
         row.print();
     };
     chiSquarePoint("df 1, p = 0.9 ... 0.999", {1}, upperProbabilities);
@@ -526,7 +514,7 @@ void chiSquares()
 void lnGammas()
 {
     Row row("lnGamma", "integers and half-integers to 1000", Measure::relative, "chi-square and F");
-    for (double x = 2.5; x <= 1000.0; x += 0.5) row.take(arguments("%g", x, 0), wq_lib::lnGamma(x), boost::math::lgamma(x));
+    for (double x = 2.5; x <= 1000.0; x += 0.5) row.take(arguments("%g", x, 0), wq_lib::lnGamma(x), std::lgamma(x));
     row.print();
 }
 
@@ -534,7 +522,7 @@ void kolmogorovs()
 {
     Row row("D_Prob", "lambda 0.3 ... 4", Measure::absolute, "(for hosts)");
     for (double lambda = 0.3; lambda <= 4.0; lambda += 0.05)
-        row.take(arguments("%g", lambda, 0), wq_lib::D_Prob(lambda), kolmogorovQ(lambda));
+        row.take(arguments("%g", lambda, 0), wq_lib::D_Prob(lambda), wq_exact::kolmogorovUpperTail(lambda));
     row.print();
 }
 
@@ -574,15 +562,14 @@ void writePlotData(const std::string& folder)
         [](double df) { return exactFPoint(0.95, 1, static_cast<std::size_t>(df)); });
     std::vector<double> ts;
     for (double t = 0.0; t <= 6.0; t += 0.05) ts.push_back(t);
-    const boost::math::students_t student(9.0);
     writeCurve(
         folder + "/accuracy_t_odd.dat", ts, [](double t) { return wq_lib::t_Prob(t, 9, false); },
-        [&](double t) { return 2.0 * cdf(complement(student, t)); });
+        [](double t) { return wq_exact::tTwoSided(t, 9.0); });
     std::vector<double> levels;
     for (double p = 0.01; p < 0.995; p += 0.01) levels.push_back(p);
     writeCurve(
         folder + "/accuracy_chi_square.dat", levels, [](double p) { return wq_lib::chiSquarePoint(p, 1); },
-        [](double p) { return quantile(boost::math::chi_squared(1.0), p); });
+        [](double p) { return wq_exact::chiSquareQuantile(p, 1.0); });
     std::vector<double> fs;
     for (double f = 0.02; f <= 8.0; f += 0.02) fs.push_back(f);
     writeCurve(
@@ -593,13 +580,13 @@ void writePlotData(const std::string& folder)
 
 const char* const introduction = R"(# Accuracy of the distribution functions
 
-This page is written by `tools/accuracy`; a test keeps it true. It compares the library with Boost.Math, and where that has nothing to compare
-with the exact distribution of D (one sample: the matrix of Marsaglia, Tsang and Wang, 2003; two samples: all paths counted) and of Rayleigh's z
-(Kluyver's integral).
+This page is written by `tools/accuracy`; a test keeps it true. It compares the library with [the exact figures](exact.md) of
+`libwq_exact`, with the distribution of D (one sample: the matrix of Marsaglia, Tsang and Wang, 2003; two samples: all paths counted) and of
+Rayleigh's z (Kluyver's integral), and its decisions with the exact ones [where H0 holds](#how-often-h0-is-rejected-where-it-holds).
 
 The library's distribution functions are short textbook approximations, and some of them leave the textbook. Every report and
 every decision of the library rests on the values below, so they stay as they are. Where a decision matters, ask for the exact one:
-`wqstat ... --textbook`, or the functions of R, Boost or GSL.
+`wqstat ... --textbook`, or [`wq_exact::of(analysis)`](exact.md).
 
 Four things to know:
 

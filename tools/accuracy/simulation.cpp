@@ -1,0 +1,372 @@
+// Samples for which H0 holds: how often each test rejects it, by the exact figures and by the report. A test that is what it says
+// rejects as often as its level. Writes a section of docs/accuracy.md.
+//
+// Usage: simulation [--judge-report] SAMPLES   the status is 1 where the exact decision (or the report's) rejects too often or too rarely
+
+#include <wq_exact/wq_exact.h>
+#include <wq_stat/wq_stat.h>
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <optional>
+#include <random>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using wq_exact::Decision;
+
+constexpr std::array levels = {0.05, 0.01};
+using Decisions = std::array<Decision, levels.size()>;
+
+/** Numbers that are the same with every standard library, which its own distributions are not. */
+class Random {
+public:
+    explicit Random(std::uint64_t seed) : bits(seed) {}
+
+    /** Between 0 and 1, neither of them. */
+    double uniform() { return (static_cast<double>(bits() >> 11U) + 0.5) * 0x1p-53; }
+    std::size_t below(std::size_t n) { return static_cast<std::size_t>(uniform() * static_cast<double>(n)); }
+
+    /** Source: Marsaglia and Bray (1964), the polar method; the second number is not kept. */
+    double normal()
+    {
+        for (;;) {
+            const double u = 2.0 * uniform() - 1.0;
+            const double v = 2.0 * uniform() - 1.0;
+            const double s = u * u + v * v;
+            if (s < 1.0 && s > 0.0) return u * std::sqrt(-2.0 * std::log(s) / s);
+        }
+    }
+
+    std::vector<double> normals(std::size_t n)
+    {
+        std::vector<double> values(n);
+        for (double& value : values) value = normal();
+        return values;
+    }
+
+private:
+    std::mt19937_64 bits;
+};
+
+/** A test, on samples of one kind. */
+struct Row {
+    std::string test;
+    std::string samples;
+    bool isDiscrete;  // then it may reject more rarely than its level
+    std::function<Decisions(Random&)> decide;
+};
+
+/** What decision says of an analysis at each level; fill loads its sample, the same one each time, and analyses it. */
+template <typename Analysis, typename Fill, typename Decide>
+Decisions atEachLevel(Fill fill, Decide decide)
+{
+    Decisions decisions;
+    for (std::size_t i = 0; i < levels.size(); ++i) {
+        Analysis analysis;
+        analysis.setSignificance(levels[i]);
+        fill(analysis);
+        decisions[i] = decide(analysis);
+    }
+    return decisions;
+}
+
+std::string sizes(std::size_t n1, const char* between, std::size_t n2, const char* what = "")
+{
+    return std::to_string(n1) + between + std::to_string(n2) + what;
+}
+
+// ---------------------------------------------------------------- samples of numbers
+
+Row mean(std::size_t n)
+{
+    return {"t of a mean (`describe`)", std::to_string(n) + " normal values", false, [n](Random& random) {
+                const std::vector<double> values = random.normals(n);
+                return atEachLevel<wq_lib::BasicStatistics>(
+                    [&](wq_lib::BasicStatistics& sample) {
+                        sample.copyFrom(values);
+                        sample.analyse();
+                    },
+                    [](const wq_lib::BasicStatistics& sample) { return wq_exact::of(sample).mean; });
+            }};
+}
+
+wq_lib::basic_stat analysed(const std::vector<double>& values)
+{
+    wq_lib::BasicStatistics sample;
+    sample.copyFrom(values);
+    sample.analyse();
+    return sample.getResult();
+}
+
+Row variances(std::size_t n1, std::size_t n2)
+{
+    return {"F of two variances (`variances`)", sizes(n1, " and ", n2, " normal values"), false, [n1, n2](Random& random) {
+                const wq_lib::basic_stat first = analysed(random.normals(n1));
+                const wq_lib::basic_stat second = analysed(random.normals(n2));
+                return atEachLevel<wq_lib::TwoSamples>(
+                    [&](wq_lib::TwoSamples& samples) {
+                        samples.setFirstSample(first);
+                        samples.setSecondSample(second);
+                        samples.analyse();
+                    },
+                    [](const wq_lib::TwoSamples& samples) { return wq_exact::of(samples).ratio; });
+            }};
+}
+
+// ---------------------------------------------------------------- groups
+
+template <typename Analysis, typename Decide>
+Row groups(const std::string& test, std::size_t count, std::size_t size, Decide decide)
+{
+    return {test, sizes(count, " groups of ", size, " normal values"), false, [=](Random& random) {
+                const std::vector<double> values = random.normals(count * size);
+                return atEachLevel<Analysis>(
+                    [&](Analysis& analysis) {
+                        for (std::size_t i = 0; i < values.size(); ++i) analysis.add(static_cast<double>(i / size), values[i]);
+                        analysis.createSeries();
+                        analysis.analyse();
+                    },
+                    decide);
+            }};
+}
+
+Row anova(std::size_t count, std::size_t size)
+{
+    return groups<wq_lib::SingleAnova>("F of an Anova (`anova`)", count, size,
+                                       [](const wq_lib::SingleAnova& analysis) { return wq_exact::of(analysis).F; });
+}
+
+Row multiYSlope(std::size_t count, std::size_t size)
+{
+    return groups<wq_lib::LinearRegressionMultiY>(
+        "t of the slope through groups (`multiy`)", count, size,
+        [](const wq_lib::LinearRegressionMultiY& analysis) { return wq_exact::of(analysis).slope; });
+}
+
+Row multiYDeviations(std::size_t count, std::size_t size)
+{
+    return groups<wq_lib::LinearRegressionMultiY>(
+        "F of the deviations from that line (`multiy`)", count, size,
+        [](const wq_lib::LinearRegressionMultiY& analysis) { return wq_exact::of(analysis).deviationsF; });
+}
+
+// ---------------------------------------------------------------- pairs
+
+/** Pairs of independent normal values, or what e to their power is where a model takes logarithms. */
+template <typename Analysis, typename Decide>
+Row pairs(const std::string& test, std::size_t n, const char* kind, bool expX, bool expY, Decide decide)
+{
+    return {test, std::to_string(n) + " pairs, " + kind, false, [=](Random& random) {
+                const std::vector<double> x = random.normals(n);
+                const std::vector<double> y = random.normals(n);
+                return atEachLevel<Analysis>(
+                    [&](Analysis& analysis) {
+                        for (std::size_t i = 0; i < n; ++i) analysis.add(expX ? std::exp(x[i]) : x[i], expY ? std::exp(y[i]) : y[i]);
+                        analysis.analyse();
+                    },
+                    decide);
+            }};
+}
+
+Row correlationT(std::size_t n)
+{
+    return pairs<wq_lib::Correlation>("t of a correlation (`correlate`)", n, "normal", false, false,
+                                      [](const wq_lib::Correlation& analysis) { return wq_exact::of(analysis).t; });
+}
+
+Row correlationF(std::size_t n)
+{
+    return pairs<wq_lib::Correlation>("F of a correlation (`correlate`)", n, "normal", false, false,
+                                      [](const wq_lib::Correlation& analysis) { return wq_exact::of(analysis).F; });
+}
+
+/** The report of a regression states no decision, but a p. */
+template <typename Model>
+Row slope(const std::string& model, std::size_t n, const char* kind, bool expX, bool expY)
+{
+    return pairs<Model>("t of a slope (`regress --model " + model + "`)", n, kind, expX, expY, [](const Model& regression) {
+        Decision decision = wq_exact::of(regression).slope;
+        decision.acceptedByReport = regression.getRegressionResult().pB >= regression.getSignificance();
+        return decision;
+    });
+}
+
+// ---------------------------------------------------------------- classes
+
+template <typename Decide>
+Row fit(const std::string& test, std::size_t classes, std::size_t expected, Decide decide)
+{
+    return {test + " (`fit`)", sizes(classes, " classes, ", expected, " expected in each"), false, [=](Random& random) {
+                std::vector<wq_lib::data_pair> counts(classes, {0.0, static_cast<double>(expected)});
+                for (std::size_t i = 0; i < classes * expected; ++i) counts[random.below(classes)].x += 1.0;
+                return atEachLevel<wq_lib::GoodnessOfFit>(
+                    [&](wq_lib::GoodnessOfFit& analysis) {
+                        analysis.copyFrom(counts);
+                        analysis.analyse();
+                    },
+                    [&](const wq_lib::GoodnessOfFit& analysis) { return decide(wq_exact::of(analysis)); });
+            }};
+}
+
+Row kolmogorovSmirnov(std::size_t n1, std::size_t n2)
+{
+    return {"D of two samples (`ks`)", sizes(n1, " and ", n2, " values without ties"), true, [n1, n2](Random& random) {
+                std::vector<wq_lib::data_pair> arrangement(n1 + n2, {0.0, 1.0});  // a class for each value
+                for (std::size_t i = 0; i < n1; ++i) arrangement[i] = {1.0, 0.0};
+                for (std::size_t i = arrangement.size(); i > 1; --i) std::swap(arrangement[i - 1], arrangement[random.below(i)]);
+                return atEachLevel<wq_lib::KolmogorovSmirnov2>(
+                    [&](wq_lib::KolmogorovSmirnov2& analysis) {
+                        analysis.copyFrom(arrangement);
+                        analysis.cumulative();
+                        analysis.analyse();
+                    },
+                    [](const wq_lib::KolmogorovSmirnov2& analysis) { return wq_exact::of(analysis).decision; });
+            }};
+}
+
+Row directions(std::size_t n)
+{
+    return {"z of directions (`circular`)", std::to_string(n) + " uniform directions", false, [n](Random& random) {
+                constexpr double turn = 6.283185307179586;
+                std::vector<wq_lib::data_pair> angles(n);
+                for (wq_lib::data_pair& angle : angles) angle.x = turn * random.uniform();
+                return atEachLevel<wq_lib::Circular>(
+                    [&](wq_lib::Circular& analysis) {
+                        analysis.setDataType(wq_lib::RADIANS);
+                        analysis.copyFrom(angles);
+                        analysis.analyse();
+                    },
+                    [](const wq_lib::Circular& analysis) { return wq_exact::of(analysis).rayleigh; });
+            }};
+}
+
+std::vector<Row> rows()
+{
+    using wq_exact::GoodnessOfFitResult;
+    return {
+        mean(5),
+        mean(20),
+        variances(10, 10),
+        variances(5, 20),
+        anova(2, 10),
+        anova(2, 30),
+        anova(4, 6),
+        multiYSlope(5, 4),
+        multiYDeviations(5, 4),
+        correlationT(10),
+        correlationT(20),
+        correlationT(21),
+        correlationF(10),
+        correlationF(21),
+        slope<wq_lib::LinearRegression>("linear", 12, "normal", false, false),
+        slope<wq_lib::LinearRegression>("linear", 13, "normal", false, false),
+        slope<wq_lib::LogarithmicRegression>("logarithmic", 12, "x lognormal", true, false),
+        slope<wq_lib::ExponentialRegression>("exponential", 12, "y lognormal", false, true),
+        slope<wq_lib::PowerRegression>("power", 12, "both lognormal", true, true),
+        fit("X2", 6, 100, [](const GoodnessOfFitResult& exact) { return static_cast<Decision>(exact.chiSquare); }),
+        fit("G", 6, 100, [](const GoodnessOfFitResult& exact) { return static_cast<Decision>(exact.G); }),
+        fit("X2 or G", 6, 100, [](const GoodnessOfFitResult& exact) { return exact.decision; }),
+        kolmogorovSmirnov(10, 10),
+        kolmogorovSmirnov(30, 40),
+        kolmogorovSmirnov(150, 150),
+        directions(10),
+        directions(20),
+        directions(60),
+    };
+}
+
+// ---------------------------------------------------------------- the table
+
+/** How often H0 was rejected, and how often there was a decision. */
+struct Count {
+    int decided = 0;
+    int rejected = 0;
+
+    void take(const std::optional<bool>& accepted)
+    {
+        if (!accepted) return;
+        ++decided;
+        if (!*accepted) ++rejected;
+    }
+    double rate() const { return static_cast<double>(rejected) / decided; }
+    std::string shown() const
+    {
+        if (decided == 0) return "none";
+        char text[40];
+        std::snprintf(text, sizeof text, "%.2f %%", 100.0 * rate());
+        return text;
+    }
+
+    /** Whether the rate lies within three standard errors of the level; below it is right for a discrete statistic. */
+    bool keeps(double level, bool isDiscrete) const
+    {
+        const double error = std::sqrt(level * (1.0 - level) / decided);
+        const double distance = rate() - level;
+        return decided == 0 || (distance <= 3.0 * error && (isDiscrete || distance >= -3.0 * error));
+    }
+};
+
+const char* const introduction = R"(
+## How often H0 is rejected where it holds
+
+%d samples of each kind, for which H0 holds, at the levels of 5 %% and 1 %%. The exact decision, by p, rejects as often as the
+level says, give or take three standard errors (%.2f %% and %.2f %%), or more rarely where the statistic is discrete, as D is. Beside it what the
+report decides of the same samples; it says nothing on deviations from a line, and of X2 and G decides for all together. A
+regression's report states no decision either: counted is how often the p it prints lies below the level.
+
+)";
+
+/** Prints a row. @return whether its tests keep their levels, those of the report where it is judged. */
+bool printRow(const Row& row, std::uint64_t seed, int samples, bool judgeReport)
+{
+    std::array<Count, levels.size()> exact;
+    std::array<Count, levels.size()> report;
+    Random random(seed);
+    for (int i = 0; i < samples; ++i) {
+        const Decisions decisions = row.decide(random);
+        for (std::size_t k = 0; k < levels.size(); ++k) {
+            exact[k].take(decisions[k].accepted);
+            report[k].take(decisions[k].acceptedByReport);
+        }
+    }
+    bool kept = true;
+    std::string line = "| " + row.test + " | " + row.samples;
+    for (std::size_t k = 0; k < levels.size(); ++k) {
+        line += " | " + exact[k].shown() + " | " + report[k].shown();
+        kept = kept && (judgeReport ? report : exact)[k].keeps(levels[k], row.isDiscrete);
+    }
+    std::puts((line + " |").c_str());
+    if (!kept) std::cerr << "not at its level: " << line << '\n';
+    return kept;
+}
+
+}  // namespace
+
+int main(int count, char** words)
+{
+    const bool judgeReport = count == 3 && std::string_view(words[1]) == "--judge-report";
+    const int samples = count == 2 || judgeReport ? std::atoi(words[count - 1]) : 0;
+    if (samples <= 0) {
+        std::cerr << "usage: simulation [--judge-report] SAMPLES\n";
+        return 2;
+    }
+    const auto threeErrors = [samples](double level) { return 300.0 * std::sqrt(level * (1.0 - level) / samples); };
+    std::printf(introduction, samples, threeErrors(levels[0]), threeErrors(levels[1]));
+    std::puts("| test | samples | 5 %: exact | 5 %: report | 1 %: exact | 1 %: report |");
+    std::puts("|---|---|---|---|---|---|");
+    bool kept = true;
+    std::uint64_t seed = 20'261'122;
+    for (const Row& row : rows()) kept = printRow(row, seed++, samples, judgeReport) && kept;
+    return kept ? 0 : 1;
+}
