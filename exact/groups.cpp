@@ -14,46 +14,59 @@ namespace wq_exact {
 
 namespace {
 
-/** The mean, also where the values are large and lie close together. */
-long double meanOf(const std::vector<double>& values)
+/**
+ * The mean relative to an origin near the values. Differences of doubles that lie close together have all their digits; those of the values
+ * and their mean have not, where the values are large.
+ */
+long double meanOf(const std::vector<double>& values, double origin)
 {
     if (values.empty()) return 0.0L;
     long double sum = 0.0L;
-    for (const double y : values) sum += static_cast<long double>(y) - values.front();
-    return values.front() + sum / static_cast<long double>(values.size());
+    for (const double y : values) sum += static_cast<long double>(y) - origin;
+    return sum / static_cast<long double>(values.size());
+}
+
+/** The first observation of all. */
+double originOf(const std::vector<wq_lib::anova_group>& groups)
+{
+    for (const wq_lib::anova_group& group : groups)
+        if (!group.observations.empty()) return group.observations.front();
+    return 0.0;
 }
 
 long double sizeOf(const wq_lib::anova_group& group) { return static_cast<long double>(group.observations.size()); }
 
 /** Sums of squares from deviations. The classes take differences of sums, of which no digit may be left. */
 struct Variation {
-    explicit Variation(const wq_lib::SingleAnova& anova)
+    explicit Variation(const wq_lib::SingleAnova& anova) : origin(originOf(anova.getGroups()))
     {
         const std::vector<wq_lib::anova_group>& groups = anova.getGroups();
         for (const wq_lib::anova_group& group : groups) n += sizeOf(group);
-        const long double origin = groups.empty() ? 0.0L : meanOf(groups.front().observations);
         for (const wq_lib::anova_group& group : groups) {
             if (group.observations.empty()) continue;
             ++count;
             meanX += sizeOf(group) / n * group.id;
-            meanY += sizeOf(group) / n * (meanOf(group.observations) - origin);
+            meanY += sizeOf(group) / n * meanOf(group.observations, origin);
         }
         for (const wq_lib::anova_group& group : groups) {
-            const long double mean = meanOf(group.observations);
-            const long double deviation = mean - origin - meanY;
+            const long double mean = meanOf(group.observations, origin);
+            const long double deviation = mean - meanY;
             const long double distance = group.id - meanX;
             ssAmong += sizeOf(group) * deviation * deviation;
             ssX += sizeOf(group) * distance * distance;
             spXY += sizeOf(group) * distance * deviation;
-            for (const double y : group.observations) ssWithin += (y - mean) * (y - mean);
+            for (const double y : group.observations) {
+                const long double rest = static_cast<long double>(y) - origin - mean;
+                ssWithin += rest * rest;
+            }
         }
-        meanY += origin;
     }
 
+    double origin;
     long double count = 0.0L;  ///< of groups with observations
     long double n = 0.0L;
     long double meanX = 0.0L;  ///< of the groups' x, as the regression sees them
-    long double meanY = 0.0L;
+    long double meanY = 0.0L;  ///< relative to the origin
     long double ssAmong = 0.0L;
     long double ssWithin = 0.0L;
     long double ssX = 0.0L;
@@ -86,7 +99,8 @@ AnovaResult anovaOf(const Variation& v, double alpha)
 Limits AnovaResult::meanLimits(const wq_lib::anova_group& group) const noexcept
 {
     const auto n = static_cast<double>(group.observations.size());
-    return detail::around(static_cast<double>(meanOf(group.observations)), criticalT * std::sqrt(within.meanSquare / n));
+    const double origin = group.observations.empty() ? 0.0 : group.observations.front();
+    return detail::around(static_cast<double>(origin + meanOf(group.observations, origin)), criticalT * std::sqrt(within.meanSquare / n));
 }
 
 AnovaResult of(const wq_lib::SingleAnova& anova) noexcept
@@ -106,7 +120,7 @@ MultiYResult of(const wq_lib::LinearRegressionMultiY& regression) noexcept
     const long double b = v.spXY / v.ssX;
     long double deviations = 0.0L;  // not a difference of sums of squares
     for (const wq_lib::anova_group& group : regression.getGroups()) {
-        const long double distance = meanOf(group.observations) - v.meanY - b * (group.id - v.meanX);
+        const long double distance = meanOf(group.observations, v.origin) - v.meanY - b * (group.id - v.meanX);
         deviations += sizeOf(group) * distance * distance;
     }
 
@@ -119,11 +133,11 @@ MultiYResult of(const wq_lib::LinearRegressionMultiY& regression) noexcept
     exact.deviationsF = detail::upperF(ms / exact.groups.within.meanSquare, df, exact.groups.within.df, alpha);
     exact.deviationsLowerTail = fCdf(exact.deviationsF.statistic, df, exact.groups.within.df);
     exact.regressionF = exact.regression.meanSquare / ms;
-    exact.a = static_cast<double>(v.meanY - b * v.meanX);
+    exact.a = static_cast<double>(v.origin + v.meanY - b * v.meanX);
     exact.b = static_cast<double>(b);
     exact.seB = static_cast<double>(std::sqrt(ms / v.ssX));
     exact.meanX = static_cast<double>(v.meanX);
-    exact.meanY = static_cast<double>(v.meanY);
+    exact.meanY = static_cast<double>(v.origin + v.meanY);
     exact.slope = detail::twoSidedT(exact.b / exact.seB, df, alpha);
     exact.slope.acceptedByReport = !regression.isComputeRegression();
     exact.slopeLimits = detail::around(exact.b, exact.slope.criticalValue * exact.seB);

@@ -23,12 +23,17 @@ bool keeps(Scale scaleX, Scale scaleY, const wq_lib::data_pair& pair)
     return !(scaleX == Scale::logarithm && 0.0 >= pair.x) && (scaleY == Scale::linear || pair.y > 0.0);
 }
 
-/** Means, and sums of deviations from them, so that a good fit keeps its digits: no sum of squares is a difference of others. */
+/**
+ * Means, and sums of deviations from them, so that a good fit keeps its digits: no sum of squares is a difference of others. The means are
+ * relative to the first pair, so that large values that lie close together keep theirs.
+ */
 struct Moments {
     std::size_t n = 0;
     std::size_t skipped = 0;
-    long double meanX = 0.0L;
-    long double meanY = 0.0L;
+    long double originX = 0.0L;
+    long double originY = 0.0L;
+    long double distanceX = 0.0L;  ///< of the mean from the origin
+    long double distanceY = 0.0L;
     long double ssX = 0.0L;
     long double ssY = 0.0L;
     long double spXY = 0.0L;
@@ -37,6 +42,8 @@ struct Moments {
     double maximumY = none;
 
     long double slope() const { return spXY / ssX; }
+    long double meanX() const { return originX + distanceX; }
+    long double meanY() const { return originY + distanceY; }
 };
 
 Moments momentsOf(const wq_lib::BasicXyStatistics& sample, Scale scaleX, Scale scaleY)
@@ -48,23 +55,26 @@ Moments momentsOf(const wq_lib::BasicXyStatistics& sample, Scale scaleX, Scale s
         });
     };
     Moments m;
-    pairs.each([&](const wq_lib::data_pair& pair) { ++(keeps(scaleX, scaleY, pair) ? m.n : m.skipped); });
+    pairs.each([&](const wq_lib::data_pair& pair) {
+        if (keeps(scaleX, scaleY, pair) && m.n == 0) m.originX = scaled(scaleX, pair.x), m.originY = scaled(scaleY, pair.y);
+        ++(keeps(scaleX, scaleY, pair) ? m.n : m.skipped);
+    });
     const long double n = static_cast<long double>(m.n);
     eachKept([&](long double x, long double y) {
-        m.meanX += x / n;
-        m.meanY += y / n;
+        m.distanceX += (x - m.originX) / n;
+        m.distanceY += (y - m.originY) / n;
         m.maximumX = std::fmax(m.maximumX, asDouble(x));
         m.maximumY = std::fmax(m.maximumY, asDouble(y));
     });
     eachKept([&](long double x, long double y) {
-        const long double dx = x - m.meanX;
-        const long double dy = y - m.meanY;
+        const long double dx = x - m.originX - m.distanceX;
+        const long double dy = y - m.originY - m.distanceY;
         m.ssX += dx * dx;
         m.ssY += dy * dy;
         m.spXY += dx * dy;
     });
     eachKept([&](long double x, long double y) {
-        const long double distance = y - m.meanY - m.slope() * (x - m.meanX);
+        const long double distance = y - m.originY - m.distanceY - m.slope() * (x - m.originX - m.distanceX);
         m.residual += distance * distance;
     });
     return m;
@@ -149,10 +159,10 @@ RegressionResult fitted(const wq_lib::Regression& regression, Scale scaleX, Scal
         exact.scaleY = scaleY;
         exact.n = m.n;
         exact.skipped = m.skipped;
-        exact.a = asDouble(m.meanY - m.slope() * m.meanX);
+        exact.a = asDouble(m.meanY() - m.slope() * m.meanX());
         exact.b = asDouble(m.slope());
-        exact.meanX = asDouble(m.meanX);
-        exact.meanY = asDouble(m.meanY);
+        exact.meanX = asDouble(m.meanX());
+        exact.meanY = asDouble(m.meanY());
         exact.sumOfSquaresX = asDouble(m.ssX);
         exact.residualVariance = df > 0.0 ? asDouble(m.residual / df) : none;
         exact.seB = std::sqrt(exact.residualVariance / exact.sumOfSquaresX);

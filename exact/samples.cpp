@@ -29,21 +29,56 @@ void eachValue(const wq_lib::BasicStatistics& sample, Work work)
 
 }  // namespace
 
+namespace {
+
+/** Of a sample, from deviations. A mean of large values that lie close together has lost digits that its difference to mu would need. */
+struct Moments {
+    long double origin = 0.0L;
+    long double mean = 0.0L;  ///< relative to the origin
+    double variance = none;   ///< NaN of a constant sample, which has no t
+};
+
+Moments momentsOf(const wq_lib::BasicStatistics& sample)
+{
+    std::size_t n = 0;
+    long double origin = 0.0L;
+    long double sum = 0.0L;
+    eachValue(sample, [&](double value) {
+        if (n++ == 0) origin = value;
+        sum += value - origin;
+    });
+    const wq_lib::basic_stat& result = sample.getResult();
+    if (n != result.n) return {result.mean, 0.0L, result.sampleVariance};  // the record is not that of the values held
+    const long double mean = sum / static_cast<long double>(n);
+    long double squares = 0.0L;
+    eachValue(sample, [&](double value) {
+        const long double rest = value - origin - mean;
+        squares += rest * rest;
+    });
+    const auto variance = static_cast<double>(squares / (static_cast<long double>(n) - 1.0L));
+    return {origin, mean, variance > 0.0 ? variance : none};
+}
+
+}  // namespace
+
 OneSampleResult of(const wq_lib::BasicStatistics& sample) noexcept
 {
     const wq_lib::basic_stat& result = sample.getResult();
     const double alpha = sample.getSignificance();
     const double df = detail::degrees(result.n, 1);
     const double mu = sample.getNullHypothesis();
-    const double t = sample.StudentOfMeans(result.mean, result.sampleVariance, mu, result.n);
+    const double reported = sample.StudentOfMeans(result.mean, result.sampleVariance, mu, result.n);
+    const Moments moments = momentsOf(sample);
+    const auto distance = static_cast<double>(moments.origin - mu + moments.mean);
+    const double error = std::sqrt(moments.variance / static_cast<double>(result.n));
 
     OneSampleResult exact;
-    exact.mean = detail::twoSidedT(t, df, alpha);
-    exact.mean.acceptedByReport = std::fabs(t) < std::fabs(wq_lib::t_PercentPoint(alpha / 2.0, result.n - 1));  // acceptH0()
+    exact.mean = detail::twoSidedT(distance / error, df, alpha);
+    exact.mean.acceptedByReport = std::fabs(reported) < std::fabs(wq_lib::t_PercentPoint(alpha / 2.0, result.n - 1));  // acceptH0()
     exact.criticalHalfAlpha = tTwoSidedQuantile(alpha / 2.0, df);
-    exact.meanLimits = detail::around(result.mean, exact.mean.criticalValue * result.stdError);
-    if (result.sampleVariance > 0.0) exact.varianceLimits = detail::varianceLimits(result.sampleVariance, df, alpha);
-    exact.cohensD = (result.mean - mu) / sample.standardDeviation(result.sampleVariance);
+    exact.meanLimits = detail::around(static_cast<double>(moments.origin + moments.mean), exact.mean.criticalValue * error);
+    if (moments.variance > 0.0) exact.varianceLimits = detail::varianceLimits(moments.variance, df, alpha);
+    exact.cohensD = distance / std::sqrt(moments.variance);
     eachValue(sample, [&exact](double value) { exact.maximum = std::fmax(exact.maximum, value); });
     return exact;
 }

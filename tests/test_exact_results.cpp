@@ -125,6 +125,52 @@ TEST(ExactResults, giveGroups)  // aov(o ~ g), predict(..., interval = "confiden
     }
 }
 
+// Large values that lie close together: the same figures as those of the values less 2^40, every one of which has the same digits.
+TEST(ExactResults, loseNoDigitsToLargeValues)
+{
+    const double large = 1099511627776.0;
+    const double near[] = {0.25, 0.5, 0.375, 1.5, 1.25, 1.75, 2.0, 0.125};
+    const double x[] = {1, 4, 2, 8, 5, 7, 6, 3};
+    const auto figures = [&](double origin) {
+        BasicStatistics sample;
+        sample.setNullHypothesis(origin + 0.5);
+        SingleAnova groups;
+        LinearRegressionMultiY series;
+        LinearRegression line;
+        for (std::size_t i = 0; i < 8; ++i) {
+            const double value = origin + near[i];
+            sample.add(value);
+            groups.add(static_cast<double>(i / 3), value);
+            series.add(static_cast<double>(i / 2), value);
+            line.add(origin + x[i], value);
+        }
+        sample.analyse();
+        groups.createSeries();
+        groups.analyse();
+        series.createSeries();
+        series.analyse();
+        line.analyse();
+        const auto slope = wq_exact::of(series);
+        const auto fit = wq_exact::of(line);
+        return std::vector<double>{
+            wq_exact::of(sample).mean.p,
+            wq_exact::of(sample).cohensD,
+            wq_exact::of(groups).F.p,
+            wq_exact::of(groups).omegaSquared,
+            slope.slope.p,
+            slope.deviationsF.p,
+            slope.b,
+            fit.slope.p,
+            fit.b,
+            fit.adjustedRSquared,
+            fit.residualVariance,
+        };
+    };
+    const std::vector<double> expected = figures(0.0);
+    const std::vector<double> found = figures(large);
+    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(found[i], expected[i], 1e-14 * std::fabs(expected[i])) << "figure " << i;
+}
+
 TEST(ExactResults, giveClasses)
 {
     GoodnessOfFit fit;

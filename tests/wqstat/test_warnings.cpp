@@ -74,6 +74,7 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
 {
     expectWarnings({
         {__LINE__, {"describe"}, "2\n2\n2\n", {"the report rejects H0 without ground: the values are all equal"}},
+        {__LINE__, {"describe"}, "0.1\n0.1\n0.1\n", {"the report rejects H0 without ground: the values are all equal"}},
         {__LINE__, {"describe", "--mu", "2"}, "1\n2\n4\n", {}},
         {__LINE__, {"anova"}, "1;2\n1;3\n", {"the report accepts H0 without ground: there is one group"}},
         {__LINE__, {"anova"}, "1;2\n2;3\n", {"the report accepts H0 without ground: no group has more than one observation"}},

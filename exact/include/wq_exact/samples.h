@@ -28,7 +28,7 @@ struct OneSampleResult {
 };
 
 /**
- * @param sample after analyse(), of which it is the result and the settings that count.
+ * @param sample after analyse(); its values in the data range and its settings count, or its result where that has another n.
  * @return the exact figures; NaN where there are none, as of a constant sample.
  */
 WQ_EXACT_EXPORT OneSampleResult of(const wq_lib::BasicStatistics& sample) noexcept;

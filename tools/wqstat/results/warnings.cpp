@@ -52,7 +52,7 @@ void addMaximum(Warnings& warnings, const std::string& of, double reported, doub
 Warnings warningsOf(const wq_exact::OneSampleResult& exact, const wq_lib::BasicStatistics& sample)
 {
     Warnings warnings;
-    addDecision(warnings, exact.mean, "", reasonOf(exact.mean.df1, sample.getResult().sumOfSquares == 0.0, "the values are all equal"));
+    addDecision(warnings, exact.mean, "", reasonOf(exact.mean.df1, exact.maximum == sample.getResult().min, "the values are all equal"));
     addMaximum(warnings, "", sample.getResult().max, exact.maximum);
     return warnings;
 }
