@@ -17,6 +17,7 @@
 
 #include "support/analyses.h"
 #include "support/files.h"
+#include "support/r.h"
 
 using namespace wq_lib;
 using wq_test::contentOf;
@@ -137,11 +138,6 @@ struct Frame {
         return std::stod(text);
     }
 };
-
-bool hasR() { return std::system("Rscript --version > /dev/null 2>&1") == 0; }
-
-#define WQ_SKIP_WITHOUT_R()                                                                                                                \
-  if (!hasR()) GTEST_SKIP() << "Rscript is not installed (Debian package: r-base-core)"
 
 // The data frame that R reads; its cells come with a separator that no file holds.
 Frame readByR(const std::string& path, bool header, bool fill)
