@@ -108,7 +108,7 @@ PairsResult correlated(const Moments& m, double alpha, Limits& zLimits)
     exact.p = tTwoSided(asDouble(rest.r * std::sqrt(df / rest.square)), df);
     if (m.n > 3) {
         const double z = std::copysign(0.5 * asDouble(std::log((1.0L + std::fabs(rest.r)) / rest.line)), exact.r);
-        zLimits = detail::around(z, normalUpperQuantile(alpha / 2.0) / std::sqrt(detail::degrees(m.n, 3)));
+        zLimits = detail::around(z, normalUpperQuantile(detail::eachSide(alpha)) / std::sqrt(detail::degrees(m.n, 3)));
         exact.limits = {std::tanh(zLimits.lower), std::tanh(zLimits.upper)};
     }
     return exact;

@@ -86,15 +86,15 @@ OneSampleResult of(const wq_lib::BasicStatistics& sample) noexcept
 TwoVariancesResult of(const wq_lib::TwoSamples& samples) noexcept
 {
     const double alpha = samples.getSignificance();
-    const double df1 = static_cast<double>(samples.getDf1());
-    const double df2 = static_cast<double>(samples.getDf2());
+    const double df1 = detail::degrees(samples.getDf1() + 1, 1);  // an empty sample's have wrapped
+    const double df2 = detail::degrees(samples.getDf2() + 1, 1);
     const double F = samples.getF();
 
     TwoVariancesResult exact;
     exact.ratio = detail::twoSidedF(F, df1, df2, alpha);
     exact.ratio.acceptedByReport = samples.getCriticalF() > F;  // acceptH0()
     exact.lowerTail = fCdf(F, df1, df2);
-    exact.ratioLimits = {F / exact.ratio.criticalValue, F * fUpperQuantile(alpha / 2.0, df2, df1)};
+    if (F > 0.0) exact.ratioLimits = {F / exact.ratio.criticalValue, F * fUpperQuantile(detail::eachSide(alpha), df2, df1)};
     const wq_lib::basic_stat* const records[] = {&samples.getResult(), &samples.getSecondSample()};
     for (int i = 0; i < 2; ++i)
         if (records[i]->sampleVariance > 0.0)

@@ -15,6 +15,9 @@ namespace wq_exact::detail {
 /** Degrees of freedom of a sample; a difference of counts would wrap. */
 inline double degrees(std::size_t n, std::size_t lost) { return static_cast<double>(n) - static_cast<double>(lost); }
 
+/** What a two-sided test leaves for each side; NaN for what is no level. */
+inline double eachSide(double alpha) { return alpha <= 1.0 ? alpha / 2.0 : none; }
+
 /** Accepted unless the probability is below the level. */
 inline std::optional<bool> decided(double p, double alpha) { return std::isnan(p) ? std::optional<bool>() : p >= alpha; }
 
@@ -39,7 +42,7 @@ inline Test upperF(double f, double df1, double df2, double alpha)
 inline Test twoSidedF(double f, double df1, double df2, double alpha)
 {
     const double p = 2.0 * std::min(fCdf(f, df1, df2), fUpperTail(f, df1, df2));  // both NaN or neither
-    return test(f, df1, df2, alpha, std::min(p, 1.0), fUpperQuantile(alpha / 2.0, df1, df2));
+    return test(f, df1, df2, alpha, std::min(p, 1.0), fUpperQuantile(eachSide(alpha), df1, df2));
 }
 
 inline Test upperChiSquare(double x, double df, double alpha)
@@ -50,7 +53,7 @@ inline Test upperChiSquare(double x, double df, double alpha)
 /** Of a variance with so many degrees of freedom. */
 inline Limits varianceLimits(double variance, double df, double alpha)
 {
-    return {variance * df / chiSquareUpperQuantile(alpha / 2.0, df), variance * df / chiSquareQuantile(alpha / 2.0, df)};
+    return {variance * df / chiSquareUpperQuantile(eachSide(alpha), df), variance * df / chiSquareQuantile(eachSide(alpha), df)};
 }
 
 /** What the computation gives; an empty result where an object's own operation throws. */
