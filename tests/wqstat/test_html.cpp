@@ -193,6 +193,21 @@ TEST(Page, marksWhereTheReportDecidesDifferently)
     EXPECT_THAT(contentOf(folder.path("page.html")), Not(HasSubstr("<p class=\"differs\">")));
 }
 
+TEST(Page, tellsWhatStandardErrorTells)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const std::string unremarkable = "Nothing was left out, and nothing was read in a way that may surprise.";
+    const std::string sums = "the sums of the observed and the expected frequencies differ: 15 and 14";
+    const Outcome outcome = run(withPage({"fit", folder.write("data.txt", "3;4\n12;10\n")}, file));
+    EXPECT_THAT(outcome.errors, HasSubstr("wqstat: warning: " + sums + "\n"));
+    EXPECT_THAT(pageIn(file).texts, Contains("Warning: " + sums));
+    EXPECT_THAT(pageIn(file).texts, Not(Contains(unremarkable)));
+    run(withPage({"fit", peas}, file));
+    EXPECT_THAT(contentOf(file), Not(HasSubstr("Warning: ")));
+    EXPECT_THAT(pageIn(file).texts, Contains(unremarkable));
+}
+
 TEST(Page, isMadeAgainByItsCommandLine)
 {
     const struct {

@@ -153,7 +153,9 @@ private:
         const Picture drawn = picture(analysis, wordsOfPicture);
         page.title = drawn.title;
         page.statement = statementOf(analysis, {wordsOfPicture.xLabel, wordsOfPicture.yLabel});
-        page.textbook = textbook(wq_exact::of(analysis));
+        const auto exact = wq_exact::of(analysis);
+        page.textbook = textbook(exact);
+        page.textbook->setWarnings(warningsOf(exact, analysis).others);
         page.picture = inlineSvg(drawn, "picture-");
         page.report = reportOf(analysis);
         return page;

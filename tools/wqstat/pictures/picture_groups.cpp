@@ -2,7 +2,6 @@
 #include "picture.h"
 
 #include "picture_parts.h"
-#include "results/textbook.h"
 
 #include <wq_exact/wq_exact.h>
 
@@ -95,38 +94,12 @@ Picture picture(const TwoDataFiles& test, const PictureWords& words)
 
 namespace {
 
-/** Half the width of the limits of each group's mean, from the variance within the groups, which all share. */
-class MeanLimits {
-public:
-    explicit MeanLimits(const wq_lib::SingleAnova& anova)
-    {
-        double squares = 0.0;
-        double n = 0.0;
-        for (const wq_lib::anova_group& group : anova.getGroups()) {
-            for (const double observation : group.observations) squares += (observation - group.mean) * (observation - group.mean);
-            n += static_cast<double>(group.observations.size());
-        }
-        const double df = n - static_cast<double>(anova.getGroups().size());
-        variance = squares / df;
-        t = wq_exact::tTwoSidedQuantile(anova.getSignificance(), df);
-    }
-    double halfWidth(const wq_lib::anova_group& group) const
-    {
-        return t * std::sqrt(variance / static_cast<double>(group.observations.size()));
-    }
-
-private:
-    double variance = 0.0;
-    double t = 0.0;
-};
-
 /** "F(4, 20) = 1.1805, p = 0.35", as the textbook has them. */
-std::string testText(wq_lib::SingleAnova& anova)
+std::string testText(const wq_lib::SingleAnova& anova, const wq_exact::AnovaResult& exact)
 {
-    const Textbook book = textbook(wq_exact::of(anova));
     std::string text = "F(" + std::to_string(anova.getAmong().df) + ", " + std::to_string(anova.getWithin().df) + ")";
-    if (!std::isfinite(book.value("p"))) return "F = " + figures(anova.getAmong().fs);
-    return text + " = " + figures(book.value("fs")) + ", " + probability(book.value("p"));
+    if (!std::isfinite(exact.F.p)) return "F = " + figures(anova.getAmong().fs);
+    return text + " = " + figures(exact.F.statistic) + ", " + probability(exact.F.p);
 }
 
 }  // namespace
@@ -144,15 +117,15 @@ Picture picture(wq_lib::SingleAnova& anova, const PictureWords& words)
             extent.include(groups[k].observations[i]);
         }
     }
-    const MeanLimits limits(anova);
+    const wq_exact::AnovaResult exact = wq_exact::of(anova);
     for (const wq_lib::anova_group& group : groups)
-        for (const double side : {-1.0, 1.0})
-            if (beside) extent.include(group.mean + side * limits.halfWidth(group));
+        if (const wq_exact::Limits limits = exact.meanLimits(group); beside)
+            for (const double limit : {limits.lower, limits.upper}) extent.include(limit);
     const Axis x = placeAxis(groups.size());
     const Axis y = valueAxis(points, extent, words);
 
     Chart chart(words.canvas, titleOf(anova, words),
-                testText(anova) + ", " + counted(groups.size(), "group", "groups") + ", " +
+                testText(anova, exact) + ", " + counted(groups.size(), "group", "groups") + ", " +
                     counted(static_cast<std::size_t>(anova.getTotalObservations()), "observation", "observations"));
     chart.setX(x, labelOr(words.xLabel, beside ? "group" : "group, by its place in the data"), true);
     if (beside) {
@@ -177,14 +150,14 @@ Picture picture(wq_lib::SingleAnova& anova, const PictureWords& words)
     std::size_t notFinite = 0;
     for (std::size_t k = 0; k < groups.size() && groups.size() <= mostMeans; ++k) {
         const double mean = groups[k].mean;
-        const double half = limits.halfWidth(groups[k]);
+        const wq_exact::Limits limits = exact.meanLimits(groups[k]);
         const double place = static_cast<double>(k + 1);
         if (std::isfinite(mean))
             addLevel(means, place, 0.36, y.at(mean));
         else
             ++notFinite;
-        if (beside && std::isfinite(mean) && std::isfinite(half))
-            bars.add({place + 0.29, y.at(mean), y.at(mean - half), y.at(mean + half)});
+        if (beside && std::isfinite(mean) && std::isfinite(limits.lower) && std::isfinite(limits.upper))
+            bars.add({place + 0.29, y.at(mean), y.at(limits.lower), y.at(limits.upper)});
     }
     chart.add(means, "using 1:2 with lines linewidth 3.5 " + inColour(colour::vermilion), "mean of the group");
     chart.add(bars, "using 1:2:3:4 with yerrorbars pointtype 5 pointsize 0.6*mark linewidth 2 " + inColour(colour::black),

@@ -71,40 +71,37 @@ struct Height {
     double upper;
 };
 
+/** The curve of the report, and the exact limits of its height. */
 class FittedCurve {
 public:
-    FittedCurve(const wq_lib::Regression& regression, const Model& ofModel)
+    FittedCurve(const wq_lib::Regression& regression, const wq_exact::RegressionResult& exactFigures, const Model& ofModel)
         : fit(regression.getRegressionResult()),
-          ssX(regression.getXyResult().x.sumOfSquares),
+          exact(exactFigures),
           model(ofModel)
     {
-        if (fit.n > 2) t = wq_exact::tTwoSidedQuantile(regression.getSignificance(), static_cast<double>(fit.n - 2));
     }
 
     Height at(double x) const
     {
-        const double distance = model.ofX(x) - fit.meanX;
-        const double line = fit.meanY + fit.b * distance;
-        const double se = std::sqrt(fit.residualVariance * (1.0 / static_cast<double>(fit.n) + distance * distance / ssX));
-        return {model.backToY(line - t * se), model.backToY(line), model.backToY(line + t * se)};
+        const double middle = model.backToY(fit.meanY + fit.b * (model.ofX(x) - fit.meanX));
+        const wq_exact::Limits limits = std::isfinite(middle) ? exact.lineLimits(x) : wq_exact::Limits();
+        return {limits.lower, middle, limits.upper};
     }
 
 private:
     const wq_lib::regression_stat& fit;
-    double ssX;
+    const wq_exact::RegressionResult& exact;
     const Model& model;
-    double t = std::numeric_limits<double>::quiet_NaN();
 };
 
 /** "R² = 0.98", of the line that was fitted, and the probability that its slope is 0. */
-std::string fitText(const wq_lib::Regression& regression, const Model& model)
+std::string fitText(const wq_lib::Regression& regression, const wq_exact::RegressionResult& exact, const Model& model)
 {
     const wq_lib::regression_stat& fit = regression.getRegressionResult();
     const double determination = fit.explained / (fit.explained + fit.unexplained);
-    const double p = wq_exact::tTwoSided(fit.tB, static_cast<double>(fit.n) - 2.0);
     std::string text;
     if (std::isfinite(determination)) text += "R\u00b2 = " + coefficient(determination) + (model.ofY == asItIs ? ", " : " of ln y, ");
-    if (std::isfinite(p)) text += probability(p) + ", ";
+    if (std::isfinite(fit.b) && std::isfinite(exact.slope.p)) text += probability(exact.slope.p) + ", ";
     return text + "n = " + digits(fit.n);
 }
 
@@ -161,7 +158,7 @@ Chart residualsOf(wq_lib::Regression& regression, const Model& model, const std:
     return chart;
 }
 
-Picture curvePicture(wq_lib::Regression& regression, const Model& model, const PictureWords& words)
+Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionResult& exact, const Model& model, const PictureWords& words)
 {
     const std::vector<Point> points = pointsOf(regression);
     Extents extents = extentsOf(points);
@@ -173,7 +170,7 @@ Picture curvePicture(wq_lib::Regression& regression, const Model& model, const P
     Extent fitted;
     for (const Point& point : points)
         if (std::isfinite(point.y) && std::isfinite(model.ofX(point.x))) fitted.include(point.x);
-    const FittedCurve curve(regression, model);
+    const FittedCurve curve(regression, exact, model);
     std::vector<std::pair<double, Height>> heights;
     for (const double place : placesAlong(fitted, model, x)) heights.emplace_back(place, curve.at(place));
 
@@ -205,7 +202,7 @@ Picture curvePicture(wq_lib::Regression& regression, const Model& model, const P
         limits.gap();
     }
 
-    Chart chart(words.canvas, titleOf(regression, words), fitText(regression, model));
+    Chart chart(words.canvas, titleOf(regression, words), fitText(regression, exact, model));
     chart.setX(x, words.residuals ? "" : labelOr(words.xLabel, "x"));
     chart.setY(y, labelOr(words.yLabel, "y"));
     if (limited) chart.add(band, "using 1:2:3 with filledcurves " + inColour(colour::band));
@@ -248,25 +245,27 @@ Picture picture(wq_lib::Correlation& pairs, const PictureWords& words)
 Picture picture(wq_lib::LinearRegression& regression, const PictureWords& words)
 {
     const wq_lib::regression_stat& fit = regression.getRegressionResult();
-    return curvePicture(regression, {asItIs, asItIs, asItIs, "y = " + sum(fit.a, fit.b) + " x"}, words);
+    return curvePicture(regression, wq_exact::of(regression), {asItIs, asItIs, asItIs, "y = " + sum(fit.a, fit.b) + " x"}, words);
 }
 
 Picture picture(wq_lib::LogarithmicRegression& regression, const PictureWords& words)
 {
     const wq_lib::regression_stat& fit = regression.getRegressionResult();
-    return curvePicture(regression, {logarithm, asItIs, asItIs, "y = " + sum(fit.a, fit.b) + " ln x"}, words);
+    return curvePicture(regression, wq_exact::of(regression), {logarithm, asItIs, asItIs, "y = " + sum(fit.a, fit.b) + " ln x"}, words);
 }
 
 Picture picture(wq_lib::ExponentialRegression& regression, const PictureWords& words)
 {
     const wq_lib::regression_stat& fit = regression.getRegressionResult();
-    return curvePicture(regression, {asItIs, logarithm, exponential, "y = " + figures(fit.a) + " e^(" + figures(fit.b) + " x)"}, words);
+    return curvePicture(regression, wq_exact::of(regression),
+                        {asItIs, logarithm, exponential, "y = " + figures(fit.a) + " e^(" + figures(fit.b) + " x)"}, words);
 }
 
 Picture picture(wq_lib::PowerRegression& regression, const PictureWords& words)
 {
     const wq_lib::regression_stat& fit = regression.getRegressionResult();
-    return curvePicture(regression, {logarithm, logarithm, exponential, "y = " + figures(fit.a) + " x^(" + figures(fit.b) + ")"}, words);
+    return curvePicture(regression, wq_exact::of(regression),
+                        {logarithm, logarithm, exponential, "y = " + figures(fit.a) + " x^(" + figures(fit.b) + ")"}, words);
 }
 
 Picture picture(wq_lib::LinearRegressionMultiY& regression, const PictureWords& words)
@@ -274,16 +273,15 @@ Picture picture(wq_lib::LinearRegressionMultiY& regression, const PictureWords& 
     const std::vector<Point> points = pointsOf(regression);
     Extents extents = extentsOf(points);
     const wq_lib::regression_multi_y_stat& fit = regression.getRegressionResult();
-    const double n = static_cast<double>(regression.getTotalObservations());
-    const double meanX = fit.sumX / n;
-    const double meanY = regression.getGrandTotal() / n;
-    const auto lineAt = [&](double slope, double x) { return meanY + slope * (x - meanX); };
-    const bool fitted = regression.isComputeRegression() && std::isfinite(fit.b) && std::isfinite(meanX) && std::isfinite(meanY);
-    const bool limited = fitted && isFinite(fit.limitsB);
+    const wq_exact::MultiYResult exact = wq_exact::of(regression);
+    const auto lineAt = [&](double slope, double x) { return exact.meanY + slope * (x - exact.meanX); };
+    const bool fitted =
+        regression.isComputeRegression() && std::isfinite(fit.b) && std::isfinite(exact.meanX) && std::isfinite(exact.meanY);
+    const bool limited = fitted && std::isfinite(exact.slopeLimits.lower) && std::isfinite(exact.slopeLimits.upper);
     const double ends[] = {extents.x.low, extents.x.high};
     std::vector<double> slopes;
     if (fitted) slopes.push_back(fit.b);
-    if (limited) slopes.insert(slopes.end(), {fit.limitsB.getLower(), fit.limitsB.getUpper()});
+    if (limited) slopes.insert(slopes.end(), {exact.slopeLimits.lower, exact.slopeLimits.upper});
     const double room = extents.y.high - extents.y.low;
     const Extent data = extents.y;
     for (const double slope : slopes)
@@ -309,8 +307,8 @@ Picture picture(wq_lib::LinearRegressionMultiY& regression, const PictureWords& 
     if (limited) {
         const GnuplotCode style = "using 1:2 with lines linewidth 1.5 dashtype (9,5) " + inColour(colour::black);
         chart.add(lines[1], style,
-                  confidenceText(regression) + " limits of the slope " + figures(fit.limitsB.getLower()) + " to " +
-                      figures(fit.limitsB.getUpper()));
+                  confidenceText(regression) + " limits of the slope " + figures(exact.slopeLimits.lower) + " to " +
+                      figures(exact.slopeLimits.upper));
         chart.add(lines[2], style);
     }
     return pictureOf(chart, words);

@@ -36,7 +36,7 @@ Axis::Scale scaleOf(char axis, const PictureWords& words, const Extent& data, bo
 
 std::string labelOr(const std::string& label, const char* own) { return label.empty() ? own : label; }
 
-std::string confidenceText(const wq_lib::BasicStatistics& analysis) { return figures(100.0 * analysis.getConfidence()) + " %"; }
+std::string confidenceText(const wq_lib::BasicStatistics& analysis) { return "exact " + figures(100.0 * analysis.getConfidence()) + " %"; }
 
 bool isFinite(const wq_lib::DataRange<double>& range) { return std::isfinite(range.getLower()) && std::isfinite(range.getUpper()); }
 

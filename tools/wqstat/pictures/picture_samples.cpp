@@ -78,19 +78,6 @@ Rows uprightAt(std::initializer_list<double> positions, double height)
     return lines;
 }
 
-struct Interval {
-    double lower;
-    double upper;
-};
-
-/** The confidence interval of the mean, by the exact t. */
-Interval intervalOf(const wq_lib::BasicStatistics& sample)
-{
-    const wq_lib::basic_stat& result = sample.getResult();
-    const double half = wq_exact::tTwoSidedQuantile(sample.getSignificance(), static_cast<double>(result.n) - 1.0) * result.stdError;
-    return {result.mean - half, result.mean + half};
-}
-
 void addMean(Chart& chart, const wq_lib::BasicStatistics& sample, const Axis& x, double height)
 {
     const wq_lib::basic_stat& result = sample.getResult();
@@ -98,7 +85,7 @@ void addMean(Chart& chart, const wq_lib::BasicStatistics& sample, const Axis& x,
         chart.note("no mean: it is not finite");
         return;
     }
-    const Interval limits = intervalOf(sample);
+    const wq_exact::Limits limits = wq_exact::of(sample).meanLimits;
     if (std::isfinite(limits.lower) && std::isfinite(limits.upper))
         chart.add(uprightAt({x.at(limits.lower), x.at(limits.upper)}, height),
                   "using 1:2 with lines linewidth 2 dashtype (9,5) " + inColour(colour::black),
@@ -111,7 +98,7 @@ void addMean(Chart& chart, const wq_lib::BasicStatistics& sample, const Axis& x,
 
 void includeInterval(Extent& extent, const wq_lib::BasicStatistics& sample)
 {
-    const Interval limits = intervalOf(sample);
+    const wq_exact::Limits limits = wq_exact::of(sample).meanLimits;
     for (const double value : {sample.getResult().mean, limits.lower, limits.upper}) extent.include(value);
 }
 

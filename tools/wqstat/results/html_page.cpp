@@ -24,7 +24,7 @@ h1 { font-size: 1.5rem; line-height: 1.25; margin: 0 0 .25rem; }
 h2 { font-size: 1.15rem; margin: 2rem 0 .5rem; border-bottom: 1px solid var(--rule); }
 .question { font-size: 1.1rem; margin: .5rem 0; }
 .summary { font-size: 1.1rem; font-weight: 600; margin: .5rem 0; }
-.differs { color: var(--mark); font-weight: 600; border-left: .25rem solid; padding-left: .75rem; }
+.differs, .warns { color: var(--mark); font-weight: 600; border-left: .25rem solid; padding-left: .75rem; }
 figure { margin: 0; background: #ffffff; border: 1px solid var(--rule); }
 figure svg { display: block; width: 100%; height: auto; }
 table { border-collapse: collapse; width: 100%; }
@@ -100,8 +100,10 @@ void resultTable(HtmlWriter& html, const PageContent& content)
         }
     }
     html.close().close();
-    if (content.textbook)
+    if (content.textbook) {
         for (const std::string& sentence : content.textbook->differenceSentences()) html.element("p", sentence, {{"class", "differs"}});
+        for (const std::string& warning : content.textbook->warnings()) html.element("p", "Warning: " + warning, {{"class", "warns"}});
+    }
     html.close();
 }
 
@@ -112,7 +114,8 @@ void dataNotes(HtmlWriter& html, const PageContent& content)
     for (const PageFile& file : content.files)
         html.element("li", file.name + ": " + counted(file.observations, "observation", "observations") + " read");
     for (const std::string& warning : content.warnings) html.element("li", warning);
-    if (content.warnings.empty()) html.element("li", "Nothing was left out, and nothing was read in a way that may surprise.");
+    const bool warned = !content.warnings.empty() || (content.textbook && !content.textbook->warnings().empty());
+    if (!warned) html.element("li", "Nothing was left out, and nothing was read in a way that may surprise.");
     html.close().close();
 }
 
