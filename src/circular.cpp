@@ -1,10 +1,10 @@
 #include <wq_stat/circular.h>
 
 #include "detail/moves.h"
-#include "detail/pi.h"
 #include "detail/report_text.h"
 #include "detail/stored_range.h"
 #include "detail/to_integer.h"
+#include "numbers/pi.h"
 
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>

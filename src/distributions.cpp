@@ -4,11 +4,11 @@
 #include <wq_stat/distributions.h>
 
 #include "detail/log_gamma_table.h"
-#include "detail/pi.h"
 #include "detail/root_bracket.h"
 #include "detail/to_integer.h"
 #include "detail/wide_count.h"
 #include "detail/wide_quantiles.h"
+#include "numbers/pi.h"
 
 #include <wq_udf/console.h>
 

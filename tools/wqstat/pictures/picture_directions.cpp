@@ -3,6 +3,8 @@
 
 #include "picture_parts.h"
 
+#include "numbers/pi.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -14,7 +16,7 @@ namespace wqstat {
 
 namespace {
 
-constexpr double pi = 3.141592653589793;
+using wq_lib::detail::pi;
 
 /** On the circle 0 is at the top, and angles grow clockwise. */
 Point onCircle(double angle, double radius) { return {radius * std::sin(angle), radius * std::cos(angle)}; }

@@ -1,6 +1,6 @@
 // pi and its multiples, as the nearest doubles.
-#ifndef WQ_STAT_DETAIL_PI_H
-#define WQ_STAT_DETAIL_PI_H
+#ifndef WQ_NUMBERS_PI_H
+#define WQ_NUMBERS_PI_H
 
 namespace wq_lib::detail {
 
