@@ -139,14 +139,14 @@ int run(const std::string& program, std::FILE* commands, std::FILE* picture, std
     std::signal(SIGCHLD, SIG_DFL);  // where a parent had it ignored, the exit status would be lost
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, fileno(commands), STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, fileno(picture), STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, fileno(messages), STDERR_FILENO);
+    int failed = posix_spawn_file_actions_adddup2(&actions, fileno(commands), STDIN_FILENO);
+    if (failed == 0) failed = posix_spawn_file_actions_adddup2(&actions, fileno(picture), STDOUT_FILENO);
+    if (failed == 0) failed = posix_spawn_file_actions_adddup2(&actions, fileno(messages), STDERR_FILENO);
     std::string name = program;
     std::string noInitialisation = "-d";  // not the user's settings
     char* const words[] = {name.data(), noInitialisation.data(), nullptr};
     pid_t child = 0;
-    const int failed = posix_spawn(&child, program.c_str(), &actions, nullptr, words, environ);
+    if (failed == 0) failed = posix_spawn(&child, program.c_str(), &actions, nullptr, words, environ);
     posix_spawn_file_actions_destroy(&actions);
     if (failed != 0) throw CannotAnalyse(shown(program) + ": cannot be started: " + reason(failed));
     int status = 0;
