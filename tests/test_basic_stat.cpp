@@ -168,19 +168,7 @@ TEST(BasicStatistics, newObject)
     BasicStatistics sample;
     expectSameRecord(sample.getResult(), resetRecord());
     EXPECT_EQ(sample.getResult().significance, 0.0);
-    EXPECT_EQ(sample.getDataFile(), "");
-    EXPECT_SAME_BITS(sample.getHead(), 0.0);
-    EXPECT_SAME_BITS(sample.getTail(), 0.0);
-    EXPECT_EQ(sample.getDataStart(), 0u);
-    EXPECT_EQ(sample.getDataEnd(), 0u);
-    EXPECT_EQ(sample.getSampleSize(), 0u);
-    EXPECT_EQ(sample.getSignificance(), 0.05);
-    EXPECT_SAME_BITS(sample.getNullHypothesis(), 0.0);
-    EXPECT_FALSE(sample.isSorted());
-    EXPECT_EQ(sample.getColumnName(0), "DATA");
     EXPECT_EQ(sample.getHypothesisInfo(), "");
-    EXPECT_EQ(sample.getComment(), "");
-    EXPECT_FALSE(sample.isNegative());
 }
 
 TEST(BasicStatistics, settersCheckNothing)

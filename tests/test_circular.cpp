@@ -69,10 +69,11 @@ TEST(Circular, newObject)
     EXPECT_EQ(directions.getBin0(), 0u);
     EXPECT_EQ(directions.getBinSize(), 0.0);
     EXPECT_EQ(directions.getMeanBin(), 0u);
-    EXPECT_EQ(directions.getSignificance(), 0.05);
-    EXPECT_EQ(directions.getCircularResult().n, 0u);
-    EXPECT_EQ(directions.getCircularResult().p, 0.0);
-    EXPECT_FALSE(directions.getCircularResult().accepted);
+    const circular_stat& r = directions.getCircularResult();
+    EXPECT_EQ(r.n, 0u);
+    EXPECT_EQ(r.meanBin, 0u);
+    for (const double value : {r.bin0, r.a, r.r, r.s, r.sPrime, r.binSize, r.R, r.z, r.significance, r.p}) EXPECT_SAME_BITS(value, 0.0);
+    EXPECT_FALSE(r.accepted);
 }
 
 TEST(Circular, unitsAreNumbered)

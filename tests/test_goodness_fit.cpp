@@ -301,6 +301,18 @@ TEST(GoodnessOfFit, analysisLeavesThePairedRecordReset)
     EXPECT_EQ(test.getXyResult().x.sum, 0.0);
 }
 
+TEST(GoodnessOfFit, resetKeepsTheTests)
+{
+    GoodnessOfFit test = loaded(peas);
+    EXPECT_TRUE(test.analyse());
+    const double X2 = test.getX2(), G = test.getG(), adjusted = test.getGAdjusted();
+    EXPECT_GT(X2, 0.0);
+    test.resetResult();
+    EXPECT_SAME_BITS(test.getX2(), X2);
+    EXPECT_SAME_BITS(test.getG(), G);
+    EXPECT_SAME_BITS(test.getGAdjusted(), adjusted);
+}
+
 TEST(GoodnessOfFit, worksThroughVirtualOperations)
 {
     class Watched : public GoodnessOfFit {

@@ -115,7 +115,6 @@ TEST(LinearRegressionMultiY, newObject)
     EXPECT_TRUE(regression.isEqual());
     EXPECT_EQ(regression.getModel(), 2);
     EXPECT_EQ(regression.getGroupsCreated(), 0u);
-    EXPECT_EQ(regression.getSignificance(), 0.05);
     expectRecordOfZeros(regression);
 }
 
