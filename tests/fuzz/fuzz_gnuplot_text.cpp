@@ -14,8 +14,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const std::string text(reinterpret_cast<const char*>(bytes), size);
     const std::string shown = wq_test::plainVisible(text);
 
-    const auto label = wq_test::readAsGnuplot(wqstat::quoted(text).source());
-    wq_fuzz::require(label.problem.empty(), label.problem, " in ", wqstat::quoted(text).source());
+    const auto label = wq_test::readAsGnuplot(wqstat::quotedText(text).source());
+    wq_fuzz::require(label.problem.empty(), label.problem, " in ", wqstat::quotedText(text).source());
     wq_fuzz::require(label.text == shown, "'", label.text, "' instead of '", shown, "'");
 
     const auto tick = wq_test::readAsGnuplot(wqstat::quotedTick(text).source());

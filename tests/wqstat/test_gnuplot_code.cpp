@@ -41,7 +41,7 @@ TEST(GnuplotCode, textsAreReadByGnuplotAsTheyAreShown)
 {
     const std::vector<std::string> texts = oddTexts();
     std::string script = "set print '-'\nmacro = 'replaced'\n";
-    for (const std::string& text : texts) script += "print " + wqstat::quoted("<" + text + ">").source() + "\n";
+    for (const std::string& text : texts) script += "print " + wqstat::quotedText("<" + text + ">").source() + "\n";
     const TempFolder folder;
     const Outcome outcome = runCommand({"gnuplot", "-d", folder.write("script", script)});
     ASSERT_EQ(outcome.status, 0) << outcome.errors;
@@ -53,7 +53,7 @@ TEST(GnuplotCode, textsAreReadByGnuplotAsTheyAreShown)
 TEST(GnuplotCode, theParserOfTheTestsReadsAsGnuplotDoes)
 {
     for (const std::string& text : oddTexts()) {
-        const GnuplotString read = readAsGnuplot(wqstat::quoted(text).source());
+        const GnuplotString read = readAsGnuplot(wqstat::quotedText(text).source());
         EXPECT_EQ(read.problem, "") << plainVisible(text);
         EXPECT_EQ(read.text, plainVisible(text));
         EXPECT_EQ(printedAsFormat(readAsGnuplot(wqstat::quotedTick(text).source()).text), plainVisible(text));

@@ -160,12 +160,12 @@ void Chart::add(const Rows& rows, const GnuplotCode& style, const std::string& k
 
 void Chart::addText(double x, double y, const std::string& text, const GnuplotCode& placing)
 {
-    texts += "set label " + GnuplotCode(quoted(text)) + " at first " + x + "," + y + " noenhanced front " + placing + "\n";
+    texts += "set label " + GnuplotCode(quotedText(text)) + " at first " + x + "," + y + " noenhanced front " + placing + "\n";
 }
 
 GnuplotCode Chart::label(double x, double y, const std::string& text, const GnuplotCode& looks) const
 {
-    return "set label " + GnuplotCode(quoted(text)) + " at screen " + across(x) + "," + up(y) + " center noenhanced " + looks + "\n";
+    return "set label " + GnuplotCode(quotedText(text)) + " at screen " + across(x) + "," + up(y) + " center noenhanced " + looks + "\n";
 }
 
 GnuplotCode Chart::margins(const Frame& frame) const
@@ -282,7 +282,7 @@ GnuplotCode Chart::layersPlotted() const
         const GnuplotCode name = "$layer" + GnuplotCode(i + 1);
         data += name + " << EOD\n" + layers[i].data + "EOD\n";
         plots += (i == 0 ? GnuplotCode("plot ") : ", ") + name + " " + layers[i].style + " " +
-                 (layers[i].keyTitle.empty() ? "notitle" : "title " + GnuplotCode(quoted(layers[i].keyTitle)) + " noenhanced");
+                 (layers[i].keyTitle.empty() ? "notitle" : "title " + GnuplotCode(quotedText(layers[i].keyTitle)) + " noenhanced");
     }
     // An empty picture still has its axes and says why it is empty.
     return data + (plots.isEmpty() ? "plot NaN notitle" : plots) + "\n";

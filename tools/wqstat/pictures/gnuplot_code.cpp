@@ -31,13 +31,13 @@ std::string inGnuplotQuotes(std::string_view text)
 
 }  // namespace
 
-GnuplotText quoted(std::string_view text) { return GnuplotText(inGnuplotQuotes(text)); }
+GnuplotText quotedText(std::string_view text) { return GnuplotText(inGnuplotQuotes(text)); }
 
 GnuplotText quotedTick(std::string_view text)
 {
     std::string format;
     for (const char c : text) format += c == '%' ? "%%" : std::string(1, c);
-    return quoted(format);
+    return quotedText(format);
 }
 
 GnuplotCode::GnuplotCode(double number) : code(shortest(number)) {}

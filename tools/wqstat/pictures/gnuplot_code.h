@@ -15,7 +15,7 @@ public:
 
 private:
     explicit GnuplotText(std::string quotes) : code(std::move(quotes)) {}
-    friend GnuplotText quoted(std::string_view text);
+    friend GnuplotText quotedText(std::string_view text);
 
     std::string code;
 };
@@ -24,7 +24,7 @@ private:
  * The text for labels, titles and keys, which have to be "noenhanced". What can be printed appears as it is, all else as visible() shows it.
  * What gnuplot replaces in its input before or while it reads a string (backticks, @macros, braces, escapes) is written as an escape.
  */
-GnuplotText quoted(std::string_view text);
+GnuplotText quotedText(std::string_view text);
 
 /** The text for the ticks of an axis, where gnuplot takes '%' for the begin of a format. */
 GnuplotText quotedTick(std::string_view text);
