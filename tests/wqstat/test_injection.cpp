@@ -142,8 +142,66 @@ TEST(Injection, textsOfOptionsAndDataAreTextsInAPicture)
         EXPECT_THAT(others, HasSubstr(asShown(onOneLine(plainVisible(name)))));
         EXPECT_THAT(others, HasSubstr(asShown("y " + injection)));
 
+        // A title given by hand stands in the comment's place.
+        ASSERT_EQ(run({"describe", data, "--lenient", "--title", "t " + injection, "--plot", "b.svg"}).status, done);
+        EXPECT_THAT(onOneLine(textsOf("b.svg")), HasSubstr(asShown("t " + injection)));
+
         EXPECT_FALSE(folder.hasCanary());
     }
+}
+
+// A field of a CSV file, in quotes.
+std::string field(const std::string& text)
+{
+    std::string quoted = "\"";
+    for (const char c : text) quoted += c == '"' ? "\"\"" : std::string(1, c);
+    return quoted + '"';
+}
+
+TEST(Injection, titlesAndLabelsOfATableAreTextsInAPicture)
+{
+    for (const std::string& injection : injections) {
+        SCOPED_TRACE("injection: " + plainVisible(injection));
+        const InFolder folder;
+        const std::string group = "g" + injection;
+        const std::string value = "v" + injection;
+        const std::string label = "l" + injection;
+        const std::string table = folder.write("data.csv", field(group) + "," + field(value) + "\n" + field(label) + ",1\n" + field(label) +
+                                                               ",2\nother,3\nother,5\nthird,4\nthird,7\n");
+        const Outcome outcome = run({"anova", table, "--separator", ",", "--group", group, "--value", value, "--plot", "a.svg"});
+        ASSERT_EQ(outcome.status, done) << outcome;
+        const std::string texts = onOneLine(textsOf("a.svg"));
+        for (const std::string& text : {group, value}) EXPECT_THAT(texts, HasSubstr(asShown(text)));
+        EXPECT_THAT(texts, HasSubstr(asShown(label).substr(0, 18))) << "long labels are cut";
+        EXPECT_FALSE(folder.hasCanary());
+    }
+}
+
+TEST(Injection, aFileWithZeroBytesDrawsNothing)
+{
+    using namespace std::string_literals;
+    const InFolder folder;
+    const std::string data = folder.write("data.txt", "# a\0\"\n!touch canary\n# b\0\0;system(\"touch canary\")\n1\n2\n4\n"s);
+    for (const char* const strictness : {"--lenient", "--no-warnings"}) {
+        const Outcome outcome = run({"describe", strictness, data, "--plot", "a.svg"});
+        EXPECT_EQ(outcome.status, couldNotAnalyse) << outcome;
+        EXPECT_EQ(outcome.output, "");
+    }
+    EXPECT_FALSE(std::filesystem::exists("a.svg"));
+    EXPECT_FALSE(folder.hasCanary());
+}
+
+TEST(Injection, whatIsNoTextIsRefusedWithoutReachingGnuplot)
+{
+    const InFolder folder;
+    const std::string data = folder.write("data.txt", "1;1\n2;3\n3;2\n");
+    for (const std::string& injection : injections)
+        for (const char* const option : {"--size", "--dpi", "--font-size", "--log"})
+            for (const std::string& text : {injection, "1" + injection, "x" + injection}) {
+                EXPECT_EQ(run({"pairs", data, option, text, "--plot", "a.svg"}).status, wrongUsage) << option << " " << plainVisible(text);
+                EXPECT_FALSE(std::filesystem::exists("a.svg"));
+            }
+    EXPECT_FALSE(folder.hasCanary());
 }
 
 TEST(Injection, picturesOfEveryFormatTakeThemAll)
@@ -168,6 +226,8 @@ TEST(Injection, everyCommandsPictureTakesThemAll)
         const std::string texts = textsOf("a.svg");
         EXPECT_THAT(texts, HasSubstr("\n!touch canary"));
         EXPECT_THAT(texts, HasSubstr("y !touch canary"));
+        ASSERT_EQ(run(with(withFile(command.arguments, data), {"--title", "t" + all, "--plot", "b.svg"})).status, done);
+        EXPECT_THAT(onOneLine(textsOf("b.svg")), HasSubstr("t !touch canary"));
         EXPECT_FALSE(folder.hasCanary());
     }
 }
@@ -235,6 +295,7 @@ TEST(Injection, messagesAndListingsShowControlCharacters)
     const std::string pairs = folder.write("p" + name, "1;2" + evil + "4\n" + "3 " + evil + "5\n2;3\n");
     const std::string label = "\"" + evil + "\"";
     const std::string table = folder.write("t" + name, "\"t" + evil + "\",v\n" + label + ",1\n" + label + ",2\n" + label + ",4\n");
+    const std::string groups = folder.write("g" + name, "g" + evil + ";v\nl" + evil + ";1\nl" + evil + ";2\nm;4\nm;5\nm;" + evil + "\n");
     const std::string bad = folder.write("b" + name, "1;" + evil + "\n");
     const struct {
         int line;
@@ -251,6 +312,23 @@ TEST(Injection, messagesAndListingsShowControlCharacters)
         {__LINE__, {"describe", values, "--export", folder.path("none" + name + "/x")}, couldNotAnalyse},
         {__LINE__, {"describe", values, "--plot", folder.path("none" + name + "/x.svg")}, couldNotAnalyse},
         {__LINE__, {"describe", values, "--plot", name}, wrongUsage},
+        {__LINE__, {"anova", groups, "--separator", ";", "--group", "g" + evil, "--value", "v"}, couldNotAnalyse},
+        {__LINE__, {"anova", groups, "--separator", ";", "--group", "g" + evil, "--value", "v", "--na", evil}, done},
+        {__LINE__,
+         {"anova", groups, "--separator", ";", "--group", "g" + evil, "--value", "v", "--na", evil, "--na-error"},
+         couldNotAnalyse},
+        {__LINE__, {"anova", groups, "--separator", ";", "--group", "h" + evil, "--value", "v"}, couldNotAnalyse},
+        {__LINE__, {"anova", groups}, couldNotAnalyse},
+        {__LINE__, {"variances", groups, "--separator", ";", "--group", "g" + evil, "--value", "v", "--na", evil, "--verbose"}, done},
+        {__LINE__, {"fit", groups, "--separator", ";", "--column", "g" + evil, "--ratio", "1:1"}, done},
+        {__LINE__, {"fit", groups, "--separator", ";", "--column", "g" + evil, "--ratio", evil}, wrongUsage},
+        {__LINE__, {"describe", groups, "--column", "v", "--separator", evil}, wrongUsage},
+        {__LINE__, {"describe", values, "--title", evil}, wrongUsage},
+        {__LINE__, {"describe", values, "--size", evil, "--plot", "a.svg"}, wrongUsage},
+        {__LINE__, {"describe", values, "--dpi", evil, "--plot", "a.svg"}, wrongUsage},
+        {__LINE__, {"describe", values, "--font-size", evil, "--plot", "a.svg"}, wrongUsage},
+        {__LINE__, {"pairs", "--lenient", pairs, "--log", evil, "--plot", "a.svg"}, wrongUsage},
+        {__LINE__, {"random", "--seed", evil}, wrongUsage},
         {__LINE__, {"describe", values, "--alpha", evil}, wrongUsage},
         {__LINE__, {"describe", values, "--list", evil, "1"}, wrongUsage},
         {__LINE__, {"regress", "--model", evil, pairs}, wrongUsage},

@@ -549,6 +549,34 @@ TEST(Pictures, ofTwoSamplesHaveBothSideBySide)
     EXPECT_THAT(drawn.text, HasSubstr("instrument 2 of 5."));
 }
 
+TEST(Pictures, ofTablesHaveTheLabelsOfGroupsAndClasses)
+{
+    const TempFolder folder;
+    const std::string plants =
+        folder.write("plants.csv", "plant,treatment,height\n1,ctrl,4.2\n2,low,5.5\n3,ctrl,4.8\n4,,5.1\n5,low,6.0\n6,gone,NA\n"
+                                   "7,a label of more than two dozen letters,5.0\n8,a label of more than two dozen letters,5.2\n");
+    const std::string peas = folder.write("peas.csv", "class,seen,elsewhere\nround,315,300\nwrinkled,101,120\nboth,32,30\n");
+    const struct {
+        int line;
+        Words arguments;
+        std::string ticks;  // the number of a label is that of its first appearance, with a value or without
+    } rows[] = {
+        {__LINE__, {"anova", "--group", "treatment", "--value", "height", plants}, R"x("ctrl" 1, "low" 2, "a label of more than ..." 3)x"},
+        {__LINE__,
+         {"variances", "--group", "class", "--value", "seen", folder.write("two.csv", "class,seen\nold,1\nnew,2\nold,4\nnew,3\nnew,7\n")},
+         R"x("old (n = 2)" 1, "new (n = 3)" 2)x"},
+        {__LINE__, {"ks", "--class", "class", "--count1", "seen", "--count2", "elsewhere", peas}, R"x("round" 1, "wrinkled" 2, "both" 3)x"},
+        {__LINE__,
+         {"fit", "--column", "kind", "--ratio", "1:1", folder.write("kinds.csv", "kind\ntall\nshort\ntall\ntall\n")},
+         R"x("tall" 1, "short" 2)x"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        EXPECT_THAT(script(row.arguments).text, HasSubstr("set xtics out nomirror (" + row.ticks + ")"));
+    }
+    EXPECT_THAT(script(rows[2].arguments).text, HasSubstr("at class wrinkled"));
+}
+
 TEST(Pictures, ofDirectionsHaveSectorsAndTheMeanVector)
 {
     wq_lib::Circular directions;

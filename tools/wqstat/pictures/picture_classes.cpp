@@ -34,6 +34,7 @@ Picture picture(wq_lib::GoodnessOfFit& test, const PictureWords& words)
     }
     const Axis y(both, Axis::Ends::fromZero);
     chart.setX(placeAxis(classes.size()), labelOr(words.xLabel, "class, in the order of the data"), true);
+    if (words.labels.size() == classes.size()) chart.setXTicks(placeTicks(words));
     chart.setY(y, labelOr(words.yLabel, "frequency"));
     Rows observed;
     Rows expected;
@@ -77,6 +78,7 @@ Picture picture(wq_lib::KolmogorovSmirnov2& test, const PictureWords& words)
     Chart chart(words.canvas, titleOf(test, words),
                 "n = " + digits(test.getN1()) + " and " + digits(test.getN2()) + ", " + counted(classes.size(), "class", "classes"));
     chart.setX(x, labelOr(words.xLabel, "class, in the order of the data"), true);
+    if (words.labels.size() == classes.size() && classes.size() <= mostShownSingly) chart.setXTicks(placeTicks(words));
     chart.setY(y, labelOr(words.yLabel, "relative cumulative frequency"));
     constexpr std::size_t mostSteps = 1000;
     const std::size_t step = (classes.size() + mostSteps - 1) / mostSteps;
@@ -101,7 +103,7 @@ Picture picture(wq_lib::KolmogorovSmirnov2& test, const PictureWords& words)
         d.add({place, y.at(relative[largest].x)});
         d.add({place, y.at(relative[largest].y)});
         chart.add(d, "using 1:2 with linespoints linewidth 3 pointtype 7 pointsize 0.7*mark " + inColour(colour::black),
-                  "D = " + figures(test.getD()) + " at class " + std::to_string(largest + 1));
+                  "D = " + figures(test.getD()) + " at class " + labelOf(words, largest + 1, std::to_string(largest + 1)));
     }
     if (!std::isfinite(relative.empty() ? 0.0 : relative.back().x) || !std::isfinite(relative.empty() ? 0.0 : relative.back().y))
         chart.note("a relative frequency is not finite, and left out");

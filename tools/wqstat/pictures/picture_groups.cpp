@@ -74,7 +74,8 @@ Picture picture(const TwoDataFiles& test, const PictureWords& words)
                 "F = " + figures(test.getF()) + ", variances " + figures(results[0]->sampleVariance) + " and " +
                     figures(results[1]->sampleVariance));
     chart.setX(x, labelOr(words.xLabel, "sample"));
-    chart.setXTicks({{1.0, "1 (n = " + digits(results[0]->n) + ")"}, {2.0, "2 (n = " + digits(results[1]->n) + ")"}});
+    chart.setXTicks({{1.0, labelOf(words, 1, "1") + " (n = " + digits(results[0]->n) + ")"},
+                     {2.0, labelOf(words, 2, "2") + " (n = " + digits(results[1]->n) + ")"}});
     chart.setY(y, labelOr(words.yLabel, "value"));
     addScatter(chart, points, x, y, observationNoun);
     Rows spreads;
@@ -130,7 +131,12 @@ Picture picture(wq_lib::SingleAnova& anova, const PictureWords& words)
     chart.setX(x, labelOr(words.xLabel, beside ? "group" : "group, by its place in the data"), true);
     if (beside) {
         std::vector<Tick> ticks;
-        for (std::size_t k = 0; k < groups.size(); ++k) ticks.push_back({static_cast<double>(k + 1), figures(groups[k].id, 10)});
+        for (std::size_t k = 0; k < groups.size(); ++k) {
+            const double id = groups[k].id;  // the number of its label, where there are labels
+            const std::string number = figures(id, 10);
+            ticks.push_back(
+                {static_cast<double>(k + 1), words.labels.empty() ? number : labelOf(words, static_cast<std::size_t>(id), number)});
+        }
         chart.setXTicks(ticks);
     }
     chart.setY(y, labelOr(words.yLabel, "observation"));

@@ -42,6 +42,12 @@ Axis countAxis(double highest);
 /** An axis on which the k-th of so many things stands at k, counted from 1. */
 Axis placeAxis(std::size_t things);
 
+/** The ticks of such an axis: the labels of the things, cut where they are long; none where the words have no labels. */
+std::vector<Tick> placeTicks(const PictureWords& words);
+
+/** The label of a thing by its number, counted from 1, cut where it is long; or else what it is called otherwise. */
+std::string labelOf(const PictureWords& words, std::size_t number, const std::string& otherwise);
+
 /** The finite values of the analysed range. */
 std::vector<double> analysedValues(const wq_lib::BasicStatistics& sample);
 
