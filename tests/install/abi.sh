@@ -9,11 +9,12 @@ renew=${1:-}
 [ "$(uname -m)" = x86_64 ] || skip "the baseline is for x86_64, this is $(uname -m)"
 command -v abidw >/dev/null && command -v abidiff >/dev/null || skip "abidiff is missing (Debian package: abigail-tools)"
 
-# Symbols and layouts are the same at every optimisation; without any, the libraries are built soonest.
+# Symbols and layouts are the same at every optimisation; without any, the libraries are built soonest. Names of sources are those within the
+# tree, whether the generator names them from the root or from the folder it builds in.
 work_in "$BUILD/tests/install/abi"
 {
     "$CMAKE" -S "$SOURCE" -B build -G "$GENERATOR" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_BUILD_TYPE=None -DCMAKE_CXX_FLAGS="$CXXFLAGS" \
-        -DWQ_LIBRARY_OPTIONS="-g;-O0;-ffile-prefix-map=$SOURCE/=" \
+        -DWQ_LIBRARY_OPTIONS="-g;-O0;-ffile-prefix-map=$SOURCE/=;-ffile-prefix-map=$(realpath --relative-to=build "$SOURCE")/=" \
         -DWQ_WARNINGS_AS_ERRORS=OFF -DWQ_BUILD_TESTS=OFF -DWQ_BUILD_TOOLS=OFF -DWQ_BUILD_EXAMPLES=OFF &&
         "$CMAKE" --build build --parallel 2
 } >build.txt 2>&1 || fail "$(cat build.txt)"
