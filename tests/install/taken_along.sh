@@ -19,6 +19,13 @@ for name in "${core[@]}"; do
     [ ! -e "installed/$LIBRARIES/libwq_$name.so" ] || fail "libwq_$name is shared"
 done
 
+# Without libwq_exact what needs it is left out, and said to be.
+step "${configure[@]}" -S "$SOURCE" -B without_exact -DWQ_BUILD_EXACT=OFF
+grep -q '^WQ_BUILD_EXACT is OFF: .*wqstat' step.txt || fail "nothing says what is left out without libwq_exact: $(cat step.txt)"
+for target in wq_exact wqstat accuracy test_textbook; do
+    ! "$CMAKE" --build without_exact --target help | grep -qE "(^|/| )$target(:|$)" || fail "$target is built without libwq_exact"
+done
+
 step "${configure[@]}" -S "$hosts/three_libraries" -B linked -DCMAKE_PREFIX_PATH="$PWD/installed"
 step "$CMAKE" --build linked
 ! readelf --dynamic linked/host | grep libwq_ || fail "the host needs a shared library"
