@@ -1,6 +1,7 @@
 // The exact figures of every data set at hand, those that are shipped and those of WQ_REFERENCE_DATA, against R's t.test, aov, lm, predict,
 // cor.test, chisq.test, var.test and ks.test (tests/reference/textbook_all_data.R).
 #include "commands.h"
+#include "data_files.h"
 #include "documents.h"
 
 #include "support/files.h"
@@ -69,16 +70,9 @@ double exactFigure(const Words& arguments, const std::vector<std::string>& path)
 // ---------------------------------------------------------------- the comparison
 
 // The data sets that are shipped, in a folder for each kind, as the reference data are.
-std::string shippedByKind(const TempFolder& folder)
+std::string foldersOfKinds(const TempFolder& folder)
 {
-    const std::map<std::string, Words> kinds = {
-        {"values", {"cavendish.txt", "nist_numacc1.txt", "nist_numacc3.txt", "nist_sirstv_instrument1.txt", "nist_sirstv_instrument2.txt"}},
-        {"pairs", {"nist_norris.txt"}},
-        {"groups", {"nist_sirstv.txt", "nist_smls07.txt", "nist_smls08.txt", "toothgrowth_supp.txt"}},
-        {"series", {"seedlings.txt"}},
-        {"classes", {"mendel_peas.txt", "pi_e_digits.txt"}},
-    };
-    for (const auto& [kind, files] : kinds) {
+    for (const auto& [kind, files] : data_files::shippedByKind) {
         std::filesystem::create_directory(folder.path(kind));
         for (const std::string& file : files) folder.write(kind + "/" + file, contentOf(shipped(file)));
     }
@@ -87,7 +81,7 @@ std::string shippedByKind(const TempFolder& folder)
 
 std::vector<TableRow> saidByR(const TempFolder& folder)
 {
-    Words command = {"Rscript", "--vanilla", std::string(WQ_TEST_DIR) + "/reference/textbook_all_data.R", shippedByKind(folder)};
+    Words command = {"Rscript", "--vanilla", std::string(WQ_TEST_DIR) + "/reference/textbook_all_data.R", foldersOfKinds(folder)};
     if (const std::string data = reference(""); !data.empty()) command.push_back(data);
     const Outcome outcome = runCommand(command);
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
