@@ -285,4 +285,45 @@ TEST(ExactDistributions, countAllArrangementsOfTwoSmallSamples)
     EXPECT_TRUE(std::isnan(smirnovUpperQuantile(-0.1, 3, 3)));
 }
 
+// ---------------------------------------------------------------- Rayleigh
+
+// The exact p of two directions is 2 / pi arccos(R / 2). The others are Kluyver's integral, in R, piece by piece because the integrand
+// oscillates, to t = T:
+// f <- function(t) besselJ(R * t, 1) * besselJ(t, 0)^n
+// 1 - R * sum(sapply(0:(2 * T - 1), function(i) integrate(f, i * 0.5, (i + 1) * 0.5, rel.tol = 1e-11)$value))
+TEST(ExactDistributions, areAsCloseToRayleighsAsTheHeaderSays)
+{
+    const struct {
+        double n, z, p, error;
+    } rows[] = {
+        {2, 0.3, 0.7468167, 0.14},
+        {2, 1.27, 0.4129763, 0.14},
+        {2, 1.95, 0.1010826, 0.14},
+        {2, 2.0, 0.0, 0.14},
+        {3, 3.0, 0.0, 0.035},
+        {6, 1.0, 0.383706956, 0.006},
+        {6, 3.0, 0.0422765704, 0.006},
+        {6, 4.5, 0.00491339182, 0.006},
+        {10, 0.85, 0.438395681, 0.0005},
+        {10, 2.919, 0.0499811732, 0.0005},  // the critical z of the tables at 0.05
+        {10, 5.0, 0.00401618947, 0.31 * 0.00401618947},
+        {10, 6.5, 0.000459920641, 0.31 * 0.000459920641},
+        {20, 0.8, 0.454839376, 0.00012},
+        {20, 3.0, 0.0478265054, 0.00012},
+        {20, 7.5, 0.000288034966, 0.06 * 0.000288034966},
+        {50, 3.0, 0.0490256884, 0.00002},
+        {50, 8.0, 0.000257976860, 0.01 * 0.000257976860},
+    };
+    for (const auto& [n, z, p, error] : rows) {
+        EXPECT_NEAR(rayleighUpperTail(z, n), p, error) << n << " directions, z = " << z;
+        EXPECT_NEAR(rayleighCdf(z, n), 1.0 - p, error) << n << " directions, z = " << z;
+        if (z == n) continue;  // where a quantile ends
+        EXPECT_NEAR(rayleighUpperQuantile(rayleighUpperTail(z, n), n), z, 1e-11) << n << " directions";
+        EXPECT_NEAR(rayleighQuantile(rayleighCdf(z, n), n), z, 1e-11) << n << " directions";
+    }
+    EXPECT_TRUE(std::isnan(rayleighUpperTail(1.0, 0.0)));
+    EXPECT_TRUE(std::isnan(rayleighUpperTail(notANumber, 5.0)));
+    EXPECT_TRUE(std::isnan(rayleighUpperQuantile(1e-300, 5.0)));  // less likely than z = n
+}
+
 }  // namespace
