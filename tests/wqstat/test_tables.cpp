@@ -133,6 +133,17 @@ TEST(Tables, variancesOfTwoColumnsTwoGroupsAndTwoTables)
     EXPECT_EQ(run({"variances", "--value", "v", "--group", "g", groups}).output, expected.output + "sample 1: x\nsample 2: y\n");
 }
 
+// The file is read in blocks of 64 KiB: here the last one holds a line and one more that has no end.
+TEST(Tables, aLastLineWithoutAnEndIsReadBehindABlock)
+{
+    std::string text = "w\n";
+    while (text.size() < 65536) text += "1\n";
+    const TempFolder folder;
+    const Outcome outcome = run({"describe", "--column", "w", folder.write("data.csv", text + "7\n12345678")});
+    EXPECT_THAT(outcome.output, testing::HasSubstr("sample size     : 32769\n"));
+    EXPECT_THAT(outcome.output, testing::HasSubstr("maximum value   : 1.23457e+07\n"));
+}
+
 // ---------------------------------------------------------------- what cannot be read
 
 struct BadTable {

@@ -120,7 +120,10 @@ bool CsvRecords::takeLine(std::string_view& text, std::string_view& withEnd)
             const bool isLastSeen = back != nullptr && back + 1 == rest.data() + rest.size() && !ended;  // a line feed may follow
             if (back != nullptr && back + 1 != end && !isLastSeen) end = back;
         }
-        if (end == nullptr && refill()) continue;
+        if (end == nullptr && !ended) {
+            refill();  // which moves the rest, also where nothing more comes
+            continue;
+        }
         if (end == nullptr && rest.empty()) return false;
         text = end == nullptr ? rest : rest.substr(0, static_cast<std::size_t>(end - rest.data()));
         withEnd = rest.substr(0, text.size() + (end == nullptr ? 0 : 1));
