@@ -310,6 +310,78 @@ TEST(ErrorMatrix, whatTheLibraryWouldMisread)
     }
 }
 
+// ---------------------------------------------------------------- tables
+
+// What a command has to be told of a table: of plant, treatment and height_cm, and of the columns a, b and g, of which g holds texts.
+struct TableCommand {
+    Words arguments;
+    std::string ofPlants;
+    Words columns;
+};
+
+const TableCommand tableCommands[] = {
+    {{"describe"}, "--column height_cm", {"--column", "b"}},
+    {{"frequency"}, "--column height_cm", {"--column", "b"}},
+    {{"circular"}, "--column height_cm", {"--column", "b"}},
+    {{"pairs"}, "--x plant --y height_cm", {"--x", "a", "--y", "b"}},
+    {{"regress", "--model", "linear"}, "--x plant --y height_cm", {"--x", "a", "--y", "b"}},
+    {{"regress", "--model", "logarithmic"}, "--x plant --y height_cm", {"--x", "b", "--y", "a"}},
+    {{"regress", "--model", "exponential"}, "--x plant --y height_cm", {"--x", "a", "--y", "b"}},
+    {{"regress", "--model", "power"}, "--x plant --y height_cm", {"--x", "a", "--y", "b"}},
+    {{"correlate"}, "--x plant --y height_cm", {"--x", "a", "--y", "b"}},
+    {{"anova"}, "--group treatment --value height_cm", {"--group", "g", "--value", "b"}},
+    {{"multiy"}, "--x plant --y height_cm", {"--x", "a", "--y", "b"}},
+    {{"fit"}, "--observed plant --expected height_cm", {"--observed", "a", "--expected", "b"}},
+    {{"ks"}, "--count1 plant --count2 height_cm", {"--count1", "a", "--count2", "b"}},
+};
+
+TEST(ErrorMatrix, aTableWithoutAColumnNamed)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("plants.csv", "plant,treatment,height_cm\n1,ctrl,4.17\n2,ctrl,5.58\n3,compost,4.81\n");
+    const std::string text = file + " is a table with the columns plant, treatment, height_cm: name what to use, such as ";
+    const auto runs = [](const Words& words) { return run(words); };
+    for (const TableCommand& command : tableCommands)
+        expectFailure(with(command.arguments, {file}), cannotAnalyse(text + command.ofPlants), runs);
+    const Outcome ofTwo = cannotAnalyse(text + "--value height_cm --group treatment");
+    expectFailure({"variances", file, shipped("cavendish.txt")}, ofTwo, runs);
+    expectFailure({"variances", shipped("cavendish.txt"), file}, ofTwo, runs);
+}
+
+TEST(ErrorMatrix, aCellThatIsNoValue)
+{
+    const struct {
+        const char* cell;
+        Words options;
+        const char* reason;
+    } rows[] = {
+        {"<5", {}, "a number is expected, not '<5'"},         {"5 kg", {}, "a number is expected, not '5 kg'"},
+        {"1e999", {}, "the number is out of range: '1e999'"}, {"NA", {"--na-error"}, "the value is missing: 'NA'"},
+        {"", {"--na-error"}, "the value is missing: ''"},     {"NA", {"--na", "none"}, "a number is expected, not 'NA'"},
+    };
+    const TempFolder folder;
+    for (const auto& row : rows) {
+        const std::string file = folder.write("data.csv", std::string("a,b,g\n1,2,x\n2,") + row.cell + ",y\n3,4,x\n4,7,y\n");
+        const Outcome expected = cannotAnalyse(file + ":3: b: " + row.reason);
+        const auto runs = [](const Words& words) { return run(words); };
+        for (const TableCommand& command : tableCommands)
+            expectFailure(with(with(command.arguments, command.columns), with(row.options, {file})), expected, runs);
+        expectFailure(with({"variances", "--value", "b", "--group", "g", file}, row.options), expected, runs);
+        expectFailure(with({"variances", "--column", "b", file, file}, row.options), expected, runs);
+    }
+}
+
+TEST(ErrorMatrix, aColumnThatIsNotThere)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("data.csv", "a,c,g\n1,2,x\n2,5,y\n3,4,x\n4,7,y\n");
+    const Outcome expected = cannotAnalyse(file + ": there is no column 'b': the columns are a, c, g");
+    const auto runs = [](const Words& words) { return run(words); };
+    for (const TableCommand& command : tableCommands) expectFailure(with(with(command.arguments, command.columns), {file}), expected, runs);
+    expectFailure({"variances", "--value", "b", "--group", "g", file}, expected, runs);
+    expectFailure({"variances", "--column", "b", file, file}, expected, runs);
+}
+
 // One separator at the end of a line takes nothing away, nor does what is no number behind the end of the data.
 TEST(ErrorMatrix, whatTheLibraryReadsAsMeantIsTaken)
 {
