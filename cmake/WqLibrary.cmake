@@ -53,6 +53,9 @@ function(wq_library_code target)
     VISIBILITY_INLINES_HIDDEN ON)
 endfunction()
 
+set(WQ_EXPORT_MAP ${PROJECT_BINARY_DIR}/exports.map)
+configure_file(${PROJECT_SOURCE_DIR}/cmake/exports.map.in ${WQ_EXPORT_MAP} @ONLY)
+
 # wq_library(NAME BASE folder SOURCES files... [INCLUDES folders...] [PUBLIC|PRIVATE targets...]). The public headers are BASE/wq_NAME/*.h;
 # PUBLIC names the libraries whose headers these include. INCLUDES are the folders that private headers are named from: the library's own, and
 # support for "numbers/...".
@@ -86,8 +89,7 @@ function(wq_library name)
 
   # Hidden visibility does not reach instantiations of standard templates; the export map does.
   if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
-    set(map ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-    target_link_options(${target} PRIVATE LINKER:--version-script=${map})
-    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${map})
+    target_link_options(${target} PRIVATE LINKER:--version-script=${WQ_EXPORT_MAP})
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${WQ_EXPORT_MAP})
   endif()
 endfunction()

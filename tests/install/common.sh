@@ -21,11 +21,17 @@ renew_hint="A program built against an earlier version may break on a change; do
 Where the change is meant and compatible (an addition), renew the baseline and commit it with the change:
     cmake --build $BUILD --target abi_baseline"
 
+# exported LIBRARY [OPTION...]: its exported symbols as nm lists them, without the symbol of the version that they carry.
+exported()
+{
+    nm --dynamic --defined-only --without-symbol-versions "${@:2}" "$1" | grep -v ' A WQ_[0-9]*$'
+}
+
 # symbols_of LIBRARY: what it exports, one per line: the name, and what it means.
 symbols_of()
 {
     local names
-    names=$(nm --dynamic --defined-only "$1" | cut -d ' ' -f 3 | LC_ALL=C sort)
+    names=$(exported "$1" | cut -d ' ' -f 3 | LC_ALL=C sort)
     paste <(echo "$names") <(c++filt <<<"$names")
 }
 

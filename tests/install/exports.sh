@@ -4,7 +4,7 @@ source "$(dirname "$0")/common.sh"
 
 for name in "${family[@]}"; do
     library=$PREFIX/$LIBRARIES/libwq_$name.so.1
-    symbols=$(nm --dynamic --defined-only --demangle "$library" | sed 's/^[0-9a-f]* *[A-Za-z] //')
+    symbols=$(exported "$library" --demangle | sed 's/^[0-9a-f]* *[A-Za-z] //')
     [ -n "$symbols" ] || fail "$library exports nothing"
 
     namespace=wq_lib
@@ -26,5 +26,5 @@ done
 
 # The version symbols as a program without C++ finds them.
 version=$PREFIX/$LIBRARIES/libwq_stat.so.1
-[ "$(nm --dynamic --defined-only "$version" | grep -cE ' R wq_stat_1Version(String|Number)$')" = 2 ] ||
+[ "$(exported "$version" | grep -cE ' R wq_stat_1Version(String|Number)$')" = 2 ] ||
     fail "the version symbols are not exported by their plain names"
