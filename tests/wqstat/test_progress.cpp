@@ -2,12 +2,17 @@
 #include "feed.h"
 #include "program.h"
 #include "terminal.h"
+#include "variable.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <future>
+#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
@@ -18,7 +23,8 @@ using namespace wq_test;
 using namespace std::chrono_literals;
 
 // Runs a command on a feed that stops in the middle until the terminal shows the text, and then gives the rest.
-Outcome runUntilShown(const Words& arguments, Terminal& terminal, const std::string& text, const std::string& rest)
+Outcome runUntilShown(const Words& arguments, Terminal& terminal, const std::string& text, const std::string& rest,
+                      const std::string& begin = "1\n2\n")
 {
     const TempFolder folder;
     Feed feed(folder);
@@ -26,7 +32,7 @@ Outcome runUntilShown(const Words& arguments, Terminal& terminal, const std::str
     streams.input = feed.path();
     streams.errors = terminal.path();
     auto outcome = std::async(std::launch::async, [&] { return run(arguments, streams); });
-    feed.give("1\n2\n");
+    feed.give(begin);
     for (int tries = 0; tries < 600 && terminal.stream().find(text) == std::string::npos; ++tries) terminal.take(100ms);
     EXPECT_NE(terminal.stream().find(text), std::string::npos) << "a minute passed; the terminal shows: " << terminal.stream();
     feed.give(rest);
@@ -85,6 +91,88 @@ TEST(Progress, isShownWhileNumbersGoElsewhere)
     }
     EXPECT_NE(terminal.stream().find("drawing"), std::string::npos) << terminal.stream();
     EXPECT_EQ(terminal.screen(), std::vector<std::string>{""});
+}
+
+// The first half of a packed table waits in the pipe, and is half a number.
+TEST(Progress, isShownForPackedTablesFromAPipe)
+{
+    const TempFolder folder;
+    const std::string table = folder.write("table.csv", "w\n1\n2\n6\n");
+    ASSERT_EQ(runCommand({"gzip", "--keep", table}).status, 0);
+    const std::string packed = contentOf(table + ".gz");
+    Terminal terminal;
+    const Outcome outcome =
+        runUntilShown({"describe", "--column", "w", "-"}, terminal, waiting + "1 s", packed.substr(15), packed.substr(0, 15));
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.output.find("sample size     : 3\n"), std::string::npos);
+    EXPECT_EQ(terminal.screen(), std::vector<std::string>{""});
+}
+
+// ---------------------------------------------------------------- signals
+
+// How a program ends that gets a signal after so many seconds, as the shell tells it: 128 and the signal's number. A test may have been
+// started with signals ignored.
+Outcome runInterrupted(const std::string& signal, const std::string& seconds, const Words& arguments, const Streams& streams)
+{
+    Words words{"env", "--default-signal", "timeout", "--preserve-status", "--signal", signal, seconds, WQSTAT};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return runCommand(words, streams);
+}
+
+TEST(Interruption, leavesTheTerminalClean)
+{
+    const struct {
+        const char* signal;
+        int number;
+    } rows[] = {{"INT", SIGINT}, {"TERM", SIGTERM}, {"HUP", SIGHUP}};
+    for (const auto& row : rows) {
+        const TempFolder folder;
+        Feed feed(folder);
+        Terminal terminal;
+        Streams streams;
+        streams.input = feed.path();
+        streams.errors = terminal.path();
+        auto outcome = std::async(std::launch::async, [&] { return runInterrupted(row.signal, "3", {"describe", "-"}, streams); });
+        feed.give("1\n2\n");
+        while (outcome.wait_for(0s) != std::future_status::ready) terminal.take(50ms);
+        while (terminal.take(0ms)) {
+        }
+        EXPECT_EQ(outcome.get().status, 128 + row.number) << row.signal;
+        EXPECT_NE(terminal.stream().find(waiting), std::string::npos) << row.signal << ": there was no line to take away";
+        EXPECT_EQ(terminal.screen(), std::vector<std::string>{""}) << row.signal;
+    }
+}
+
+TEST(Interruption, leavesNoUnfinishedFile)
+{
+    const TempFolder folder;
+    const TempFolder programs;
+    const std::string gnuplot =
+        programs.write("gnuplot", "#!/bin/sh\nls -A '" + folder.path("") + "' >'" + programs.path("seen") + "'\nexec sleep 60\n");
+    std::filesystem::permissions(gnuplot, std::filesystem::perms::owner_all);
+    const std::string picture = folder.write("picture.svg", "old");
+    const Variable path("PATH", programs.path("") + ":" + std::getenv("PATH"));
+    const Outcome outcome = runInterrupted("INT", "2", {"describe", shipped("cavendish.txt"), "--plot", picture}, {});
+    EXPECT_EQ(outcome.status, 128 + SIGINT);
+    EXPECT_NE(contentOf(programs.path("seen")).find(".part\n"), std::string::npos) << "there was no file to remove";
+    EXPECT_EQ(contentOf(picture), "old");
+    const std::filesystem::directory_iterator files(folder.path(""));
+    EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+}
+
+TEST(Interruption, staysIgnoredWhereItWas)
+{
+    const TempFolder folder;
+    Feed feed(folder);
+    Streams streams;
+    streams.input = feed.path();
+    const std::string ignoring = "trap '' HUP; (sleep 1; kill -HUP $$) & exec \"$0\" \"$@\"";
+    auto outcome = std::async(std::launch::async, [&] { return runCommand({"bash", "-c", ignoring, WQSTAT, "describe", "-"}, streams); });
+    feed.give("1\n2\n");
+    std::this_thread::sleep_for(2s);
+    feed.give("6\n");
+    feed.end();
+    EXPECT_EQ(outcome.get().status, 0);
 }
 
 TEST(Progress, isNotShownWhereThereIsNoTerminal)

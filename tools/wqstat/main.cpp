@@ -6,6 +6,7 @@
 #include "command_line/completion.h"
 #include "command_line/failure.h"
 #include "command_line/help_formatter.h"
+#include "command_line/interruption.h"
 #include "command_line/manual_page.h"
 #include "command_line/nearest_name.h"
 #include "command_line/progress.h"
@@ -162,6 +163,7 @@ private:
 int main(int argc, char** argv)
 {
     startUp();
+    cleanUpWhenInterrupted();
     try {
         std::ios_base::sync_with_stdio(false);
         const TerminalStreams streams;

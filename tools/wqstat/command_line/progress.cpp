@@ -1,5 +1,6 @@
 #include "progress.h"
 
+#include "interruption.h"
 #include "terminal.h"
 
 #include <algorithm>
@@ -22,15 +23,8 @@ std::size_t columns()
     winsize window{};
     return ioctl(STDERR_FILENO, TIOCGWINSZ, &window) == 0 && window.ws_col > 1 ? window.ws_col : 80;
 }
-
-void put(const std::string& text)
-{
-    const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
-    static_cast<void>(written);  // a line that does not appear is no loss
-}
 #else
 std::size_t columns() { return 80; }
-void put(const std::string&) {}
 #endif
 
 }  // namespace
@@ -49,6 +43,7 @@ void Progress::show(const std::string& newActivity, std::uint64_t newSize)
     if (!hidden) return;
     begin = Clock::now();
     hidden = false;
+    const UninterruptedThread untilItRuns;  // signals are for the thread that can wait for this one
     try {
         timer = std::thread([this] { run(); });
     } catch (const std::system_error&) {  // no further thread is to be had: the work goes on unseen
@@ -101,7 +96,7 @@ void Progress::draw(const std::string& line)
     while (isInsideCharacter(length)) --length;
     std::string shown = line.substr(0, length);
     if (length < drawn) shown.append(drawn - length, ' ');
-    put("\r" + shown + (length == 0 ? "\r" : ""));
+    writeProgressLine("\r" + shown + (length == 0 ? "\r" : ""), length);
     drawn = length;
 }
 

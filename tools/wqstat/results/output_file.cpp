@@ -2,6 +2,7 @@
 
 #include "command_line/arguments.h"
 #include "command_line/failure.h"
+#include "command_line/interruption.h"
 #include "data_files/file_identity.h"
 
 #include <fcntl.h>
@@ -38,6 +39,7 @@ OutputFile::Unfinished::~Unfinished()
     if (descriptor < 0) return;
     close(descriptor);
     unlink(path.c_str());
+    setUnfinishedFile(nullptr);
 }
 
 OutputFile::OutputFile(const std::string& fileName, std::string content)
@@ -57,6 +59,7 @@ OutputFile::OutputFile(const std::string& fileName, std::string content)
 
 void OutputFile::createBeside(bool replaces)
 {
+    const UninterruptedThread untilItIsKnown;
     for (int attempt = 0; attempt < 100 && isDirect(); ++attempt) {  // a killed run may have left its own behind
         const std::string name = ".wqstat-" + std::to_string(getpid()) + "-" + std::to_string(attempt) + ".part";
         unfinished.path = (target.parent_path() / name).string();
@@ -64,6 +67,7 @@ void OutputFile::createBeside(bool replaces)
         if (isDirect() && errno != EEXIST) break;
     }
     if (isDirect()) fail(reasonOf(errno));
+    setUnfinishedFile(unfinished.path.c_str());
 }
 
 /** Owner and group where that is allowed; only the administrator may give a file away. That takes set-user-id bits away, so it comes first. */
