@@ -1,7 +1,7 @@
 #include <wq_exact/directions.h>
 #include <wq_exact/distributions.h>
 
-#include "tests_of_hypotheses.h"
+#include "p_values.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 
 #include <wq_exact/distributions.h>
 
-#include "tests_of_hypotheses.h"
+#include "p_values.h"
 
 #include <wq_stat/distributions.h>
 

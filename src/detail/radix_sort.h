@@ -9,7 +9,7 @@
 namespace wq_lib::detail {
 
 constexpr std::size_t radixDigitBits = 11;
-constexpr std::size_t radixDigitCount = 6;
+constexpr std::size_t radixDigitCount = (64 + radixDigitBits - 1) / radixDigitBits;
 constexpr std::size_t radixDigitValues = std::size_t{1} << radixDigitBits;
 
 /** How often each value of each digit occurs. */

@@ -62,7 +62,8 @@ void addBars(Chart& chart, const Histogram& histogram, const std::string& keyTit
     Rows rows;
     for (std::size_t i = 0; i < histogram.counts.size(); ++i)
         rows.add({histogram.edge(i) + 0.5 * histogram.width, histogram.counts[i], histogram.width});
-    chart.add(rows, "using 1:2:3 with boxes fillstyle solid 1.0 border rgb '" + GnuplotCode(colour::blue) + "' " + inColour(colour::sky),
+    chart.add(rows,
+              "using 1:2:3 with boxes fillstyle solid 1.0 border rgb '" + GnuplotCode(colour::blue) + "' " + inColour(colour::histogram),
               keyTitle);
 }
 

@@ -1,4 +1,4 @@
-// How tests and limits are put together; the same for all analyses.
+// How p, critical values, decisions and limits are put together; the same for all analyses.
 #pragma once
 
 #include <wq_exact/distributions.h>
