@@ -7,8 +7,7 @@ namespace wqstat {
 namespace colour {
 constexpr char blue[] = "#0072b2";
 constexpr char seeThrough[] = "#500072b2";  // blue; where marks overlap they are darker
-constexpr char sky[] = "#b3d9f2";
-constexpr auto& histogram = sky;
+constexpr char histogram[] = "#b3d9f2";     // sky, also of the sectors of roses
 constexpr char vermilion[] = "#c04a00";
 constexpr char band[] = "#f6dcc8";
 constexpr char black[] = "#000000";

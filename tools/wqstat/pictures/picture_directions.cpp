@@ -159,7 +159,7 @@ Picture picture(wq_lib::Circular& directions, const PictureWords& words)
     chart.add(circle(1.0), "using 1:2 with lines linewidth 1 " + inColour(colour::grey));
     chart.add(sectors,
               "using 1:2 with filledcurves closed fillstyle solid 1.0 border linecolor rgb '" + GnuplotCode(colour::blue) +
-                  "' fillcolor rgb '" + colour::sky + "'",
+                  "' fillcolor rgb '" + colour::histogram + "'",
               counts + " (area of the sector)");
     chart.add(sectors, "using 1:2 with lines linewidth 1 " + inColour(colour::blue));
 
