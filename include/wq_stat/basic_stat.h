@@ -79,10 +79,10 @@ struct basic_stat {
 class WQ_STAT_EXPORT BasicStatistics {
 public:
     BasicStatistics();
-    BasicStatistics(const BasicStatistics&) = default;
-    BasicStatistics(BasicStatistics&& other) noexcept;
-    BasicStatistics& operator=(const BasicStatistics&) = default;
-    BasicStatistics& operator=(BasicStatistics&& other) noexcept;
+    BasicStatistics(const BasicStatistics&) = default;             ///< a copy
+    BasicStatistics(BasicStatistics&& other) noexcept;             ///< leaves the other as a new one
+    BasicStatistics& operator=(const BasicStatistics&) = default;  ///< a copy
+    BasicStatistics& operator=(BasicStatistics&& other) noexcept;  ///< leaves the other as a new one
     virtual ~BasicStatistics();
 
     /** Reserves room for n observations. */

@@ -44,10 +44,10 @@ struct xy_stat {
 class WQ_STAT_EXPORT BasicXyStatistics : public BasicStatistics {
 public:
     BasicXyStatistics();
-    BasicXyStatistics(const BasicXyStatistics&) = default;
-    BasicXyStatistics(BasicXyStatistics&& other) noexcept;
-    BasicXyStatistics& operator=(const BasicXyStatistics&) = default;
-    BasicXyStatistics& operator=(BasicXyStatistics&& other) noexcept;
+    BasicXyStatistics(const BasicXyStatistics&) = default;             ///< a copy
+    BasicXyStatistics(BasicXyStatistics&& other) noexcept;             ///< leaves the other as a new one
+    BasicXyStatistics& operator=(const BasicXyStatistics&) = default;  ///< a copy
+    BasicXyStatistics& operator=(BasicXyStatistics&& other) noexcept;  ///< leaves the other as a new one
     ~BasicXyStatistics() override;
 
     /** Reserves room for n pairs. */

@@ -43,10 +43,10 @@ struct circular_stat {
 class WQ_STAT_EXPORT Circular : public BasicXyStatistics {
 public:
     Circular();
-    Circular(const Circular&) = default;
-    Circular(Circular&& other) noexcept;
-    Circular& operator=(const Circular&) = default;
-    Circular& operator=(Circular&& other) noexcept;
+    Circular(const Circular&) = default;             ///< a copy
+    Circular(Circular&& other) noexcept;             ///< leaves the other as a new one
+    Circular& operator=(const Circular&) = default;  ///< a copy
+    Circular& operator=(Circular&& other) noexcept;  ///< leaves the other as a new one
     ~Circular() override;
 
     /** Resets the paired record and a, r and n. */

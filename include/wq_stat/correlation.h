@@ -24,10 +24,10 @@ struct correlation_stat {
 class WQ_STAT_EXPORT Correlation : public BasicXyStatistics {
 public:
     Correlation();
-    Correlation(const Correlation&) = default;
-    Correlation(Correlation&& other) noexcept;
-    Correlation& operator=(const Correlation&) = default;
-    Correlation& operator=(Correlation&& other) noexcept;
+    Correlation(const Correlation&) = default;             ///< a copy
+    Correlation(Correlation&& other) noexcept;             ///< leaves the other as a new one
+    Correlation& operator=(const Correlation&) = default;  ///< a copy
+    Correlation& operator=(Correlation&& other) noexcept;  ///< leaves the other as a new one
     ~Correlation() override;
 
     /** Resets the paired record and r; the other results keep their values until the next analyse(). */

@@ -25,10 +25,10 @@ struct frequency_class {
 class WQ_STAT_EXPORT Frequency : public BasicStatistics {
 public:
     Frequency();
-    Frequency(const Frequency&) = default;
-    Frequency(Frequency&& other) noexcept;
-    Frequency& operator=(const Frequency&) = default;
-    Frequency& operator=(Frequency&& other) noexcept;
+    Frequency(const Frequency&) = default;             ///< a copy
+    Frequency(Frequency&& other) noexcept;             ///< leaves the other as a new one
+    Frequency& operator=(const Frequency&) = default;  ///< a copy
+    Frequency& operator=(Frequency&& other) noexcept;  ///< leaves the other as a new one
     ~Frequency() override;
 
     /** Computes the rates of the table. @return true. */

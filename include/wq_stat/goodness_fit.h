@@ -15,10 +15,10 @@ namespace wq_lib {
 class WQ_STAT_EXPORT GoodnessOfFit : public BasicXyStatistics {
 public:
     GoodnessOfFit();
-    GoodnessOfFit(const GoodnessOfFit&) = default;
-    GoodnessOfFit(GoodnessOfFit&& other) noexcept;
-    GoodnessOfFit& operator=(const GoodnessOfFit&) = default;
-    GoodnessOfFit& operator=(GoodnessOfFit&& other) noexcept;
+    GoodnessOfFit(const GoodnessOfFit&) = default;             ///< a copy
+    GoodnessOfFit(GoodnessOfFit&& other) noexcept;             ///< leaves the other as a new one
+    GoodnessOfFit& operator=(const GoodnessOfFit&) = default;  ///< a copy
+    GoodnessOfFit& operator=(GoodnessOfFit&& other) noexcept;  ///< leaves the other as a new one
     ~GoodnessOfFit() override;
 
     /**

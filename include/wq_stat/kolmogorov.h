@@ -19,10 +19,10 @@ namespace wq_lib {
 class WQ_STAT_EXPORT KolmogorovSmirnov2 : public GoodnessOfFit {
 public:
     KolmogorovSmirnov2();
-    KolmogorovSmirnov2(const KolmogorovSmirnov2&) = default;
-    KolmogorovSmirnov2(KolmogorovSmirnov2&& other) noexcept;
-    KolmogorovSmirnov2& operator=(const KolmogorovSmirnov2&) = default;
-    KolmogorovSmirnov2& operator=(KolmogorovSmirnov2&& other) noexcept;
+    KolmogorovSmirnov2(const KolmogorovSmirnov2&) = default;             ///< a copy
+    KolmogorovSmirnov2(KolmogorovSmirnov2&& other) noexcept;             ///< leaves the other as a new one
+    KolmogorovSmirnov2& operator=(const KolmogorovSmirnov2&) = default;  ///< a copy
+    KolmogorovSmirnov2& operator=(KolmogorovSmirnov2&& other) noexcept;  ///< leaves the other as a new one
     ~KolmogorovSmirnov2() override;
 
     /**

@@ -36,10 +36,10 @@ struct regression_stat {
 class WQ_STAT_EXPORT Regression : public BasicXyStatistics {
 public:
     Regression();
-    Regression(const Regression&) = default;
-    Regression(Regression&& other) noexcept;
-    Regression& operator=(const Regression&) = default;
-    Regression& operator=(Regression&& other) noexcept;
+    Regression(const Regression&) = default;             ///< a copy
+    Regression(Regression&& other) noexcept;             ///< leaves the other as a new one
+    Regression& operator=(const Regression&) = default;  ///< a copy
+    Regression& operator=(Regression&& other) noexcept;  ///< leaves the other as a new one
     ~Regression() override;
 
     /** Resets the paired record and the regression record. */
@@ -81,10 +81,10 @@ private:
 class WQ_STAT_EXPORT LinearRegression : public Regression {
 public:
     LinearRegression();
-    LinearRegression(const LinearRegression&) = default;
-    LinearRegression(LinearRegression&& other) noexcept = default;
-    LinearRegression& operator=(const LinearRegression&) = default;
-    LinearRegression& operator=(LinearRegression&& other) noexcept = default;
+    LinearRegression(const LinearRegression&) = default;                       ///< a copy
+    LinearRegression(LinearRegression&& other) noexcept = default;             ///< leaves the other as a new one
+    LinearRegression& operator=(const LinearRegression&) = default;            ///< a copy
+    LinearRegression& operator=(LinearRegression&& other) noexcept = default;  ///< leaves the other as a new one
     ~LinearRegression() override;
 
     void resetResult() override;
@@ -103,10 +103,10 @@ public:
 class WQ_STAT_EXPORT LogarithmicRegression : public Regression {
 public:
     LogarithmicRegression();
-    LogarithmicRegression(const LogarithmicRegression&) = default;
-    LogarithmicRegression(LogarithmicRegression&& other) noexcept = default;
-    LogarithmicRegression& operator=(const LogarithmicRegression&) = default;
-    LogarithmicRegression& operator=(LogarithmicRegression&& other) noexcept = default;
+    LogarithmicRegression(const LogarithmicRegression&) = default;                       ///< a copy
+    LogarithmicRegression(LogarithmicRegression&& other) noexcept = default;             ///< leaves the other as a new one
+    LogarithmicRegression& operator=(const LogarithmicRegression&) = default;            ///< a copy
+    LogarithmicRegression& operator=(LogarithmicRegression&& other) noexcept = default;  ///< leaves the other as a new one
     ~LogarithmicRegression() override;
 
     bool analyseDataPair() override;
@@ -119,10 +119,10 @@ public:
 class WQ_STAT_EXPORT ExponentialRegression : public Regression {
 public:
     ExponentialRegression();
-    ExponentialRegression(const ExponentialRegression&) = default;
-    ExponentialRegression(ExponentialRegression&& other) noexcept = default;
-    ExponentialRegression& operator=(const ExponentialRegression&) = default;
-    ExponentialRegression& operator=(ExponentialRegression&& other) noexcept = default;
+    ExponentialRegression(const ExponentialRegression&) = default;                       ///< a copy
+    ExponentialRegression(ExponentialRegression&& other) noexcept = default;             ///< leaves the other as a new one
+    ExponentialRegression& operator=(const ExponentialRegression&) = default;            ///< a copy
+    ExponentialRegression& operator=(ExponentialRegression&& other) noexcept = default;  ///< leaves the other as a new one
     ~ExponentialRegression() override;
 
     bool analyse() override;
@@ -136,10 +136,10 @@ public:
 class WQ_STAT_EXPORT PowerRegression : public Regression {
 public:
     PowerRegression();
-    PowerRegression(const PowerRegression&) = default;
-    PowerRegression(PowerRegression&& other) noexcept = default;
-    PowerRegression& operator=(const PowerRegression&) = default;
-    PowerRegression& operator=(PowerRegression&& other) noexcept = default;
+    PowerRegression(const PowerRegression&) = default;                       ///< a copy
+    PowerRegression(PowerRegression&& other) noexcept = default;             ///< leaves the other as a new one
+    PowerRegression& operator=(const PowerRegression&) = default;            ///< a copy
+    PowerRegression& operator=(PowerRegression&& other) noexcept = default;  ///< leaves the other as a new one
     ~PowerRegression() override;
 
     bool analyse() override;

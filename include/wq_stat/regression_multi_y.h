@@ -45,10 +45,10 @@ struct regression_multi_y_stat {
 class WQ_STAT_EXPORT LinearRegressionMultiY : public SingleAnova {
 public:
     LinearRegressionMultiY();
-    LinearRegressionMultiY(const LinearRegressionMultiY&) = default;
-    LinearRegressionMultiY(LinearRegressionMultiY&& other) noexcept;
-    LinearRegressionMultiY& operator=(const LinearRegressionMultiY&) = default;
-    LinearRegressionMultiY& operator=(LinearRegressionMultiY&& other) noexcept;
+    LinearRegressionMultiY(const LinearRegressionMultiY&) = default;             ///< a copy
+    LinearRegressionMultiY(LinearRegressionMultiY&& other) noexcept;             ///< leaves the other as a new one
+    LinearRegressionMultiY& operator=(const LinearRegressionMultiY&) = default;  ///< a copy
+    LinearRegressionMultiY& operator=(LinearRegressionMultiY&& other) noexcept;  ///< leaves the other as a new one
     ~LinearRegressionMultiY() override;
 
     void resetResult() override;

@@ -59,10 +59,10 @@ public:
     using group_iterator = std::vector<anova_group>::iterator;
 
     SingleAnova();
-    SingleAnova(const SingleAnova&) = default;
-    SingleAnova(SingleAnova&& other) noexcept;
-    SingleAnova& operator=(const SingleAnova&) = default;
-    SingleAnova& operator=(SingleAnova&& other) noexcept;
+    SingleAnova(const SingleAnova&) = default;             ///< a copy
+    SingleAnova(SingleAnova&& other) noexcept;             ///< leaves the other as a new one
+    SingleAnova& operator=(const SingleAnova&) = default;  ///< a copy
+    SingleAnova& operator=(SingleAnova&& other) noexcept;  ///< leaves the other as a new one
     ~SingleAnova() override;
 
     /** resetAnova(). */

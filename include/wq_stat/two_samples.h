@@ -18,10 +18,10 @@ namespace wq_lib {
 class WQ_STAT_EXPORT TwoSamples : public BasicStatistics {
 public:
     TwoSamples();
-    TwoSamples(const TwoSamples&) = default;
-    TwoSamples(TwoSamples&& other) noexcept;
-    TwoSamples& operator=(const TwoSamples&) = default;
-    TwoSamples& operator=(TwoSamples&& other) noexcept;
+    TwoSamples(const TwoSamples&) = default;             ///< a copy
+    TwoSamples(TwoSamples&& other) noexcept;             ///< leaves the other as a new one
+    TwoSamples& operator=(const TwoSamples&) = default;  ///< a copy
+    TwoSamples& operator=(TwoSamples&& other) noexcept;  ///< leaves the other as a new one
     ~TwoSamples() override;
 
     /** Resets the records of both samples, but not F and what belongs to it. */
