@@ -48,6 +48,10 @@ function(wq_library_code target)
   wq_harden(${target})
   # Calls within a library go straight to its own functions: no host replaces single ones, and small ones can be inlined.
   target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU,Clang>:-fno-semantic-interposition> ${WQ_LIBRARY_OPTIONS})
+  # The same bytes whatever the folder that they are built in; a debugger is to find the sources, and coverage too.
+  foreach(folder IN ITEMS ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR})
+    target_compile_options(${target} PRIVATE $<$<AND:$<CXX_COMPILER_ID:GNU,Clang>,$<NOT:$<CONFIG:Debug>>>:-ffile-prefix-map=${folder}=.>)
+  endforeach()
   set_target_properties(${target} PROPERTIES
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)

@@ -32,6 +32,9 @@ for_testing='
     zsh                 program zsh
     file                program file
 '
+for_packages='
+    lintian             program lintian
+'
 for_fuzzing='
     clang               program clang++
     libclang-rt-dev     clang_runtime fuzzer

@@ -13,6 +13,7 @@ for package in libwq-stat1 libwq-stat-dev wqstat; do
     [ -f "$file" ] || fail "there is no package $package: $(ls made)"
     dpkg-deb --info "$file" >"$package.info"
     dpkg-deb --extract "$file" root
+    dpkg-deb --control "$file" "$package.control"
 done
 grep -qxF ' Description: Classical statistical analyses, shared libraries' libwq-stat1.info || fail "$(cat libwq-stat1.info)"
 grep -q '^ Depends:.*libc6' libwq-stat1.info || fail "libwq-stat1 does not name the libraries it needs"
@@ -30,12 +31,21 @@ root/usr/bin/wqstat describe "$SOURCE/examples/data/nist_numacc1.txt" | grep -xF
 cmp "$SOURCE/docs/wqstat.schema.json" root/usr/share/wqstat/wqstat.schema.json || fail "the schema of wqstat --json is not in the package"
 
 # What belongs to it, each file where its reader looks for it.
-declare -A kinds=([man/man1/wqstat.1]=man [bash-completion/completions/wqstat]=bash [fish/vendor_completions.d/wqstat.fish]=fish
+declare -A kinds=([man/man1/wqstat.1.gz]=man [bash-completion/completions/wqstat]=bash [fish/vendor_completions.d/wqstat.fish]=fish
     [zsh/vendor-completions/_wqstat]=zsh)
 for file in "${!kinds[@]}"; do
-    root/usr/bin/wqstat --generate "${kinds[$file]}" | cmp - "root/usr/share/$file" || fail "share/$file is not what the tool makes"
+    root/usr/bin/wqstat --generate "${kinds[$file]}" | cmp - <(gzip --decompress --force --stdout "root/usr/share/$file") || fail "share/$file is not what the tool makes"
     dpkg-deb --fsys-tarfile made/wqstat_*.deb | tar --list | grep -xF "./usr/share/$file" ||
         fail "share/$file is not in the package of the tool"
+done
+
+# Nobody is given a right that the owner has not granted.
+for package in libwq-stat1 libwq-stat-dev wqstat; do
+    grep -qxF 'No licence has been granted yet. Until the owners grant one, nobody but them may use, copy, change or pass on these files.' \
+        "root/usr/share/doc/$package/copyright" || fail "$package does not say which licence it has"
+    gzip --decompress --stdout "root/usr/share/doc/$package/changelog.gz" | head -n 1 | grep -xF 'wq-stat (1.1) unstable; urgency=medium' ||
+        fail "the changelog of $package begins with another version"
+    (cd root && md5sum --check --quiet "../$package.control/md5sums") || fail "$package holds other files than it says"
 done
 
 # A host, built against the development package and run with the libraries of the other one.
