@@ -8,6 +8,8 @@ namespace wq_lib {
 
 namespace {
 
+constexpr std::size_t warmUpLength = 1000;  // 999 draws
+
 /**
  * A uniform integer in 0 ... n: the high half of a draw times the number of results, where the low half does not fall among those that
  * would favour some of them. Lemire (2019), "Fast random integer generation in an interval". The distribution of libstdc++ draws so, from GCC 11
@@ -69,14 +71,14 @@ RandomCpp11::~RandomCpp11() = default;
 void RandomCpp11::initialize()
 {
     engine.seed(0);
-    warmUp(1000);
+    warmUp(warmUpLength);
 }
 
 void RandomCpp11::seed(unsigned int start)
 {
     engine.seed(start);
     setDraws(0);
-    warmUp(1000);
+    warmUp(warmUpLength);
 }
 
 unsigned int RandomCpp11::getInteger()
