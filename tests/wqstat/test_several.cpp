@@ -109,6 +109,14 @@ TEST(Several, oneBadFileDoesNotStopTheOthers)
     EXPECT_EQ(Json::parse(json.output).size(), 2U);
 }
 
+TEST(Several, endWhereNothingCanBePrinted)
+{
+    Streams streams;
+    streams.output = "/dev/full";
+    const Outcome outcome = run({"describe", "--list", "0", "28", cavendish, cavendish, cavendish}, streams);
+    EXPECT_EQ(outcome, cannotAnalyse("standard output: cannot be written"));
+}
+
 TEST(Several, warningsNameTheFile)
 {
     const TempFolder folder;

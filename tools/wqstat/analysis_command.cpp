@@ -80,6 +80,7 @@ ExitStatus AnalysisCommand::run()
     isOneOfSeveral = all.size() > 1 || isInParts;
     if (isOneOfSeveral) guardOutputsOfSeveral();
     for (const std::vector<std::string>& names : all) {
+        if (!std::cout) break;
         fileNames = names;
         tableParts.clear();
         part = 0;
