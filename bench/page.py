@@ -143,6 +143,12 @@ def machine():
     return f"{datetime.date.today():%d %B %Y}; {processor()}, {os.cpu_count()} cores; {output_of('c++', '--version').splitlines()[0]}, -O3"
 
 
+def process_conditions(rounds, rows, pairs):
+    text = output_of("dpkg-query", "-W", "-f", "${Package} ${Version}, ", "r-base-core", "r-cran-data.table", "datamash", "miller")
+    return (f"{machine()}; a table of {rows} rows, {pairs} pairs in {pairs // 2} groups; medians of {rounds} runs, in random order. "
+            f"Peers: {text.rstrip(', ')}.")
+
+
 def growth_conditions(rounds):
     return f"{machine()}; medians of {rounds} processes, each with one to a thousand analyses."
 

@@ -61,6 +61,8 @@ for_benchmarks='
     gnuplot-nox         program gnuplot
     r-base-core         program Rscript
     r-cran-data.table   file /usr/lib/R/site-library/data.table
+    datamash            program datamash
+    miller              program mlr
     python3             file /usr/bin/python3
     python3-numpy       file /usr/lib/python3/dist-packages/numpy
     python3-scipy       file /usr/lib/python3/dist-packages/scipy
