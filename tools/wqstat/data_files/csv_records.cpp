@@ -4,6 +4,7 @@
 #include "numbers/plain_decimal.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -22,6 +23,13 @@ bool isBlank(char c) { return c == ' ' || c == '\t'; }
 const char* found(std::string_view text, char wanted)
 {
     return text.empty() ? nullptr : static_cast<const char*>(std::memchr(text.data(), wanted, text.size()));
+}
+
+/** The highest bit of every byte that is 0, and no other. */
+std::uint64_t zeroBytes(std::uint64_t bytes)
+{
+    constexpr std::uint64_t lowBits = 0x7f7f7f7f7f7f7f7fu;
+    return ~(((bytes & lowBits) + lowBits) | bytes | lowBits);
 }
 
 }  // namespace
@@ -136,14 +144,19 @@ bool CsvRecords::takeLine(std::string_view& text, std::string_view& withEnd)
 void CsvRecords::splitPlain(std::string_view text)
 {
     cells.clear();
-    for (;;) {
-        const char* const end = found(text, separator);
-        if (end == nullptr) break;
-        const auto length = static_cast<std::size_t>(end - text.data());
-        cells.push_back(withoutBlanks(text.substr(0, length)));
-        text.remove_prefix(length + 1);
-    }
-    cells.push_back(withoutBlanks(text));
+    const char* begin = text.data();
+    const char* const end = begin + text.size();
+    const auto take = [&](const char* cellEnd) {
+        cells.push_back(withoutBlanks({begin, static_cast<std::size_t>(cellEnd - begin)}));
+        begin = cellEnd + 1;
+    };
+    const std::uint64_t separators = 0x0101010101010101u * static_cast<unsigned char>(separator);
+    for (const char* next = begin; next < end; next += 8)  // behind the text there are as many characters to read
+        for (std::uint64_t marks = zeroBytes(wq_lib::detail::eightCharacters(next) ^ separators); marks != 0; marks &= marks - 1) {
+            const char* const mark = next + __builtin_ctzll(marks) / 8;
+            if (mark < end) take(mark);
+        }
+    take(end);
 }
 
 void CsvRecords::splitBlanks(std::string_view text)
