@@ -295,7 +295,11 @@ TEST(Injection, messagesAndListingsShowControlCharacters)
     const std::string pairs = folder.write("p" + name, "1;2" + evil + "4\n" + "3 " + evil + "5\n2;3\n");
     const std::string label = "\"" + evil + "\"";
     const std::string table = folder.write("t" + name, "\"t" + evil + "\",v\n" + label + ",1\n" + label + ",2\n" + label + ",4\n");
-    const std::string groups = folder.write("g" + name, "g" + evil + ";v\nl" + evil + ";1\nl" + evil + ";2\nm;4\nm;5\nm;" + evil + "\n");
+    const std::string missing = "\x1b]0;title\x07 \x9b"
+                                "31m";  // no comma: --na takes a list
+    const std::string groups =
+        folder.write("g" + name, field("g" + evil) + ";v\n" + field("l" + evil) + ";1\n" + field("l" + evil) + ";2\n" + field("l" + evil) +
+                                     ";2.5\nm;4\nm;5\nm;4.5\nm;" + field(missing) + "\n");
     const std::string bad = folder.write("b" + name, "1;" + evil + "\n");
     const struct {
         int line;
@@ -313,13 +317,13 @@ TEST(Injection, messagesAndListingsShowControlCharacters)
         {__LINE__, {"describe", values, "--plot", folder.path("none" + name + "/x.svg")}, couldNotAnalyse},
         {__LINE__, {"describe", values, "--plot", name}, wrongUsage},
         {__LINE__, {"anova", groups, "--separator", ";", "--group", "g" + evil, "--value", "v"}, couldNotAnalyse},
-        {__LINE__, {"anova", groups, "--separator", ";", "--group", "g" + evil, "--value", "v", "--na", evil}, done},
+        {__LINE__, {"anova", groups, "--separator", ";", "--group", "g" + evil, "--value", "v", "--na", missing}, done},
         {__LINE__,
-         {"anova", groups, "--separator", ";", "--group", "g" + evil, "--value", "v", "--na", evil, "--na-error"},
+         {"anova", groups, "--separator", ";", "--group", "g" + evil, "--value", "v", "--na", missing, "--na-error"},
          couldNotAnalyse},
         {__LINE__, {"anova", groups, "--separator", ";", "--group", "h" + evil, "--value", "v"}, couldNotAnalyse},
         {__LINE__, {"anova", groups}, couldNotAnalyse},
-        {__LINE__, {"variances", groups, "--separator", ";", "--group", "g" + evil, "--value", "v", "--na", evil, "--verbose"}, done},
+        {__LINE__, {"variances", groups, "--separator", ";", "--group", "g" + evil, "--value", "v", "--na", missing, "--verbose"}, done},
         {__LINE__, {"fit", groups, "--separator", ";", "--column", "g" + evil, "--ratio", "1:1"}, done},
         {__LINE__, {"fit", groups, "--separator", ";", "--column", "g" + evil, "--ratio", evil}, wrongUsage},
         {__LINE__, {"describe", groups, "--column", "v", "--separator", evil}, wrongUsage},

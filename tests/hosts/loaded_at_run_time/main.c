@@ -8,7 +8,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-enum { rounds = 400, settled = 100 }; /* the first loads fill the tables of the C library */
+enum { rounds = 500, settled = 200 }; /* the first loads fill the tables of the C library */
 
 static void fail(const char* what, const char* detail)
 {

@@ -17,6 +17,7 @@ namespace {
 /** A line for each sample; the comment of the test is that of the first with that of the second behind it. */
 std::string titleOf(const TwoDataFiles& test, const PictureWords& words)
 {
+    if (words.title) return *words.title;
     const std::string both = test.getComment();
     const std::string second = test.second.getComment();
     const std::string first = firstLine(both.substr(0, both.size() - std::min(both.size(), second.size())));
