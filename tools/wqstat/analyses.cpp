@@ -6,6 +6,8 @@
 #include "command_line/arguments.h"
 #include "data_files/two_data_files.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <array>
 #include <charconv>

@@ -14,6 +14,8 @@
 #include "results/sha256.h"
 #include "results/tsv_writer.h"
 
+#include <CLI/CLI.hpp>
+
 #include <unistd.h>
 
 #include <algorithm>

@@ -1,9 +1,8 @@
 // What a command is, and the commands there are.
 #pragma once
 
+#include "command_line/option_parser.h"
 #include "command_line/failure.h"
-
-#include <CLI/CLI.hpp>
 
 #include <memory>
 #include <string>

@@ -14,6 +14,8 @@
 #include "command_line/terminal.h"
 #include "command_line/version_text.h"
 
+#include <CLI/CLI.hpp>
+
 #include <exception>
 #include <iostream>
 #include <memory>

@@ -7,6 +7,8 @@
 #include "command_line/progress.h"
 #include "results/figures.h"
 
+#include <CLI/CLI.hpp>
+
 #include <wq_exact/distributions.h>
 #include <wq_stat/distributions.h>
 

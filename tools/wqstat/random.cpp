@@ -6,6 +6,8 @@
 #include "command_line/options.h"
 #include "command_line/progress.h"
 
+#include <CLI/CLI.hpp>
+
 #include <wq_stat/random.h>
 
 #include <algorithm>

@@ -2,6 +2,8 @@
 
 #include "command_line/failure.h"
 
+#include <CLI/CLI.hpp>
+
 #include <cmath>
 
 namespace wqstat {

@@ -2,6 +2,8 @@
 
 #include "help_formatter.h"
 
+#include <CLI/CLI.hpp>
+
 #include <sstream>
 
 namespace wqstat {

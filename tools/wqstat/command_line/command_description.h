@@ -1,7 +1,7 @@
 // The commands and their options as plain data: what the man page and the shells' completions are made of.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "option_parser.h"
 
 #include <string>
 #include <vector>

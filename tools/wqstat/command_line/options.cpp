@@ -4,6 +4,8 @@
 #include "failure.h"
 #include "pictures/gnuplot.h"
 
+#include <CLI/CLI.hpp>
+
 #include <vector>
 
 namespace wqstat {

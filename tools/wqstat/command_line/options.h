@@ -1,9 +1,8 @@
 // Options whose values are numbers, and those that all analyses share.
 #pragma once
 
+#include "option_parser.h"
 #include "pictures/canvas.h"
-
-#include <CLI/CLI.hpp>
 
 #include <cstddef>
 #include <limits>

@@ -4,6 +4,8 @@
 #include "command_line/failure.h"
 #include "separator.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <iterator>
 

@@ -1,9 +1,8 @@
 // The options that say which columns of a table are used, and how the table is written.
 #pragma once
 
+#include "command_line/option_parser.h"
 #include "table_parts.h"
-
-#include <CLI/CLI.hpp>
 
 #include <string>
 #include <vector>
