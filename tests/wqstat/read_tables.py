@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Tables as other programs write them. Usage: read_tables.py WQSTAT
+"""Tables as other programs write them. Usage: read_tables.py WQSTAT [CLASS...]
 
 Spellings: one table in forty spellings gives one result.
 AgainstCsvModule: labels and numbers are those that Python's csv module reads, on tables that it wrote.
