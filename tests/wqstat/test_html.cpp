@@ -92,12 +92,12 @@ const struct Analysis {
     {__LINE__,
      {"describe", "--mu", "5.517", cavendish},
      "What is the mean of the values, and does it differ from 5.517?",
-     "M = 5.4479 (95 % CI 5.3639 to 5.532), SD = 0.22095, n = 29; t(28) = -1.6834, p = 0.103"},
+     "M = 5.4479 (95 % CI 5.3639 to 5.532), SD = 0.22095, n = 29; t(28) = -1.6834, p = 0.103, d = -0.313"},
     {__LINE__,
      {"frequency", cavendish},
      "How are the values distributed over 10 classes?",
      "M = 5.4479, SD = 0.22095, median 5.46, n = 29"},
-    {__LINE__, {"pairs", norris}, "How do x and y vary together?", "r = 0.999997, means "},
+    {__LINE__, {"pairs", norris}, "How do x and y vary together?", "r = 0.999997 (95 % CI 0.999994 to 0.999998), p = "},
     {__LINE__, {"correlate", norris}, "Are x and y correlated?", "r(34) = 0.999997 (95 % CI 0.9999"},
     {__LINE__, {"regress", "--model", "linear", norris}, "How does y depend on x, by y = a + b x?", "a = -0.26232, b = 1.0021 (95 % CI "},
     {__LINE__,
@@ -107,12 +107,12 @@ const struct Analysis {
     {__LINE__,
      {"anova", resistivity, "--x-label", "instrument", "--y-label", "resistivity"},
      "Does resistivity differ among the groups of instrument?",
-     "F(4, 20) = 1.1805, p = 0.349, \u03c9\u00b2 = 0.0281"},
+     "F(4, 20) = 1.1805, p = 0.349, \u03b7\u00b2 = 0.191, \u03c9\u00b2 = 0.0281"},
     {__LINE__, {"multiy", seedlings}, "How does y, observed several times, depend on x?", "among groups F = "},
     {__LINE__,
      {"fit", peas},
      "Do the observed frequencies fit the expected ones?",
-     "\u03c7\u00b2(3) = 0.47002, p = 0.925; G(3) = 0.47545, p = 0.924"},
+     "\u03c7\u00b2(3) = 0.47002, p = 0.925; G(3) = 0.47545, p = 0.924, w = 0.0291"},
     {__LINE__, {"ks", digits}, "Do the two samples come from the same distribution?", "D = 0.019, p = "},
     {__LINE__, {"variances", instrument1, instrument2}, "Do the variances of the two samples differ?", "F(4, 4) = 2.488, p = "},
     {__LINE__,
@@ -153,6 +153,48 @@ TEST(Page, saysWhatWasAskedWhatCameOutAndHowItWasMade)
         EXPECT_THAT(page.texts, Contains(StartsWith(analysis.summary)));
         EXPECT_THAT(page.texts, Contains(report.output)) << "the report, verbatim";
         EXPECT_LT(std::filesystem::file_size(file), 300U * 1024U);
+    }
+}
+
+// What an effect size is called in the summary, and where it stands in the JSON document.
+TEST(Page, saysHowLargeAnEffectIs)
+{
+    const struct {
+        int line;
+        Words arguments;
+        const char* symbol;
+        const char* path;
+    } rows[] = {
+        {__LINE__, {"describe", "--mu", "5.517", cavendish}, ", d = ", "cohensD"},
+        {__LINE__, {"anova", resistivity}, ", \u03b7\u00b2 = ", "etaSquared"},
+        {__LINE__, {"anova", resistivity}, ", \u03c9\u00b2 = ", "omegaSquared"},
+        {__LINE__, {"anova", shipped("nist_smls01.txt")}, ", \u03c9\u00b2 = ", "omegaSquared"},
+        {__LINE__, {"fit", peas}, ", w = ", "cohensW"},
+        {__LINE__, {"pairs", supplements}, "r = ", "r"},
+        {__LINE__, {"pairs", supplements}, "% CI ", "limitsR/lower"},
+        {__LINE__, {"pairs", supplements}, ", r\u00b2 = ", "rSquared"},
+        {__LINE__, {"correlate", supplements}, "% CI ", "confidenceLimitsR/lower"},
+        {__LINE__, {"correlate", supplements}, ", r\u00b2 = ", "rSquared"},
+        {__LINE__, {"regress", "--model", "linear", supplements}, ", R\u00b2 = ", "rSquared"},
+        {__LINE__, {"multiy", seedlings}, ", R\u00b2 = ", "rSquared"},
+        {__LINE__, {"variances", instrument1, instrument2}, "% CI ", "ratioLimits/lower"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const TempFolder folder;
+        ASSERT_EQ(run(withPage(row.arguments, folder.path("page.html"))).status, done);
+        const Page page = pageIn(folder.path("page.html"));
+        const std::string path = std::string("textbook/") + row.path;
+        const double figure = numberOf(documentOf(row.arguments).at(Json::json_pointer("/" + path)));
+        EXPECT_THAT(page.figures, Contains(testing::Key(path))) << "in the table";
+        const auto summary = std::find_if(page.texts.begin(), page.texts.end(), [](const std::string& text) {
+            return text.find(", n = ") != std::string::npos || text.find("p = ") != std::string::npos;
+        });
+        ASSERT_NE(summary, page.texts.end());
+        const std::size_t place = summary->find(row.symbol);
+        ASSERT_NE(place, std::string::npos) << *summary;
+        const double shown = std::stod(summary->substr(place + std::string(row.symbol).size()));
+        EXPECT_NEAR(shown, figure, 0.002 * std::fabs(figure)) << *summary;
     }
 }
 

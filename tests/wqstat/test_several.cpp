@@ -287,7 +287,7 @@ void expectRowOfDocument(const Words& words)
         EXPECT_TRUE(areSame(tsv.rows[0].at(name), value)) << name << " is " << tsv.rows[0].at(name) << ", not " << value;
     }
     for (const auto& [name, value] : tsv.rows[0]) {
-        if (expected.count(name) > 0) continue;
+        if (expected.count(name) > 0 || name == "p" || name == "pHolm") continue;  // test_holm has these
         EXPECT_EQ(value, "NA") << name << " is in no document";
     }
 }

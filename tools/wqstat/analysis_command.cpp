@@ -6,6 +6,7 @@
 #include "command_line/progress.h"
 #include "command_line/terminal.h"
 #include "command_line/version_text.h"
+#include "command_line/viewer.h"
 #include "data_files/file_identity.h"
 #include "data_files/input_file.h"
 #include "numbers/white_space.h"
@@ -75,12 +76,21 @@ void AnalysisCommand::guardOutputsOfSeveral() const
         if (!name.empty()) throw WrongUsage(std::string(option) + " is for one analysis, not for several files or --by");
 }
 
+const std::string& AnalysisCommand::fileToShow() const { return views.pageName().empty() ? views.plot().fileName : views.pageName(); }
+
+void AnalysisCommand::requireSomethingToShow() const
+{
+    if (fileToShow().empty()) throw CannotAnalyse("--open: there is nothing to show without --html or --plot");
+    requireViewer();
+}
+
 ExitStatus AnalysisCommand::run()
 {
     const bool isInParts = readsTables() && !tableOptions.by().empty();
     const std::vector<std::vector<std::string>> all = filesOfAll();
     isOneOfSeveral = all.size() > 1 || isInParts;
     if (isOneOfSeveral) guardOutputsOfSeveral();
+    if (views.open()) requireSomethingToShow();
     for (const std::vector<std::string>& names : all) {
         if (!std::cout) break;
         fileNames = names;
@@ -91,6 +101,8 @@ ExitStatus AnalysisCommand::run()
         } while (++part < tableParts.size() && std::cout);
     }
     if (writer && isOneOfSeveral && views.json()) writer->endArray();
+    if (writer) writer->finish();
+    if (views.open() && std::cout.flush()) show(fileToShow());
     return status;
 }
 

@@ -111,6 +111,7 @@ protected:
         if (views.json() || views.tsv()) {
             book.setWarnings(warnings.all());
             writeResults(resultWriter(), {commandName, inputNames, byColumn, byValue, book, words, views.observations()}, analysis);
+            if (!isOneOfSeveral) resultWriter().finish();  // whatever becomes of the files
         } else {
             book.setWarnings(warnings.others);  // the block has its own words for decisions that differ
             printName();
@@ -130,6 +131,8 @@ protected:
 private:
     std::vector<std::vector<std::string>> filesOfAll() const;
     void guardOutputsOfSeveral() const;
+    const std::string& fileToShow() const;
+    void requireSomethingToShow() const;
     void analyseNext();
     const TableRows& readPart(const std::string& name, const std::vector<Column>& columns, const RowHandler& takeRow);
     ResultWriter& resultWriter();

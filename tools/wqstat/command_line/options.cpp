@@ -93,6 +93,7 @@ void Views::declarePlot(CLI::App& app, const PlotChoices& choices)
         picture.fileName = name;
     };
     app.add_option_function<std::string>("--plot", store, "draw a picture to a file, .svg, .png or .pdf")->type_name("FILE");
+    app.add_flag("--open", isToBeShown, "show the page of --html, or the picture of --plot, with xdg-open");
     app.add_option("--html", page, "write a page with the results, the picture and how they were made")
         ->type_name("FILE")
         ->check([](const std::string& name) { return name.empty() ? "the name of a file is needed" : ""; });

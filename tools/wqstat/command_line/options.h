@@ -97,6 +97,9 @@ public:
     /** The file of the page; empty when none is wanted. */
     const std::string& pageName() const { return page; }
 
+    /** Whether the page, or else the picture, is to be shown when it is there. */
+    bool open() const { return isToBeShown; }
+
 private:
     void requirePicture(const CLI::App& app) const;
 
@@ -107,6 +110,7 @@ private:
     bool withoutWarnings = false;
     PlotRequest picture;
     std::string page;
+    bool isToBeShown = false;
 };
 
 }  // namespace wqstat

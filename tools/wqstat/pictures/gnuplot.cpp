@@ -4,27 +4,17 @@
 #include "picture_file.h"
 
 #include "command_line/arguments.h"
+#include "command_line/child_process.h"
 #include "command_line/failure.h"
 #include "data_files/temporary_file.h"
 #include "results/output_file.h"
 
 #include <algorithm>
 #include <cctype>
-#include <cerrno>
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <string_view>
-#include <system_error>
 #include <utility>
-
-#if defined(__unix__) || defined(__APPLE__)
-#  include <spawn.h>
-#  include <sys/wait.h>
-#  include <unistd.h>
-extern char** environ;
-#endif
 
 namespace wqstat {
 
@@ -97,24 +87,6 @@ bool isWhole(std::string_view picture, const Format& format)
     return picture.substr(0, format.begin.size()) == format.begin && end.find(format.end) != std::string_view::npos;
 }
 
-std::string reason(int error) { return std::generic_category().message(error); }
-
-/** The program's path; empty when it is not there. */
-std::string gnuplotPath()
-{
-    const char* const path = std::getenv("PATH");
-    const std::string folders = path == nullptr ? "/usr/bin:/bin" : path;
-    for (std::size_t begin = 0; begin <= folders.size();) {
-        const std::size_t end = std::min(folders.find(':', begin), folders.size());
-        const std::string candidate = folders.substr(begin, end - begin) + "/gnuplot";
-        std::error_code ignored;
-        // An empty entry would mean the current folder, which nobody wants to run programs from.
-        if (end > begin && fs::is_regular_file(candidate, ignored) && access(candidate.c_str(), X_OK) == 0) return candidate;
-        begin = end + 1;
-    }
-    return "";
-}
-
 TemporaryFile temporaryFile(const std::string& content)
 {
     TemporaryFile file = makeTemporaryFile("for gnuplot");
@@ -133,49 +105,6 @@ std::string contentOf(std::FILE* file)
     return content;
 }
 
-/** Ends when gnuplot has. Its commands are a file, not a pipe, which would kill this program when gnuplot stopped reading. */
-int run(const std::string& program, std::FILE* commands, std::FILE* picture, std::FILE* messages)
-{
-    std::signal(SIGCHLD, SIG_DFL);  // where a parent had it ignored, the exit status would be lost
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    int failed = posix_spawn_file_actions_adddup2(&actions, fileno(commands), STDIN_FILENO);
-    if (failed == 0) failed = posix_spawn_file_actions_adddup2(&actions, fileno(picture), STDOUT_FILENO);
-    if (failed == 0) failed = posix_spawn_file_actions_adddup2(&actions, fileno(messages), STDERR_FILENO);
-    std::string name = program;
-    std::string noInitialisation = "-d";  // not the user's settings
-    char* const words[] = {name.data(), noInitialisation.data(), nullptr};
-    pid_t child = 0;
-    if (failed == 0) failed = posix_spawn(&child, program.c_str(), &actions, nullptr, words, environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (failed != 0) throw CannotAnalyse(shown(program) + ": cannot be started: " + reason(failed));
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return status;
-}
-
-/** The last line that says something: before it gnuplot repeats the command. */
-std::string lastLine(const std::string& text)
-{
-    const std::size_t end = text.find_last_not_of(" \t\r\n");
-    if (end == std::string::npos) return "";
-    const std::size_t begin = text.find_last_of('\n', end);
-    const std::string line = text.substr(begin + 1, end - begin);  // npos + 1 is 0
-    return line.substr(line.find_first_not_of(" \t"));
-}
-
-std::string failure(int status, const std::string& messages)
-{
-    std::string text = "gnuplot failed";
-    if (WIFSIGNALED(status))
-        text += " (signal " + std::to_string(WTERMSIG(status)) + ")";
-    else
-        text += " (exit status " + std::to_string(WEXITSTATUS(status)) + ")";
-    const std::string line = lastLine(messages);
-    return line.empty() ? text : text + ": " + shown(line);
-}
-
 #endif
 
 }  // namespace
@@ -189,7 +118,7 @@ void checkPictureName(const std::string& fileName)
 
 void requireGnuplot(const std::string& option)
 {
-    if (gnuplotPath().empty()) throw CannotAnalyse(option + ": there is no program gnuplot (Debian package: gnuplot-nox)");
+    if (programOnPath("gnuplot").empty()) throw CannotAnalyse(option + ": there is no program gnuplot (Debian package: gnuplot-nox)");
 }
 
 namespace {
@@ -201,8 +130,9 @@ std::string drawn(const Picture& picture, const Format& format, const std::strin
     const TemporaryFile input = temporaryFile("set encoding utf8\n" + (format.drawsText ? drawable(commands) : commands));
     const TemporaryFile output = temporaryFile("");
     const TemporaryFile messages = temporaryFile("");
-    const int status = run(gnuplotPath(), input.get(), output.get(), messages.get());
-    if (status != 0) throw CannotAnalyse(name + ": " + failure(status, contentOf(messages.get())));
+    // Its commands are a file, not a pipe, which would kill this program when gnuplot stopped reading; -d: not the user's settings.
+    const int status = runProgram(programOnPath("gnuplot"), {"-d"}, {fileno(input.get()), fileno(output.get()), fileno(messages.get())});
+    if (status != 0) throw CannotAnalyse(name + ": " + failureOf("gnuplot", status, contentOf(messages.get())));
     const std::string content = contentOf(output.get());
     if (!isWhole(content, format)) throw CannotAnalyse(name + ": the picture cannot be written");
     return content;

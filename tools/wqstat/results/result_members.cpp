@@ -203,6 +203,7 @@ void writeTextbook(ResultWriter& out, const Textbook& textbook)
         bookMembers(out, std::move(lines));
         out.texts("differs", textbook.differing());
         out.texts("warnings", textbook.warnings());
+        out.decidingP(textbook.value(textbook.deciding()));
     });
 }
 

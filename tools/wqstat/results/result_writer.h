@@ -38,6 +38,12 @@ public:
         });
     }
 
+    /** The p by which the analysis decides, where it is set beside those of others; NaN where it tests nothing. */
+    virtual void decidingP(double) {}
+
+    /** To be called when the last analysis has been written. */
+    virtual void finish() {}
+
     /** Whether every analysis of a kind has to have the same members; one that it does not have is nothing. */
     virtual bool hasFixedMembers() const { return false; }
 

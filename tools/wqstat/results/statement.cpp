@@ -13,11 +13,38 @@ std::string nameOr(const std::string& name, const char* usual) { return name.emp
 
 std::string level(const wq_lib::BasicStatistics& analysis) { return figures(100.0 * analysis.getConfidence()) + " %"; }
 
-/** "5.4479 (95 % CI 5.3639 to 5.532)" */
-std::string withLimits(double value, double lower, double upper, const wq_lib::BasicStatistics& analysis)
+/** " (95 % CI 5.3639 to 5.532)"; empty without limits. @param write how a figure is written */
+template <typename Write>
+std::string limitsText(const Textbook& book, const std::string& path, const wq_lib::BasicStatistics& analysis, Write write)
 {
-    if (!std::isfinite(lower) || !std::isfinite(upper)) return figures(value);
-    return figures(value) + " (" + level(analysis) + " CI " + figures(lower) + " to " + figures(upper) + ")";
+    const double lower = book.value(path + "/lower");
+    const double upper = book.value(path + "/upper");
+    if (!std::isfinite(lower) || !std::isfinite(upper)) return "";
+    return " (" + level(analysis) + " CI " + write(lower) + " to " + write(upper) + ")";
+}
+
+std::string withLimits(double value, const Textbook& book, const std::string& path, const wq_lib::BasicStatistics& analysis)
+{
+    return figures(value) + limitsText(book, path, analysis, [](double limit) { return figures(limit); });
+}
+
+std::string coefficientWithLimits(double value, const Textbook& book, const std::string& path, const wq_lib::BasicStatistics& analysis)
+{
+    return coefficient(value) + limitsText(book, path, analysis, coefficient);
+}
+
+/** ", d = -0.313", a figure of the textbook; empty where there is none. */
+std::string effectSize(const char* symbol, const Textbook& book, const std::string& path)
+{
+    const double value = book.value(path);
+    return std::isfinite(value) ? std::string(", ") + symbol + " = " + figures(value, 3) : "";
+}
+
+/** A share of a variance, with as many digits as tell it from 1. */
+std::string determination(const char* symbol, const Textbook& book)
+{
+    const double value = book.value("rSquared");
+    return std::isfinite(value) ? std::string(", ") + symbol + " = " + coefficient(value) : "";
 }
 
 std::string withDf(const char* statistic, double df, double value)
@@ -47,12 +74,11 @@ Statement statementOf(wq_lib::BasicStatistics& sample, const VariableNames& name
     const wq_lib::basic_stat& result = sample.getResult();
     const Textbook book = textbook(wq_exact::of(sample));
     const double t = sample.StudentOfMeans(result.mean, result.sampleVariance, sample.getNullHypothesis(), result.n);
-    const double lower = book.value("confidenceLimits/lower");
-    const double upper = book.value("confidenceLimits/upper");
     return {"What is the mean of " + nameOr(names.x, "the values") + ", and does it differ from " +
                 figures(sample.getNullHypothesis(), 10) + "?",
-            "M = " + withLimits(result.mean, lower, upper, sample) + ", SD = " + figures(result.sampleStdev) + ", n = " + digits(result.n) +
-                "; " + withDf("t", lessBy(result.n, 1.0), t) + ", " + probability(book.value("p")),
+            "M = " + withLimits(result.mean, book, "confidenceLimits", sample) + ", SD = " + figures(result.sampleStdev) +
+                ", n = " + digits(result.n) + "; " + withDf("t", lessBy(result.n, 1.0), t) + ", " + probability(book.value("p")) +
+                effectSize("d", book, "cohensD"),
             {{"sample size", "result/n", static_cast<double>(result.n)},
              {"mean", "result/mean", result.mean},
              {"median", "result/median", result.median},
@@ -77,9 +103,10 @@ Statement statementOf(wq_lib::Frequency& table, const VariableNames& names)
 Statement statementOf(wq_lib::BasicXyStatistics& pairs, const VariableNames& names)
 {
     const wq_lib::xy_stat& result = pairs.getXyResult();
-    const double r = result.sumProducts / std::sqrt(result.x.sumOfSquares * result.y.sumOfSquares);
+    const Textbook book = textbook(wq_exact::of(pairs));
     return {"How do " + nameOr(names.x, "x") + " and " + nameOr(names.y, "y") + " vary together?",
-            "r = " + coefficient(r) + ", means " + figures(result.x.mean) + " and " + figures(result.y.mean) +
+            "r = " + coefficientWithLimits(book.value("r"), book, "limitsR", pairs) + ", " + probability(book.value("p")) +
+                determination("r\u00b2", book) + ", means " + figures(result.x.mean) + " and " + figures(result.y.mean) +
                 ", n = " + digits(result.x.n),
             {{"pairs", "result/n", static_cast<double>(result.x.n)},
              {"mean of x", "result/x/mean", result.x.mean},
@@ -92,14 +119,9 @@ Statement statementOf(wq_lib::Correlation& correlation, const VariableNames& nam
     const wq_lib::correlation_stat& result = correlation.getCorrelationResult();
     const std::size_t n = correlation.getXyResult().x.n;
     const Textbook book = textbook(wq_exact::of(correlation));
-    const double lower = book.value("confidenceLimitsR/lower");
-    const double upper = book.value("confidenceLimitsR/upper");
-    std::string limits;
-    if (std::isfinite(lower) && std::isfinite(upper))
-        limits = " (" + level(correlation) + " CI " + coefficient(lower) + " to " + coefficient(upper) + ")";
     return {"Are " + nameOr(names.x, "x") + " and " + nameOr(names.y, "y") + " correlated?",
-            "r(" + figures(lessBy(n, 2.0), 10) + ") = " + coefficient(result.r) + limits + ", " + probability(book.value("pT")) +
-                ", n = " + digits(n),
+            "r(" + figures(lessBy(n, 2.0), 10) + ") = " + coefficientWithLimits(result.r, book, "confidenceLimitsR", correlation) + ", " +
+                probability(book.value("pT")) + determination("r\u00b2", book) + ", n = " + digits(n),
             {{"pairs", "result/xy/n", static_cast<double>(n)},
              {"correlation coefficient r", "result/r", result.r},
              {"t", "result/t", result.t},
@@ -110,11 +132,10 @@ Statement statementOf(wq_lib::Regression& regression, const VariableNames& names
 {
     const wq_lib::regression_stat& fit = regression.getRegressionResult();
     const Textbook book = textbook(wq_exact::of(regression));
-    const double determination = fit.explained / (fit.explained + fit.unexplained);
     return {"How does " + nameOr(names.y, "y") + " depend on " + nameOr(names.x, "x") + ", by " + formulaOf(regression) + "?",
-            "a = " + figures(fit.a) + ", b = " + withLimits(fit.b, book.value("limitsB/lower"), book.value("limitsB/upper"), regression) +
-                ", " + withDf("t", lessBy(fit.n, 2.0), fit.tB) + ", " + probability(book.value("pB")) +
-                (std::isfinite(determination) ? ", R\u00b2 = " + coefficient(determination) : "") + ", n = " + digits(fit.n),
+            "a = " + figures(fit.a) + ", b = " + withLimits(fit.b, book, "limitsB", regression) + ", " +
+                withDf("t", lessBy(fit.n, 2.0), fit.tB) + ", " + probability(book.value("pB")) + determination("R\u00b2", book) +
+                ", n = " + digits(fit.n),
             {{"pairs", "result/n", static_cast<double>(fit.n)},
              {"constant a", "result/a", fit.a},
              {"coefficient b", "result/b", fit.b},
@@ -129,12 +150,9 @@ Statement statementOf(wq_lib::SingleAnova& anova, const VariableNames& names)
     const Textbook book = textbook(wq_exact::of(anova));
     const double df1 = lessBy(anova.getGroups().size(), 1.0);
     const double n = static_cast<double>(anova.getTotalObservations());
-    const double f = book.value("fs");
-    const double effect = df1 * (f - 1.0) / (df1 * (f - 1.0) + n);  // Hays (1963), of the F of equal variances
-    std::string summary = withDf("F", df1, n - df1 - 1.0, f) + ", " + probability(book.value("p"));
-    if (std::isfinite(effect)) summary += ", \u03c9\u00b2 = " + figures(std::fmax(effect, 0.0), 3);
     return {"Does " + nameOr(names.y, "the observation") + " differ among the groups of " + nameOr(names.x, "x") + "?",
-            summary,
+            withDf("F", df1, n - df1 - 1.0, book.value("fs")) + ", " + probability(book.value("p")) +
+                effectSize("\u03b7\u00b2", book, "etaSquared") + effectSize("\u03c9\u00b2", book, "omegaSquared"),
             {{"groups", "result/groupCount", static_cast<double>(anova.getGroupCount())},
              {"observations", "result/totalObservations", n},
              {"mean square among groups", "result/among/ms", anova.getAmong().ms},
@@ -148,7 +166,7 @@ Statement statementOf(wq_lib::LinearRegressionMultiY& regression, const Variable
     const double b = book.value("b");
     return {"How does " + nameOr(names.y, "y") + ", observed several times, depend on " + nameOr(names.x, "x") + "?",
             "among groups F = " + figures(book.value("among/fs")) + ", " + probability(book.value("among/p")) + "; b = " +
-                withLimits(b, book.value("limitsB/lower"), book.value("limitsB/upper"), regression) + ", " + probability(book.value("pT")),
+                withLimits(b, book, "limitsB", regression) + ", " + probability(book.value("pT")) + determination("R\u00b2", book),
             {{"observations", "result/anova/totalObservations", static_cast<double>(regression.getTotalObservations())},
              {"constant a", "result/a", fit.a},
              {"coefficient b", "result/b", fit.b}}};
@@ -160,7 +178,7 @@ Statement statementOf(wq_lib::GoodnessOfFit& test, const VariableNames&)
     const double df = lessBy(test.getSampleSize(), 1.0);
     return {"Do the observed frequencies fit the expected ones?",
             withDf("\u03c7\u00b2", df, test.getX2()) + ", " + probability(book.value("X2/p")) + "; " + withDf("G", df, test.getG()) + ", " +
-                probability(book.value("G/p")),
+                probability(book.value("G/p")) + effectSize("w", book, "cohensW"),
             {{"chi-square", "result/X2", test.getX2()},
              {"G", "result/G", test.getG()},
              {"G, corrected", "result/GAdjusted", test.getGAdjusted()}}};
@@ -185,7 +203,8 @@ Statement statementOf(TwoDataFiles& samples, const VariableNames& names)
     const double second = samples.getSecondSample().sampleVariance;
     return {"Do the variances of " + nameOr(names.y, "the two samples") + " differ?",
             withDf("F", static_cast<double>(samples.getDf1()), static_cast<double>(samples.getDf2()), samples.getF()) + ", " +
-                probability(book.value("p")) + ", variances " + figures(first) + " and " + figures(second),
+                probability(book.value("p")) + ", ratio " + withLimits(samples.getF(), book, "ratioLimits", samples) + ", variances " +
+                figures(first) + " and " + figures(second),
             {{"variance of the first sample", "result/first/sampleVariance", first},
              {"variance of the second sample", "result/second/sampleVariance", second},
              {"F", "result/F", samples.getF()}}};

@@ -103,6 +103,7 @@ Textbook textbook(const wq_exact::OneSampleResult& exact)
     book.figure("Cohen's d", "cohensD", exact.cohensD);
     book.figure(tLabel(t.alpha / 2.0, t.df1) + ", where the report decides", "criticalTHalfAlpha", exact.criticalHalfAlpha);
     book.decision("H0", "acceptH0", t);
+    book.decidesBy("p");
     return book;
 }
 
@@ -115,6 +116,7 @@ Textbook textbook(const wq_exact::PairsResult& exact)
     book.figure("r squared", "rSquared", exact.rSquared);
     book.figure("largest x", "maximumX", exact.maximumX);
     book.figure("largest y", "maximumY", exact.maximumY);
+    book.decidesBy("p");
     return book;
 }
 
@@ -128,6 +130,7 @@ Textbook textbook(const wq_exact::RegressionResult& exact)
     book.figure("R squared", "rSquared", exact.rSquared);
     book.figure("adjusted R squared", "adjustedRSquared", exact.adjustedRSquared);
     book.decision("H0 [b = 0]", "acceptH0", exact.slope);
+    book.decidesBy("pB");
     return book;
 }
 
@@ -144,6 +147,7 @@ Textbook textbook(const wq_exact::CorrelationResult& exact)
     book.figure("p of F, two-sided", "pF", exact.F.p);
     book.figure(fLabel(exact.F.alpha / 2.0, exact.F.df1, exact.F.df2), "criticalF", exact.F.criticalValue);
     book.decision("H0 by F", "acceptH0_F", exact.F);
+    book.decidesBy("pT");
     return book;
 }
 
@@ -156,6 +160,7 @@ Textbook textbook(const wq_exact::AnovaResult& exact)
     book.figure("eta squared", "etaSquared", exact.etaSquared);
     book.figure("omega squared", "omegaSquared", exact.omegaSquared);
     book.decision("H0", "acceptH0", exact.F);
+    book.decidesBy("p");
     return book;
 }
 
@@ -179,6 +184,7 @@ Textbook textbook(const wq_exact::MultiYResult& exact)
     book.figure(tLabel(exact.slope.alpha, exact.slope.df1), "criticalT", exact.slope.criticalValue);
     book.limits(" b", "limitsB", exact.slopeLimits);
     book.decision("H0 [b = 0]", "acceptH0", exact.slope);
+    book.decidesBy("pT");
     return book;
 }
 
@@ -199,6 +205,9 @@ Textbook textbook(const wq_exact::GoodnessOfFitResult& exact)
     book.figure("X2 " + sixDigits(test.alpha) + "," + sixDigits(test.df1), "criticalChiSquare", test.criticalValue);
     book.figure("Cohen's w", "cohensW", exact.cohensW);
     book.decision("Ho", "acceptH0", exact.decision);
+    book.decidesBy("X2/p");
+    for (const char* const path : {"G/p", "GAdjusted/p"})  // the least of them, as H0 is rejected when one rejects it
+        if (book.value(path) < book.value(book.deciding())) book.decidesBy(path);
     return book;
 }
 
@@ -215,6 +224,7 @@ Textbook textbook(const wq_exact::KolmogorovSmirnovResult& exact)
         for (const char* const path : {"pTheseSizes", "criticalDTheseSizes"}) book.noFigure(path);
     }
     book.decision("H0", "acceptH0", exact.decision);
+    book.decidesBy(exact.allArrangements ? "pTheseSizes" : "pLargeSamples");
     return book;
 }
 
@@ -229,6 +239,7 @@ Textbook textbook(const wq_exact::TwoVariancesResult& exact)
     book.limits(" of variance 1", "varianceLimits1", exact.varianceLimits[0]);
     book.limits(" of variance 2", "varianceLimits2", exact.varianceLimits[1]);
     book.decision("H0", "acceptH0", F);
+    book.decidesBy("p");
     return book;
 }
 
@@ -250,6 +261,7 @@ Textbook textbook(const wq_exact::DirectionsResult& exact)
     book.figure("p (Wilkie's formula)", "p", test.p);
     book.figure("z" + sixDigits(test.alpha) + "," + sixDigits(exact.n), "criticalZ", test.criticalValue);
     book.decision("H0", "acceptH0", test);
+    book.decidesBy("p");
     return book;
 }
 

@@ -40,6 +40,12 @@ public:
     /** A decision, compared with the report's when it states one. */
     void decision(const std::string& label, const std::string& path, const wq_exact::Decision& decision);
 
+    /** The figure is the p by which the analysis decides. */
+    void decidesBy(const std::string& path) { decidingPath = path; }
+
+    /** The path of the p by which the analysis decides; empty where it tests nothing. */
+    const std::string& deciding() const { return decidingPath; }
+
     /** What the user is told besides, a line each. */
     void setWarnings(std::vector<std::string> texts) { warningTexts = std::move(texts); }
 
@@ -64,6 +70,7 @@ public:
 private:
     std::vector<Line> content;
     std::vector<std::string> allPaths;
+    std::string decidingPath;
     std::vector<std::string> warningTexts;
     std::vector<std::string> differences;
     std::string comparison;  // with the report, in words, a line each

@@ -1,5 +1,7 @@
 #include "tsv_writer.h"
 
+#include "holm.h"
+
 #include "command_line/arguments.h"
 
 #include <algorithm>
@@ -13,7 +15,12 @@ namespace {
 
 /** The objects of the document whose members come first, behind what tells the rows apart. */
 constexpr std::array<std::string_view, 4> firstObjects{"result", "report", "decision", "textbook"};
-constexpr std::size_t behindAll = firstObjects.size() + 1;
+constexpr std::size_t behindObjects = firstObjects.size() + 1;
+constexpr std::size_t behindAll = behindObjects + 1;
+
+constexpr std::string_view adjustedName = "pHolm";
+
+std::string probabilityCell(double p) { return std::isnan(p) ? "NA" : shortest(p); }
 
 /** On one line, without a tab. */
 std::string escaped(std::string_view text)
@@ -59,7 +66,7 @@ void TsvWriter::endObject()
 {
     if (arrays > 0) return;
     objects.pop_back();
-    if (objects.empty()) writeRow();
+    if (objects.empty()) endRow();
 }
 
 void TsvWriter::put(std::string_view name, std::string text)
@@ -72,18 +79,38 @@ void TsvWriter::put(std::string_view name, std::string text)
     cells.push_back({place, path.append(name), std::move(text)});
 }
 
-void TsvWriter::writeRow()
+void TsvWriter::decidingP(double deciding)
+{
+    p = deciding;
+    cells.push_back({behindObjects, "p", probabilityCell(p)});
+    cells.push_back({behindObjects, std::string(adjustedName), ""});
+}
+
+void TsvWriter::endRow()
 {
     std::stable_sort(cells.begin(), cells.end(), [](const Cell& a, const Cell& b) { return a.place < b.place; });
-    const auto writeLine = [this](std::string Cell::*what) {
+    const auto joined = [](auto begin, auto end, std::string Cell::*what) {
         std::string line;
-        for (const Cell& cell : cells) line.append(line.empty() ? "" : "\t").append(cell.*what);
-        output << line << '\n';
+        for (auto cell = begin; cell != end; ++cell) line.append(line.empty() ? "" : "\t").append((*cell).*what);
+        return line;
     };
-    if (!hasHeader) writeLine(&Cell::name);
-    hasHeader = true;
-    writeLine(&Cell::text);
+    if (header.empty()) header = joined(cells.begin(), cells.end(), &Cell::name);
+    const auto adjusted =
+        std::find_if(cells.begin(), cells.end(), [](const Cell& cell) { return cell.place == behindObjects && cell.name == adjustedName; });
+    rows.push_back({joined(cells.begin(), adjusted, &Cell::text), joined(adjusted + 1, cells.end(), &Cell::text), p});
     cells.clear();
+}
+
+void TsvWriter::finish()
+{
+    if (rows.empty()) return;
+    std::vector<double> all;
+    for (const Row& row : rows) all.push_back(row.p);
+    const std::vector<double> adjusted = holmAdjusted(all);
+    output << header << '\n';
+    for (std::size_t i = 0; i < rows.size() && output; ++i)
+        output << rows[i].before << '\t' << probabilityCell(adjusted[i]) << '\t' << rows[i].behind << '\n';
+    rows.clear();
 }
 
 }  // namespace wqstat

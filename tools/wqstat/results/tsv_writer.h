@@ -4,6 +4,7 @@
 #include "result_writer.h"
 
 #include <cstddef>
+#include <limits>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -12,7 +13,8 @@
 namespace wqstat {
 
 /**
- * Writes one row for each analysis, and the names of the columns before the first. A name is the path of a member, with dots. The data
+ * Writes one row for each analysis, and the names of the columns before the first; all at the end, as the p that is adjusted for the number
+ * of tests stands in each. A name is the path of a member, with dots. The data
  * file stands first, then the value whose rows they are, then results and exact figures, and what describes the analysis last; lists of
  * anything but texts have no place in a row. All rows of one command have the same columns. What there is not is NA.
  */
@@ -28,6 +30,8 @@ public:
     void nothing(std::string_view name) override { put(name, "NA"); }
     void texts(std::string_view name, const std::vector<std::string>& values) override;
     void part(const std::string& column, const std::string& value) override;
+    void decidingP(double p) override;
+    void finish() override;
     bool hasFixedMembers() const override { return true; }
     void beginObject(std::string_view name) override;
     void endObject() override;
@@ -41,14 +45,23 @@ private:
         std::string text;
     };
 
+    /** A line around the place of the adjusted p. */
+    struct Row {
+        std::string before;
+        std::string behind;
+        double p;
+    };
+
     void put(std::string_view name, std::string text);
-    void writeRow();
+    void endRow();
 
     std::ostream& output;
     std::vector<Cell> cells;
     std::vector<std::string> objects;  // the names of those that are open
     std::size_t arrays = 0;            // that are open
-    bool hasHeader = false;
+    double p = std::numeric_limits<double>::quiet_NaN();
+    std::string header;
+    std::vector<Row> rows;
 };
 
 }  // namespace wqstat
