@@ -132,7 +132,7 @@ TEST(Several, cannotBeWrittenToOneFile)
     const TempFolder folder;
     const std::string a = folder.write("a.txt", "1\n2\n4\n");
     const std::string table = folder.write("plots.csv", plots);
-    for (const char* const option : {"--export", "--plot", "--html"}) {
+    for (const char* const option : {"--export", "--plot"}) {
         const std::string target = folder.path("target.svg");
         const Outcome expected = refused(option + std::string(" is for one analysis, not for several files or --by"), "describe");
         EXPECT_EQ(run({"describe", option, target, a, a}), expected);

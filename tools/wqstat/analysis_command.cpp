@@ -22,6 +22,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -70,8 +71,7 @@ std::vector<std::vector<std::string>> AnalysisCommand::filesOfAll() const
 /** One file cannot hold what several analyses write. */
 void AnalysisCommand::guardOutputsOfSeveral() const
 {
-    const std::pair<const char*, const std::string&> written[] = {
-        {"--export", outputs.exportName()}, {"--plot", views.plot().fileName}, {"--html", views.pageName()}};
+    const std::pair<const char*, const std::string&> written[] = {{"--export", outputs.exportName()}, {"--plot", views.plot().fileName}};
     for (const auto& [option, name] : written)
         if (!name.empty()) throw WrongUsage(std::string(option) + " is for one analysis, not for several files or --by");
 }
@@ -90,6 +90,7 @@ ExitStatus AnalysisCommand::run()
     const std::vector<std::vector<std::string>> all = filesOfAll();
     isOneOfSeveral = all.size() > 1 || isInParts;
     if (isOneOfSeveral) guardOutputsOfSeveral();
+    if (isOneOfSeveral && !views.pageName().empty()) guardPageOfSeveral(all);
     if (views.open()) requireSomethingToShow();
     for (const std::vector<std::string>& names : all) {
         if (!std::cout) break;
@@ -102,6 +103,7 @@ ExitStatus AnalysisCommand::run()
     }
     if (writer && isOneOfSeveral && views.json()) writer->endArray();
     if (writer) writer->finish();
+    if (isOneOfSeveral && !views.pageName().empty() && std::cout.flush()) writePageOfSeveral();
     if (views.open() && std::cout.flush()) show(fileToShow());
     return status;
 }
@@ -117,6 +119,7 @@ void AnalysisCommand::analyseNext()
     } catch (const CannotAnalyse& problem) {
         if (!isOneOfSeveral) throw;
         printWarning(problem.what());
+        keepFailure(problem.what());
         status = couldNotAnalyse;
     }
 }
@@ -181,6 +184,8 @@ const TableRows& AnalysisCommand::readPart(const std::string& name, const std::v
         if (tableOptions.verbose()) printWarning(table->description());
         if (views.warnings())
             for (const std::string& warning : table->warnings()) printWarning(warning);
+        const std::vector<std::string> warnings = table->warnings();
+        pageOfAll.notes.insert(pageOfAll.notes.end(), warnings.begin(), warnings.end());
         progress().show("analysing");
     }
     TablePart& input = *tableParts[part];
@@ -225,6 +230,19 @@ void guardStandardStreams(const std::string& option, const std::string& name)
 }
 
 }  // namespace
+
+/** Before the first of several analyses is printed. */
+void AnalysisCommand::guardPageOfSeveral(const std::vector<std::vector<std::string>>& all) const
+{
+    const std::optional<FileIdentity> file = identityOf(views.pageName());
+    for (const std::vector<std::string>& names : all)
+        for (const std::string& name : names)
+            if (file && file->regular && file == identityOf(name))
+                throw WrongUsage("--html: " + shown(views.pageName()) + " is the data file");
+    guardStandardStreams("--html", views.pageName());
+    static_cast<void>(pictureWords());  // a size that cannot be
+    requireGnuplot("--html");
+}
 
 /** A mistyped name must not cost the data, and what cannot be drawn is said before anything is printed. */
 void AnalysisCommand::guardFiles() const
@@ -323,26 +341,90 @@ PictureWords AnalysisCommand::pictureWords() const
     return asked;
 }
 
-PageContent AnalysisCommand::pageOfInputs(const std::vector<std::size_t>& counts) const
+PageContent AnalysisCommand::contentOfInputs(const std::vector<std::size_t>& counts) const
 {
     PageContent page;
     page.command = commandName;
     page.version = versionText();
     page.commandLine = commandLine();
     for (std::size_t i = 0; i < inputs.size(); ++i) {
-        std::error_code ignored;
-        const bool onDisk = inputNames[i] != "-" && std::filesystem::is_regular_file(inputNames[i], ignored);
-        page.files.push_back({inputs[i]->name(), counts[i], onDisk ? sha256Of(inputNames[i], inputs[i]->name()) : ""});
+        page.files.push_back({inputs[i]->name(), counts[i], ""});
         for (const std::string& warning : inputs[i]->warnings()) page.warnings.push_back(warning);
     }
     return page;
 }
 
-void AnalysisCommand::writePage(const PageContent& page) const
+namespace {
+
+/** Empty where it is no file on a disk. */
+std::string fingerprintOf(const std::string& name, const std::string& shownName)
+{
+    std::error_code ignored;
+    return name != "-" && std::filesystem::is_regular_file(name, ignored) ? sha256Of(name, shownName) : "";
+}
+
+/** A file that could not be read stands on the page all the same. */
+std::string fingerprintIfReadable(const std::string& name)
+{
+    try {
+        return fingerprintOf(name, name);
+    } catch (const CannotAnalyse&) {
+        return "";
+    }
+}
+
+std::string nameOf(const std::string& name) { return name == "-" ? "standard input" : name; }
+
+}  // namespace
+
+void AnalysisCommand::addFingerprints(PageContent& content) const
+{
+    for (std::size_t i = 0; i < inputNames.size(); ++i) content.files[i].sha256 = fingerprintOf(inputNames[i], content.files[i].name);
+}
+
+void AnalysisCommand::writePage(const std::string& html) const
 {
     OutputFile file(views.pageName(), "the page");
-    file.write(htmlPage(page));
+    if (file.isDirect()) throw CannotAnalyse(shown(views.pageName()) + ": is no file");
+    file.write(html);
     file.keep();
+}
+
+void AnalysisCommand::keepFailure(const std::string& text)
+{
+    if (views.pageName().empty()) return;
+    OneOfSeveral one;
+    one.name = inputs.empty() ? nameOf(fileNames.back()) : inputs.back()->name();
+    one.failure = text;
+    pageOfAll.analyses.push_back(one);
+}
+
+PictureWords AnalysisCommand::wordsOfMultiple(const std::string& name) const
+{
+    PictureWords small = pictureWords();
+    small.source = name;
+    small.title = "";
+    small.residuals = false;
+    small.canvas = Canvas();
+    small.canvas.isSmallMultiple = true;
+    small.canvas.width = 320.0;
+    small.canvas.height = 240.0;
+    small.canvas.fontSize = 9.0;
+    return small;
+}
+
+void AnalysisCommand::writePageOfSeveral()
+{
+    pageOfAll.command = commandName;
+    pageOfAll.title = views.plot().title.value_or("");
+    pageOfAll.alpha = alpha;
+    pageOfAll.version = versionText();
+    pageOfAll.commandLine = commandLine();
+    std::set<std::string> named;
+    for (const std::string& name : givenFiles.empty() ? std::vector<std::string>{"-"} : givenFiles)
+        if (named.insert(name).second) pageOfAll.files.push_back({nameOf(name), 0, fingerprintIfReadable(name)});
+    progress().show("drawing");
+    writePage(htmlPageOfSeveral(pageOfAll));
 }
 
 void AnalysisCommand::list(wq_lib::BasicStatistics& analysis, ListRange range) { analysis.listData(range.from, range.to); }

@@ -13,6 +13,7 @@
 #include "pictures/picture.h"
 #include "results/captured_output.h"
 #include "results/html_page.h"
+#include "results/html_page_of_several.h"
 #include "command_line/progress.h"
 #include "results/textbook.h"
 #include "results/warnings.h"
@@ -125,7 +126,11 @@ protected:
         if (!outputs.exportName().empty())
             writeExport([&](const std::string& path) { return exportTo(analysis, path, exportComment(analysis)); });
         if (!views.plot().fileName.empty()) draw(picture(analysis, pictureWords()), views.plot().fileName);
-        if (!views.pageName().empty()) writePage(pageOf(analysis));
+        if (views.pageName().empty()) return;
+        if (isOneOfSeveral)
+            keepForPage(analysis);
+        else
+            writePage(htmlPage(pageOf(analysis)));
     }
 
 private:
@@ -139,6 +144,8 @@ private:
     void printName();
     const Input& open(const std::string& name, Layout layout, const std::function<bool(const std::string&)>& readFile);
     void guardFiles() const;
+    void guardPageOfSeveral(const std::vector<std::vector<std::string>>& all) const;
+    void keepFailure(const std::string& text);
 
     template <typename Analysis>
     static std::string reportOf(Analysis& analysis)
@@ -151,21 +158,53 @@ private:
     template <typename Analysis>
     PageContent pageOf(Analysis& analysis) const
     {
-        PageContent page = pageOfInputs(countsOf(analysis));
         const PictureWords wordsOfPicture = pictureWords();
         const Picture drawn = picture(analysis, wordsOfPicture);
-        page.title = drawn.title;
+        PageContent page = contentOf(analysis, wordsOfPicture, drawn.title);
+        addFingerprints(page);
+        page.picture = inlineSvg(drawn, "picture-");
+        return page;
+    }
+
+    /** For the page of all, which is written when the last analysis is made. */
+    template <typename Analysis>
+    void keepForPage(Analysis& analysis)
+    {
+        const PictureWords wordsOfPicture = pictureWords();
+        Picture drawn = picture(analysis, wordsOfPicture);
+        PageContent content = contentOf(analysis, wordsOfPicture, drawn.title);
+        OneOfSeveral one;
+        one.name = inputs.back()->name();
+        one.question = content.statement.question;
+        one.summary = content.statement.summary;
+        one.pathOfP = content.textbook->deciding().empty() ? "" : "textbook/" + content.textbook->deciding();
+        one.p = content.textbook->value(content.textbook->deciding());
+        if (pageOfAll.analyses.size() < SeveralContent::mostMultiples) one.multiple = picture(analysis, wordsOfMultiple(one.name));
+        if (pageOfAll.analyses.size() < SeveralContent::mostSections) {
+            one.picture = std::move(drawn);
+            one.content = std::move(content);
+        }
+        pageOfAll.analyses.push_back(std::move(one));
+    }
+
+    template <typename Analysis>
+    PageContent contentOf(Analysis& analysis, const PictureWords& wordsOfPicture, const std::string& title) const
+    {
+        PageContent page = contentOfInputs(countsOf(analysis));
+        page.title = title;
         page.statement = statementOf(analysis, {wordsOfPicture.xLabel, wordsOfPicture.yLabel});
         const auto exact = wq_exact::of(analysis);
         page.textbook = textbook(exact);
         page.textbook->setWarnings(warningsOf(exact, analysis).others);
-        page.picture = inlineSvg(drawn, "picture-");
         page.report = reportOf(analysis);
         return page;
     }
 
-    PageContent pageOfInputs(const std::vector<std::size_t>& counts) const;
-    void writePage(const PageContent& page) const;
+    PageContent contentOfInputs(const std::vector<std::size_t>& counts) const;
+    void addFingerprints(PageContent& page) const;
+    PictureWords wordsOfMultiple(const std::string& name) const;
+    void writePage(const std::string& html) const;
+    void writePageOfSeveral();
     static std::vector<std::size_t> countsOf(const wq_lib::BasicStatistics& analysis) { return {analysis.getSampleSize()}; }
     static std::vector<std::size_t> countsOf(const TwoDataFiles& test) { return {test.getSampleSize(), test.second.getSampleSize()}; }
 
@@ -192,7 +231,8 @@ private:
     TableOptions tableOptions;
     std::unique_ptr<ResultWriter> writer;
     bool isOneOfSeveral = false;
-    bool hasPrinted = false;  // the report of another analysis
+    bool hasPrinted = false;   // the report of another analysis
+    SeveralContent pageOfAll;  // of several analyses
     ExitStatus status = done;
 
     // Of the analysis that is made.

@@ -113,6 +113,12 @@ void Axis::cover(double position)
     highest = std::max(highest, position + space);
 }
 
+void Axis::widenTo(const Axis& other)
+{
+    lowest = std::min(lowest, other.lowest);
+    highest = std::max(highest, other.highest);
+}
+
 /** At powers of ten; where these are too few at 2 and 5 times them as well. The small ones divide a power evenly. */
 std::vector<Tick> Axis::logarithmicTicks(std::size_t most) const
 {

@@ -50,6 +50,12 @@ public:
     /** Makes room for a position, and a little space beyond it. */
     void cover(double position);
 
+    /** Whether a value has the same position on both. */
+    bool isLike(const Axis& other) const { return scale == other.scale && offset == other.offset && exponent == other.exponent; }
+
+    /** Makes room for what the other shows, which has to be like this one. */
+    void widenTo(const Axis& other);
+
     /** At most so many ticks at round values; whole ones only when asked for. */
     std::vector<Tick> ticks(std::size_t most, bool whole = false) const;
 

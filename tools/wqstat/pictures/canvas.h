@@ -15,8 +15,9 @@ struct Canvas {
     double height = 600.0;
     bool isGiven = false;  ///< whether somebody asked for the size; else a viewer may choose it
     bool inMillimetres = false;
-    double fontSize = usualFont;  ///< points
-    double dots = screenDots;     ///< to an inch, of formats that are made of dots
+    bool isSmallMultiple = false;  ///< one of several beside each other: without key and notes, and in less detail
+    double fontSize = usualFont;   ///< points
+    double dots = screenDots;      ///< to an inch, of formats that are made of dots
 
     /** The layout is made for letters of the usual size; this is how many pixels of a screen a unit of it takes. */
     double unit() const { return fontSize / usualFont; }

@@ -109,7 +109,8 @@ std::string fitted(std::string_view text, std::size_t most)
 // ---------------------------------------------------------------- Chart
 
 Chart::Chart(const Canvas& canvas, const std::string& titleText, const std::string& captionText)
-    : width(canvas.layoutWidth()),
+    : isSmall(canvas.isSmallMultiple),
+      width(canvas.layoutWidth()),
       height(canvas.layoutHeight()),
       panelBottom(height),
       title(titleText),
@@ -127,8 +128,14 @@ void Chart::setX(const Axis& axis, const std::string& text, bool whole)
 {
     xAxis = axis;
     xLabel = text + axis.subtracted();
+    xIsWhole = whole;
+    makeXTicks();
+}
+
+void Chart::makeXTicks()
+{
     for (std::size_t most = 10; most > 1; --most) {
-        xTicks = axis.ticks(most, whole);
+        xTicks = xAxis->ticks(most, xIsWhole);
         if (static_cast<double>(named(xTicks) * (longest(xTicks) + 2)) * tickCharacter < 0.8 * width) break;
     }
 }
@@ -137,13 +144,20 @@ void Chart::setY(const Axis& axis, const std::string& text, bool whole)
 {
     yAxis = axis;
     yLabel = text + axis.subtracted();
+    yIsWhole = whole;
+    makeYTicks();
+}
+
+void Chart::makeYTicks()
+{
     const auto most = static_cast<std::size_t>(std::clamp((panelBottom - panelTop) / 70.0, 3.0, 8.0));
-    yTicks = axis.ticks(most, whole);
+    yTicks = yAxis->ticks(most, yIsWhole);
 }
 
 void Chart::setXTicks(const std::vector<Tick>& ticks)
 {
     xTicks = ticks;
+    hasOwnTicks = true;
     upright = static_cast<double>(ticks.size() * (longest(ticks) + 1)) * tickCharacter > 0.8 * width;
 }
 
@@ -182,7 +196,7 @@ GnuplotCode Chart::headings(double& y) const
     if (!title.empty())
         for (const std::string& line : onTwoLines(title, fitting(0.97 * width, titleCharacter)))
             script += label(0.5 * width, y += lineHeight, line, "font titleFont");
-    if (!caption.empty())
+    if (!caption.empty() && !isSmall)
         for (const std::string& line : onTwoLines(caption, fitting(0.97 * width, captionCharacter)))
             script += label(0.5 * width, y += lineHeight, line, "");
     return script;
@@ -203,7 +217,7 @@ double Chart::keyWidth(double character) const
 
 GnuplotCode Chart::key(double& y) const
 {
-    if (keys() == 0) return "unset key\n";
+    if (keys() == 0 || isSmall) return "unset key\n";
     const auto columns = std::clamp<std::size_t>(static_cast<std::size_t>(0.97 * width / keyWidth(keyCharacter)), 1, keys());
     const std::size_t rows = (keys() + columns - 1) / columns;
     y += 14.0;
@@ -247,9 +261,33 @@ GnuplotCode Chart::roundWithKey(Frame frame) const
     const double besideWidth = (width - keyWidth(besideCharacter)) / (1.0 - corner);
     beside.right = std::min(width, besideWidth);
     const auto side = [](const Frame& room) { return std::min(room.bottom - room.top, room.right - room.left); };
-    if (keys() == 0 || side(above) >= side(beside)) return keyAbove + roundPlot(above);
+    if (keys() == 0 || isSmall || side(above) >= side(beside)) return keyAbove + roundPlot(above);
     return GnuplotCode("set key at screen ") + across(width - keyWidth(besideCharacter)) + "," + up(beside.top) +
            " left top vertical maxcols 1 Left reverse samplen 2.5 spacing keySpacing noenhanced nobox\n" + roundPlot(beside);
+}
+
+bool Chart::share(std::vector<Chart>& charts, std::optional<Axis> Chart::*axis)
+{
+    std::optional<Axis> all;
+    for (const Chart& chart : charts) {
+        if (!(chart.*axis)) continue;  // what is round
+        if (all && !all->isLike(*(chart.*axis))) return false;
+        if (!all) all = chart.*axis;
+        all->widenTo(*(chart.*axis));
+    }
+    for (Chart& chart : charts)
+        if (chart.*axis) chart.*axis = all;
+    return true;
+}
+
+Chart::Shared Chart::shareAxes(std::vector<Chart>& charts)
+{
+    const Shared shared{share(charts, &Chart::xAxis), share(charts, &Chart::yAxis)};
+    for (Chart& chart : charts) {
+        if (chart.xAxis && !chart.hasOwnTicks) chart.makeXTicks();
+        if (chart.yAxis) chart.makeYTicks();
+    }
+    return shared;
 }
 
 double Chart::leftMargin() const { return 54.0 + static_cast<double>(longest(yTicks)) * tickCharacter; }
@@ -294,7 +332,7 @@ GnuplotCode Chart::commands() const
     Frame frame{panelTop + (isBelow ? 0.0 : 8.0), panelBottom - 10.0, 0.0, width};
     GnuplotCode script = isBelow ? "unset label\n" : GnuplotCode();
     script += headings(frame.top);
-    if (!isBelow) script += footnotes(frame.bottom);
+    if (!isBelow && !isSmall) script += footnotes(frame.bottom);
     if (roundLimit > 0.0) {
         script += label(0.5 * width, frame.bottom - 12.0, fitted(xLabel, fitting(0.97 * width, captionCharacter)), "");
         frame.bottom -= 24.0;

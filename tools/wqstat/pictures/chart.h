@@ -77,6 +77,17 @@ public:
 
     const std::string& titleText() const { return title; }
 
+    bool isSmallMultiple() const { return isSmall; }
+
+    /** Which axes are the same on several charts. */
+    struct Shared {
+        bool x;
+        bool y;
+    };
+
+    /** Gives all charts the same axes, where these are of one kind. */
+    static Shared shareAxes(std::vector<Chart>& charts);
+
 private:
     struct Layer {
         GnuplotCode data;
@@ -109,6 +120,11 @@ private:
     GnuplotCode plotWithAxes(Frame frame) const;
     GnuplotCode layersPlotted() const;
 
+    static bool share(std::vector<Chart>& charts, std::optional<Axis> Chart::*axis);
+    void makeXTicks();
+    void makeYTicks();
+
+    bool isSmall;
     double width;  // of the canvas, in units of the layout
     double height;
     double leastLeft = 0.0;
@@ -120,6 +136,9 @@ private:
     std::optional<Axis> yAxis;
     std::vector<Tick> xTicks;
     std::vector<Tick> yTicks;
+    bool xIsWhole = false;
+    bool yIsWhole = false;
+    bool hasOwnTicks = false;
     bool upright = false;
     std::string xLabel;
     std::string yLabel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "canvas.h"
+#include "chart.h"
 #include "gnuplot_code.h"
 
 #include "data_files/two_data_files.h"
@@ -32,6 +33,7 @@ struct Picture {
     Canvas canvas;
     std::string title;
     std::string description;  ///< for those who do not see it
+    Chart chart;              ///< that it shows, without the panel below
 };
 
 // Each after the analysis has been made. What is not finite is left out, and the picture says so.

@@ -23,7 +23,7 @@ std::string titleOf(const wq_lib::BasicStatistics& analysis, const PictureWords&
 Picture pictureOf(const Chart& chart, const PictureWords& words)
 {
     const std::string title = chart.titleText().empty() ? words.source : chart.titleText();
-    return {chart.commands(), words.canvas, fitted(title, std::string::npos), chart.description()};
+    return {chart.commands(), words.canvas, fitted(title, std::string::npos), chart.description(), chart};
 }
 
 Axis::Scale scaleOf(char axis, const PictureWords& words, const Extent& data, bool byModel)

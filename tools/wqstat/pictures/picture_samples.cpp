@@ -57,6 +57,24 @@ Histogram histogramOf(const std::vector<double>& positions)  // in ascending ord
     return histogram;
 }
 
+/** Of pictures beside each other, whose samples and bars are of many sizes, the area of a bar is its share of the observations. */
+Axis heightAxis(Histogram& histogram, Chart& chart, const PictureWords& words)
+{
+    if (!chart.isSmallMultiple()) {
+        const Axis counts = countAxis(histogram.highest());
+        chart.setY(counts, labelOr(words.yLabel, "number of observations"), true);
+        return counts;
+    }
+    double area = 0.0;
+    for (const double count : histogram.counts) area += count * histogram.width;
+    for (double& count : histogram.counts) count /= area > 0.0 && std::isfinite(area) ? area : 1.0;
+    Extent extent;
+    extent.include(histogram.highest());
+    const Axis densities(extent, Axis::Ends::fromZero);
+    chart.setY(densities, "density");
+    return densities;
+}
+
 void addBars(Chart& chart, const Histogram& histogram, const std::string& keyTitle)
 {
     Rows rows;
@@ -145,13 +163,12 @@ Picture picture(const wq_lib::BasicStatistics& sample, const PictureWords& words
         x.cover(histogram.start);
         x.cover(histogram.end());
     }
-    const Axis y = countAxis(histogram.highest());
 
     std::string caption = "n = " + digits(result.n);
     if (sample.getSampleSize() > result.n) caption += " of " + digits(sample.getSampleSize());
     Chart chart(words.canvas, titleOf(sample, words), caption);
     chart.setX(x, labelOr(words.xLabel, "value"));
-    chart.setY(y, labelOr(words.yLabel, "number of observations"), true);
+    const Axis y = heightAxis(histogram, chart, words);
     addBars(chart, histogram, "observations");
     addMean(chart, sample, x, y.high());
     noteLeftOut(chart, result.n - values.size(), observationNoun);
@@ -166,8 +183,7 @@ Picture picture(const wq_lib::Frequency& table, const PictureWords& words)
     const std::size_t classes = table.getTable().size();
     Chart chart(words.canvas, titleOf(table, words), counted(classes, "class", "classes") + ", n = " + digits(result.n));
     Histogram histogram = histogramOf(table, chart);
-    const Axis y = countAxis(histogram.highest());
-    chart.setY(y, labelOr(words.yLabel, "number of observations"), true);
+    const Axis y = heightAxis(histogram, chart, words);
 
     const double end = table.getStartClass() + static_cast<double>(classes) * table.getClassWidth();
     if (!std::isfinite(end) || !(end > table.getStartClass())) {  // then the classes have no limits to draw

@@ -13,6 +13,7 @@ namespace wqstat {
 namespace {
 
 constexpr std::size_t mostMarks = 2000;
+constexpr std::size_t mostSmallMarks = 100;  // of a picture that is one of several
 
 using Place = std::pair<double, double>;  // positions on the axes
 
@@ -89,8 +90,9 @@ Rows rectangles(const Marks& cells, const Cells& columns, const Cells& rows, std
 /** A square per cell, the darker the more it holds. */
 void addCells(Chart& chart, const std::vector<Place>& places, const Axis& x, const Axis& y, const Noun& noun)
 {
-    const Cells columns(x, 140.0);
-    const Cells rows(y, 90.0);
+    const double detail = chart.isSmallMultiple() ? 0.3 : 1.0;
+    const Cells columns(x, 140.0 * detail);
+    const Cells rows(y, 90.0 * detail);
     std::vector<Place> inCells;  // row by row
     inCells.reserve(places.size());
     for (const Place& place : places) inCells.emplace_back(rows.cellOf(place.second), columns.cellOf(place.first));
@@ -137,7 +139,7 @@ void addScatter(Chart& chart, const std::vector<Point>& points, const Axis& x, c
     const std::size_t notPositive = points.size() - places.size() - notFinite;
 
     const Marks marks = gathered(places);
-    if (marks.size() <= mostMarks)
+    if (marks.size() <= (chart.isSmallMultiple() ? mostSmallMarks : mostMarks))
         addMarks(chart, marks, noun);
     else
         addCells(chart, places, x, y, noun);

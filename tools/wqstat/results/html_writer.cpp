@@ -50,6 +50,12 @@ HtmlWriter& HtmlWriter::picture(const SvgElement& svg)
     return *this;
 }
 
+HtmlWriter& HtmlWriter::append(const HtmlWriter& more)
+{
+    markup += more.markup;
+    return *this;
+}
+
 std::string HtmlWriter::page() const { return "<!DOCTYPE html>\n" + markup; }
 
 }  // namespace wqstat

@@ -44,6 +44,12 @@ public:
 
     HtmlWriter& picture(const SvgElement& svg);
 
+    /** What the other one wrote, in which every element is closed. */
+    HtmlWriter& append(const HtmlWriter& more);
+
+    /** How many bytes were written. */
+    std::size_t size() const { return markup.size(); }
+
     /** All that was written, as a page. */
     std::string page() const;
 

@@ -1,0 +1,154 @@
+#include "html_parts.h"
+
+#include "command_line/arguments.h"
+#include "results/figures.h"
+
+#include <cmath>
+#include <variant>
+
+namespace wqstat {
+
+namespace {
+
+constexpr char styleSheet[] = R"(
+:root { color-scheme: light dark; --ink: #1b1b1b; --paper: #ffffff; --soft: #f2f2ef; --rule: #c8c8c2; --mark: #8a3400; --link: #004a75; }
+@media (prefers-color-scheme: dark) {
+  :root { --ink: #ececec; --paper: #17181a; --soft: #25272a; --rule: #50545a; --mark: #ffb38a; --link: #9cd0f5; }
+}
+* { box-sizing: border-box; }
+body { margin: 0 auto; padding: 1rem; max-width: 52rem; font: 1rem/1.5 system-ui, sans-serif; color: var(--ink); background: var(--paper);
+  overflow-wrap: anywhere; }
+h1 { font-size: 1.5rem; line-height: 1.25; margin: 0 0 .25rem; }
+h2 { font-size: 1.15rem; margin: 2rem 0 .5rem; border-bottom: 1px solid var(--rule); }
+.question { font-size: 1.1rem; margin: .5rem 0; }
+.summary { font-size: 1.1rem; font-weight: 600; margin: .5rem 0; }
+.differs, .warns { color: var(--mark); font-weight: 600; border-left: .25rem solid; padding-left: .75rem; }
+figure { margin: 0; background: #ffffff; border: 1px solid var(--rule); }
+figure svg { display: block; width: 100%; height: auto; }
+h3 { font-size: 1rem; margin: 1.25rem 0 .5rem; }
+a { color: var(--link); }
+ul.contents { padding-left: 1.25rem; }
+.multiples { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(15rem, 100%), 1fr)); gap: 1rem; list-style: none; margin: 0; padding: 0; }
+.multiples p { margin: 0 0 .25rem; }
+.failed { color: var(--mark); }
+table { border-collapse: collapse; width: 100%; }
+caption { text-align: left; }
+th, td { text-align: left; vertical-align: top; padding: .25rem .75rem .25rem 0; border-bottom: 1px solid var(--rule); font-weight: 400; }
+thead th { font-weight: 600; }
+.all data { white-space: nowrap; }
+@media (max-width: 40rem) { .all table { font-size: .85rem; } }
+td { font-variant-numeric: tabular-nums; }
+pre { background: var(--soft); padding: .75rem; font: .8rem/1.4 ui-monospace, monospace; white-space: pre-wrap; overflow-wrap: anywhere; margin: 0; }
+dl { margin: 0; }
+dt { font-weight: 600; }
+dd { margin: 0 0 .5rem; }
+@page { size: A4; margin: 18mm; }
+@media print {
+  :root { --ink: #000000; --paper: #ffffff; --soft: #ffffff; --rule: #999999; --mark: #000000; }
+  body { max-width: none; padding: 0; font-size: 10pt; }
+  section, .multiples li { break-inside: avoid; }
+  section.all, section.multiple, section.analysis { break-inside: auto; }
+  section.report { break-before: page; break-inside: auto; }
+  h2 { break-after: avoid; }
+  tr { break-inside: avoid; }
+}
+)";
+
+}  // namespace
+
+void pageHead(HtmlWriter& html, const std::string& title)
+{
+    html.open("html", {{"lang", "en"}}).open("head").style(styleSheet).element("title", title).close();
+}
+
+void figureCell(HtmlWriter& html, double value, const std::string& path, int shownDigits)
+{
+    html.open("td");
+    if (std::isnan(value))
+        html.element("data", "n/a", {{"value", "NaN"}, {"class", path}});
+    else
+        html.element("data", std::fabs(value) < 1e15 && value == std::round(value) ? figures(value, 15) : figures(value, shownDigits),
+                     {{"value", shortest(value)}, {"class", path}});
+    html.close();
+}
+
+namespace {
+
+void row(HtmlWriter& html, const std::string& label, double value, const std::string& path)
+{
+    html.open("tr").element("th", label, {{"scope", "row"}});
+    figureCell(html, value, path);
+    html.close();
+}
+
+void decisionRow(HtmlWriter& html, const std::string& label, Textbook::Decision accepted, const std::string& path)
+{
+    html.open("tr").element("th", label, {{"scope", "row"}}).open("td");
+    html.element("span", !accepted ? "none" : *accepted ? "accepted" : "rejected", {{"class", path}});
+    html.close().close();
+}
+
+}  // namespace
+
+void heading(HtmlWriter& html, MarkupWord section, std::string_view text, MarkupWord level)
+{
+    html.open("section", {{"class", std::string(section.text())}}).element(level, text);
+}
+
+namespace {
+
+void tableHead(HtmlWriter& html)
+{
+    html.open("thead").open("tr").element("th", "figure", {{"scope", "col"}}).element("th", "value", {{"scope", "col"}}).close().close();
+}
+
+}  // namespace
+
+void resultTable(HtmlWriter& html, const PageContent& content, MarkupWord level, const std::string& document)
+{
+    heading(html, "results", "Results", level);
+    html.open("table");
+    tableHead(html);
+    html.open("tbody");
+    for (const Estimate& estimate : content.statement.estimates) row(html, estimate.label, estimate.value, document + estimate.path);
+    if (content.textbook) {
+        for (const Textbook::Line& line : content.textbook->lines()) {
+            const std::string path = document + "textbook/" + line.path;
+            if (const double* const value = std::get_if<double>(&line.content))
+                row(html, line.label, *value, path);
+            else
+                decisionRow(html, line.label, std::get<Textbook::Decision>(line.content), path);
+        }
+    }
+    html.close().close();
+    if (content.textbook) {
+        for (const std::string& sentence : content.textbook->differenceSentences()) html.element("p", sentence, {{"class", "differs"}});
+        for (const std::string& warning : content.textbook->warnings()) html.element("p", "Warning: " + warning, {{"class", "warns"}});
+    }
+    html.close();
+}
+
+void dataNotes(HtmlWriter& html, const PageContent& content, MarkupWord level)
+{
+    heading(html, "data", "Data", level);
+    html.open("ul");
+    for (const PageFile& file : content.files)
+        html.element("li", file.name + ": " + counted(file.observations, "observation", "observations") + " read");
+    for (const std::string& warning : content.warnings) html.element("li", warning);
+    const bool warned = !content.warnings.empty() || (content.textbook && !content.textbook->warnings().empty());
+    if (!warned) html.element("li", "Nothing was left out, and nothing was read in a way that may surprise.");
+    html.close().close();
+}
+
+void howItWasMade(HtmlWriter& html, const std::string& version, const std::string& commandLine, const std::vector<PageFile>& files)
+{
+    heading(html, "made", "How this page was made", "h2");
+    html.open("dl");
+    html.element("dt", "Program").element("dd", version);
+    html.element("dt", "Command line").open("dd").open("pre").element("code", commandLine).close().close();
+    for (const PageFile& file : files)
+        html.element("dt", "SHA-256 of " + file.name).element("dd", file.sha256.empty() ? "none: it is no file on a disk" : file.sha256);
+    html.close().close();
+}
+
+}  // namespace wqstat
