@@ -44,6 +44,7 @@ for_pages='
     nodejs              program node
     npm                 program npm
     poppler-utils       program pdftotext
+    pngquant            program pngquant
 '
 for_platforms='
     googletest          file /usr/src/googletest/CMakeLists.txt
