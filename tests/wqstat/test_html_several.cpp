@@ -204,6 +204,11 @@ TEST(PageOfSeveral, staysSmallAndHasARowForEach)
                     "^The first [0-9]+ of 120 have sections of their own here; more would make the page larger than 300 KiB.$")));
     EXPECT_THAT(page.faults, IsEmpty());
 
+    const std::string more = folder.write("more.csv", sites(700));
+    ASSERT_EQ(run({"frequency", "--column", "w", "--by", "site", more, "--no-warnings", "--html", file}).status, done);
+    EXPECT_LT(std::filesystem::file_size(file), mostBytes);
+    EXPECT_THAT(pageIn(file).texts, Contains("700 analyses"));
+
     std::string pairs;
     for (int i = 0; i < 30'000; ++i)
         pairs +=

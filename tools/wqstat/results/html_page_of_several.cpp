@@ -33,15 +33,14 @@ public:
 
     std::string page()
     {
-        HtmlWriter multiples;
-        sideBySide(multiples);
         HtmlWriter origin;
         if (!content.notes.empty()) notes(origin);
         howItWasMade(origin, content.version, content.commandLine, content.files);
-        HtmlWriter measured;
-        begin(measured);
-        measured.append(multiples).append(origin);
-        fillSections(measured.size());
+        HtmlWriter results;
+        begin(results);
+        const std::size_t used = results.size() + origin.size();
+        drawMultiples(used);
+        fillSections(used + multiples.size());
         HtmlWriter html;
         begin(html);
         html.append(multiples);
@@ -107,13 +106,15 @@ private:
             html.open("li").element("a", text, {{"href", "#" + to}}).close();
         };
         line("all", "All results");
-        if (made > 0) line("multiples", "Side by side");
+        if (multiples.size() > 0) line("multiples", "Side by side");
         for (std::size_t i = 0; i < sections.size(); ++i)
             if (hasSection(i)) line(anchor(i), content.analyses[i].name);
         html.close().close();
         const auto shown = static_cast<std::size_t>(
             std::count_if(sections.begin(), sections.end(), [](const HtmlWriter& section) { return section.size() > 0; }));
-        if (shown > 0 && shown < made)
+        if (shown == 0 && made > 0)
+            html.element("p", "The analyses have no sections of their own here, which would make the page larger than 300 KiB.");
+        else if (shown < made)
             html.element("p", "The first " + digits(shown) + " of " + digits(made) +
                                   " have sections of their own here; more would make the page larger than 300 KiB.");
     }
@@ -154,9 +155,12 @@ private:
         html.close();
     }
 
-    /** Small pictures with the same axes. */
-    void sideBySide(HtmlWriter& html) const
+    /** Small pictures with the same axes, as many as have room. */
+    void drawMultiples(std::size_t used)
     {
+        const std::size_t most = std::min(mostBytesOfMultiples, used < mostBytes ? mostBytes - used : 0);
+        if (most < 2 * leastBytesOfPicture) return;
+        HtmlWriter& html = multiples;
         std::vector<std::size_t> which;
         std::vector<Chart> charts;
         for (std::size_t i = 0; i < content.analyses.size(); ++i) {
@@ -174,7 +178,7 @@ private:
             picture.commands = charts[drawn].commands();
             const SvgElement svg = inlineSvg(picture, "small-" + std::to_string(which[drawn] + 1) + "-");
             bytes += svg.markup().size();
-            if (bytes > mostBytesOfMultiples && drawn > 0) break;
+            if (bytes > most && drawn > 0) break;
             html.open("li").element("p", content.analyses[which[drawn]].name).open("figure").picture(svg).close().close();
         }
         html.close();
@@ -220,7 +224,7 @@ private:
             if (!content.analyses[i].content) continue;
             const HtmlWriter section = sectionOf(i, nullptr);
             used += section.size() + listing + 2 * content.analyses[i].name.size();
-            if (used >= mostBytes && !which.empty()) break;
+            if (used >= mostBytes) break;
             sections[i] = section;
             which.push_back(i);
         }
@@ -238,6 +242,7 @@ private:
     std::vector<std::string> documents;  // the places of the analyses in the JSON array
     std::vector<double> p;
     std::vector<double> adjusted;
+    HtmlWriter multiples;              // empty where there are none
     std::vector<HtmlWriter> sections;  // empty where there is none
 };
 
