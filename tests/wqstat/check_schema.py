@@ -111,12 +111,34 @@ def check_arrays(validator):
             sys.exit("an array without documents is taken for valid")
 
 
+def check_columns(validator):
+    """What columns prints of its own kind; nothing may be left out of it, and nothing else be there."""
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        (folder / "table.txt").write_text("n,s,d,m,e,i\n1.5,a,2024-01-05,1,,inf\n2,b,2024-01-06T10:00,x,NA,1\n4,a,2024-02-01,3,,2\n", encoding="utf-8")
+        found = document("columns table.txt", folder, [])
+        kinds = [column["kind"] for column in found["columns"]]
+        if kinds != ["number", "label", "date", "mixed", "empty", "number"]:
+            sys.exit(f"columns: {kinds}")
+        for error in validator.iter_errors(found):
+            sys.exit(f"columns: {list(error.absolute_path)}: {error.message}")
+        texts = {("wqstat",), ("columns", 0, "title")}
+        # An element may be missing from a list, and be what every list of its kind may hold.
+        for path in members(found):
+            for what, change in DAMAGES.items():
+                if isinstance(path[-1], int) or (what == "of another type" and path in texts):
+                    continue
+                if validator.is_valid(damaged(found, path, change)):
+                    sys.exit(f"columns: {path} {what} is taken for valid")
+
+
 def main():
     schema = json.loads(SCHEMA.read_text(encoding="utf-8"))
     checker = jsonschema.Draft202012Validator
     checker.check_schema(schema)
     validator = checker(schema)
     check_arrays(validator)
+    check_columns(validator)
     checked = refused = 0
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)

@@ -117,6 +117,8 @@ TEST(MemoryLimits, endEverythingElseWithOneLine)
     const std::string table = folder.write("table.csv", rows);
     for (const Words& arguments : std::vector<Words>{{"describe", "--column", "value", "--by", "part", table},
                                                      {"describe", "--column", "value", "--by", "part", "--tsv", table},
+                                                     {"columns", table},
+                                                     {"columns", "--html", folder.path("page.html"), table},
                                                      {"describe", "--json", data_files::cavendish, data_files::cavendish},
                                                      {"prob", "t_Prob", "2.5", "10", "two"},
                                                      {"prob", "quadratureIntegral", "exp", "0", "15"},

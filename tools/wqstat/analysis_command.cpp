@@ -219,16 +219,6 @@ bool isSameFile(const std::string& a, const std::string& b)
     return place(a) == place(b);
 }
 
-/** Where the shell has put the report, the messages or what a loop reads, another file has no place. */
-void guardStandardStreams(const std::string& option, const std::string& name)
-{
-    const std::optional<FileIdentity> written = identityOf(name);
-    if (!written || !written->regular) return;
-    const std::pair<int, const char*> streams[] = {{STDIN_FILENO, "input"}, {STDOUT_FILENO, "output"}, {STDERR_FILENO, "error"}};
-    for (const auto& [stream, streamName] : streams)
-        if (written == identityOf(stream)) throw WrongUsage(option + ": " + shown(name) + " is standard " + streamName);
-}
-
 }  // namespace
 
 /** Before the first of several analyses is printed. */
@@ -244,20 +234,17 @@ void AnalysisCommand::guardPageOfSeveral(const std::vector<std::vector<std::stri
     requireGnuplot("--html");
 }
 
-/** A mistyped name must not cost the data, and what cannot be drawn is said before anything is printed. */
+/** What cannot be written or drawn is said before anything is printed. */
 void AnalysisCommand::guardFiles() const
 {
     const std::string& picture = views.plot().fileName;
     const std::string& page = views.pageName();
     const std::pair<const char*, const std::string&> written[] = {
         {"--export", outputs.exportName()}, {"--plot", picture}, {"--html", page}};
-    for (const auto& [option, name] : written) {
-        if (name.empty()) continue;
-        const std::optional<FileIdentity> file = identityOf(name);
-        for (const auto& input : inputs)
-            if (file && file->regular && file == input->identity()) throw WrongUsage(option + (": " + shown(name)) + " is the data file");
-        guardStandardStreams(option, name);
-    }
+    std::vector<std::optional<FileIdentity>> dataFiles;
+    for (const auto& input : inputs) dataFiles.push_back(input->identity());
+    for (const auto& [option, name] : written)
+        if (!name.empty()) guardOutput(option, name, dataFiles);
     const auto guardPair = [](const char* option, const std::string& name, const std::string& other, const char* what) {
         if (!name.empty() && !other.empty() && isSameFile(name, other)) throw WrongUsage(option + (": " + shown(name)) + " is the " + what);
     };

@@ -37,6 +37,7 @@ std::unique_ptr<Command> make()
     return std::make_unique<T>();
 }
 
+CommandEntry columnsCommand();
 std::vector<CommandEntry> analysisCommands();
 CommandEntry probCommand();
 CommandEntry randomCommand();

@@ -40,6 +40,7 @@ int failure(std::string_view text, ExitStatus status)
 std::vector<CommandEntry> allCommands()
 {
     std::vector<CommandEntry> all = analysisCommands();
+    all.insert(all.begin(), columnsCommand());
     all.push_back(probCommand());
     all.push_back(randomCommand());
     return all;

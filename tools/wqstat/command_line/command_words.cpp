@@ -48,11 +48,25 @@ std::string quotedForShell(const std::string& word)
 
 void keepCommandLine(int argc, const char* const* argv) { words().assign(argv + std::min(argc, 1), argv + argc); }
 
-std::string commandLine()
+std::string commandLine() { return commandLine(words()); }
+
+std::string commandLine(const std::vector<std::string>& given)
 {
     std::string line = "wqstat";
-    for (const std::string& word : words()) line += " " + quotedForShell(word);
+    for (const std::string& word : given) line += " " + quotedForShell(word);
     return line;
+}
+
+std::vector<std::string> optionWords(const std::string& option, const std::string& value)
+{
+    if (!value.empty() && value[0] == '-') return {option + "=" + value};
+    return {option, value};
+}
+
+std::string fileWord(const std::string& name)
+{
+    const bool isSpecial = name.size() > 1 && (name[0] == '-' || name[0] == '[');  // the parser cuts [a,b] into two
+    return isSpecial ? "./" + name : name;
 }
 
 }  // namespace wqstat

@@ -9,6 +9,9 @@
 #include <string>
 #include <string_view>
 
+#include <langinfo.h>
+#include <locale.h>
+
 #if defined(__unix__) || defined(__APPLE__)
 #  include <unistd.h>
 #endif
@@ -84,6 +87,15 @@ bool inputIsTerminal() { return false; }
 bool outputIsTerminal() { return false; }
 bool errorIsTerminal() { return false; }
 #endif
+
+bool showsUtf8()
+{
+    const locale_t locale = newlocale(LC_CTYPE_MASK, "", nullptr);
+    if (locale == nullptr) return false;
+    const bool isUtf8 = std::string_view(nl_langinfo_l(CODESET, locale)) == "UTF-8";
+    freelocale(locale);
+    return isUtf8;
+}
 
 ShownOnTerminal::ShownOnTerminal(std::ostream& shown)
     : stream(shown),

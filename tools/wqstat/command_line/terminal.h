@@ -28,6 +28,9 @@ bool inputIsTerminal();
 bool outputIsTerminal();
 bool errorIsTerminal();
 
+/** Whether the locale of the environment has UTF-8. */
+bool showsUtf8();
+
 /** Standard output and standard error, each filtered where it is a terminal; elsewhere every byte stays as it is. */
 class TerminalStreams {
 public:

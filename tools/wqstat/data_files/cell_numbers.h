@@ -26,6 +26,7 @@ public:
     /** Why the cell that convert() refused last is no number. */
     const std::string& whyNot() const { return reason; }
 
+    bool hasPoint() const { return point.line > 0; }
     bool hasComma() const { return comma.line > 0 || comma.isCertain; }
 
     /** When all is read: where a comma may have separated thousands as well, as in 1,234, in words; otherwise empty. */

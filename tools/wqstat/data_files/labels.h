@@ -26,6 +26,14 @@ public:
         return last;
     }
 
+    /** The number that the text has; 0 where it has none. */
+    std::size_t known(std::string_view text) const
+    {
+        if (last > 0 && texts[last - 1] == text) return last;
+        const auto found = numbers.find(text);
+        return found == numbers.end() ? 0 : found->second;
+    }
+
     /** The text of a number. */
     const std::string& text(std::size_t number) const { return texts[number - 1]; }
 

@@ -106,12 +106,27 @@ void Table::read(const std::vector<Column>& columns, const RowHandler& handle)
     if (const std::string doubt = numbers.doubt(); !doubt.empty()) fail(numbers.doubtLine(), doubt);
 }
 
+void Table::readCells(const CellHandler& handle)
+{
+    while (firstIsData || records->next()) {
+        firstIsData = false;
+        ++counts.rows;
+        requireAllFields(records->fields().size());
+        handle(records->fields());
+    }
+}
+
+void Table::requireAllFields(std::size_t held) const
+{
+    if (held == columnTitles.size()) return;
+    fail(records->line(), counted(held, "field") + ", where " + (hasHeader ? "the header" : "the first line") + " has " +
+                              std::to_string(columnTitles.size()));
+}
+
 /** @return false when a value is missing. */
 bool Table::take(const std::vector<std::string_view>& cells, std::vector<double>& row)
 {
-    if (cells.size() != columnTitles.size())
-        fail(records->line(), counted(cells.size(), "field") + ", where " + (hasHeader ? "the header" : "the first line") + " has " +
-                                  std::to_string(columnTitles.size()));
+    requireAllFields(cells.size());
     bool isWhole = true;
     for (std::size_t i = 0; i < uses.size(); ++i) {
         Use& use = uses[i];
@@ -148,11 +163,11 @@ bool Table::isMissing(std::string_view cell) const
     return std::find(format.missing.begin(), format.missing.end(), cell) != format.missing.end();
 }
 
-std::string Table::description() const
+std::string Table::description(bool withDecimalComma) const
 {
     std::string text = shownName + ": ";
     for (const std::string& wrapping : wrappings) text += wrapping + ", ";
-    text += "separator " + nameOf(*format.separator) + ", decimal " + (numbers.hasComma() ? "comma" : "point") + ", ";
+    text += "separator " + nameOf(*format.separator) + ", decimal " + (withDecimalComma ? "comma" : "point") + ", ";
     return text + (hasHeader ? "columns " + listed(columnTitles) : counted(columnTitles.size(), "column") + " without a header");
 }
 

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -40,6 +41,9 @@ struct TableFormat {
     bool refuseMissing = false;
 };
 
+/** Takes the cells of one row. */
+using CellHandler = std::function<void(const std::vector<std::string_view>& cells)>;
+
 /** The titles with commas between, for a message. */
 std::string listed(const std::vector<std::string>& titles);
 
@@ -64,6 +68,19 @@ public:
      */
     void read(const std::vector<Column>& columns, const RowHandler& handle);
 
+    /**
+     * Hands on the cells of all rows as they stand, once. @throws CannotAnalyse for a row that has not as many as there are titles.
+     */
+    void readCells(const CellHandler& handle);
+
+    /** Whether a cell stands for a missing value. */
+    bool isMissing(std::string_view cell) const;
+
+    /** How its numbers are written, as far as that has been said. */
+    const CellNumbers& givenNumbers() const { return numbers; }
+
+    bool hasTitles() const { return hasHeader; }
+
     /** The line on which the row that a handler takes begins, from 1. */
     std::size_t line() const { return records->line(); }
 
@@ -72,7 +89,8 @@ public:
     const Labels& labels(std::size_t use) const override { return uses[use].labels; }
 
     /** What was found out about the file, in words. */
-    std::string description() const;
+    std::string description() const { return description(numbers.hasComma()); }
+    std::string description(bool withDecimalComma) const;
 
 private:
     struct Use {
@@ -87,7 +105,7 @@ private:
     std::size_t indexOf(const std::string& column) const;
     bool take(const std::vector<std::string_view>& cells, std::vector<double>& row);
     double valueOf(Use& use, std::string_view cell);
-    bool isMissing(std::string_view cell) const;
+    void requireAllFields(std::size_t held) const;
     [[noreturn]] void fail(std::size_t line, const std::string& reason) const;
 
     std::string shownName;

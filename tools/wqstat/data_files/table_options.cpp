@@ -1,6 +1,7 @@
 #include "table_options.h"
 
 #include "command_line/arguments.h"
+#include "command_line/command_words.h"
 #include "command_line/failure.h"
 #include "separator.h"
 
@@ -40,6 +41,17 @@ void TableOptions::addColumn(CLI::App& app, ColumnOption& column)
 void TableOptions::declareFormat(CLI::App& app)
 {
     if (columns.empty()) return;
+    declareReading(app);
+    CLI::Option* const refuse =
+        app.add_flag("--na-error", tableFormat.refuseMissing, "refuse a table with a missing value in a used column");
+    CLI::Option* const by =
+        app.add_option("--by", byColumn, "in a table: analyse the rows of each value of this column by themselves, by its title or number");
+    by->type_name("NAME")->check(namesColumn);
+    formatOptions.insert(formatOptions.end(), {refuse, by});
+}
+
+void TableOptions::declareReading(CLI::App& app)
+{
     const auto setSeparator = [this](const std::string& text) {
         tableFormat.separator = readArgument("--separator", [&] { return separatorArgument(text); });
     };
@@ -60,13 +72,21 @@ void TableOptions::declareFormat(CLI::App& app)
     CLI::Option* const missing = app.add_option_function<std::string>(
         "--na", setMissing, "in a table: what stands for a missing value besides nothing; NA,N/A,NaN,nan,-,. unless given");
     missing->type_name("TEXT,...");
-    CLI::Option* const refuse =
-        app.add_flag("--na-error", tableFormat.refuseMissing, "refuse a table with a missing value in a used column");
-    CLI::Option* const by =
-        app.add_option("--by", byColumn, "in a table: analyse the rows of each value of this column by themselves, by its title or number");
-    by->type_name("NAME")->check(namesColumn);
     CLI::Option* const tell = app.add_flag("--verbose", isVerbose, "say on standard error how the table was read");
-    formatOptions = {separator, comma, without, with, missing, refuse, by, tell};
+    formatOptions = {separator, comma, without, with, missing, tell};
+}
+
+std::vector<std::string> TableOptions::readingWords() const
+{
+    std::vector<std::string> words;
+    for (const CLI::Option* option : formatOptions) {
+        if (option->count() == 0 || option->get_name() == "--verbose") continue;
+        const bool isFlag = option->get_expected_max() == 0;
+        const std::vector<std::string> more =
+            isFlag ? std::vector<std::string>{option->get_name()} : optionWords(option->get_name(), option->results().back());
+        words.insert(words.end(), more.begin(), more.end());
+    }
+    return words;
 }
 
 std::vector<const ColumnOption*> TableOptions::typical() const

@@ -34,6 +34,12 @@ public:
     /** Adds an option that names a column; it is kept by reference. */
     void addColumn(CLI::App& app, ColumnOption& column);
 
+    /** Adds the options that say how a table is written. */
+    void declareReading(CLI::App& app);
+
+    /** Those of them that were given, as words of a command line. */
+    std::vector<std::string> readingWords() const;
+
     /** Adds the options of the format; nothing where the command has no columns. To be called after all addColumn(). */
     void declareFormat(CLI::App& app);
 

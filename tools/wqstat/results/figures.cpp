@@ -19,6 +19,13 @@ std::string figures(double value, int digits)
     return text;
 }
 
+std::string readable(double value)
+{
+    constexpr double mostInFull = 1e15;
+    const bool isWhole = std::fabs(value) < mostInFull && value == std::round(value);
+    return figures(value, isWhole ? 15 : 6);
+}
+
 std::string coefficient(double value)
 {
     constexpr int least = 5;

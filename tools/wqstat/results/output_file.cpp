@@ -34,6 +34,17 @@ std::filesystem::path behindLinks(const std::filesystem::path& name)
     return path;
 }
 
+void guardOutput(const std::string& option, const std::string& name, const std::vector<std::optional<FileIdentity>>& dataFiles)
+{
+    const std::optional<FileIdentity> written = identityOf(name);
+    if (!written || !written->regular) return;
+    for (const std::optional<FileIdentity>& dataFile : dataFiles)
+        if (written == dataFile) throw WrongUsage(option + ": " + shown(name) + " is the data file");
+    const std::pair<int, const char*> streams[] = {{STDIN_FILENO, "input"}, {STDOUT_FILENO, "output"}, {STDERR_FILENO, "error"}};
+    for (const auto& [stream, streamName] : streams)
+        if (written == identityOf(stream)) throw WrongUsage(option + ": " + shown(name) + " is standard " + streamName);
+}
+
 OutputFile::Unfinished::~Unfinished()
 {
     if (descriptor < 0) return;

@@ -1,9 +1,13 @@
 // A file for results that appears only when it is whole.
 #pragma once
 
+#include "data_files/file_identity.h"
+
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace wqstat {
 
@@ -55,6 +59,12 @@ private:
     std::filesystem::path target;  // behind links
     Unfinished unfinished;
 };
+
+/**
+ * A mistyped name must not cost the data. @throws WrongUsage where the name of a file that is to be written means a data file, or where the
+ * shell has put the report, the messages or what a loop reads.
+ */
+void guardOutput(const std::string& option, const std::string& name, const std::vector<std::optional<FileIdentity>>& dataFiles);
 
 /** The path of the file that a name means when links are followed, also those that lead to no file yet. */
 std::filesystem::path behindLinks(const std::filesystem::path& name);

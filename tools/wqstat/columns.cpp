@@ -1,0 +1,149 @@
+// wqstat columns: a look at a table before anything is tested.
+#include "command.h"
+
+#include "columns/suggestions.h"
+#include "columns/table_view.h"
+#include "command_line/arguments.h"
+#include "command_line/command_words.h"
+#include "command_line/failure.h"
+#include "command_line/progress.h"
+#include "command_line/terminal.h"
+#include "command_line/version_text.h"
+#include "data_files/table.h"
+#include "data_files/table_options.h"
+#include "results/json_writer.h"
+#include "results/output_file.h"
+#include "results/sha256.h"
+#include "results/tsv_writer.h"
+
+#include <CLI/CLI.hpp>
+
+#include <wq_stat/version.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace wqstat {
+
+namespace {
+
+TableProfile profileOf(Table& table)
+{
+    TableProfile profile;
+    for (const std::string& title : table.titles()) profile.columns.emplace_back(title, table.givenNumbers());
+    table.readCells([&](const std::vector<std::string_view>& cells) {
+        ++profile.rows;
+        const std::size_t line = table.line();
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            if (table.isMissing(cells[i]))
+                profile.columns[i].addMissing();
+            else
+                profile.columns[i].add(cells[i], line);
+        }
+    });
+    return profile;
+}
+
+bool hasComma(const TableProfile& profile)
+{
+    return std::any_of(profile.columns.begin(), profile.columns.end(),
+                       [](const ColumnProfile& column) { return column.decimalMark() == ','; });
+}
+
+class Columns final : public Command {
+    void declare(CLI::App& app) override
+    {
+        app.add_option("TABLE", givenName, "a table; - is standard input, as is no TABLE")->type_name("");
+        tableOptions.declareReading(app);
+        CLI::Option* const json = app.add_flag("--json", asJson, "print what there is to say as JSON");
+        app.add_flag("--tsv", asTsv, "print a row of a tab-separated table for each column")->excludes(json);
+        app.add_option("--html", pageName, "write a page with the columns, their histograms and how it was made")
+            ->type_name("FILE")
+            ->check([](const std::string& name) { return name.empty() ? "the name of a file is needed" : ""; });
+        app.footer("Nothing is tested. The command lines that fit are there to be copied.\n"
+                   "Quartiles are exact while a column has at most 100000 different values, and about right beyond.");
+    }
+
+    ExitStatus run() override
+    {
+        const std::string name = givenName.value_or("-");
+        if (name == "-" && inputIsTerminal()) throw WrongUsage("TABLE is required where standard input is a terminal");
+        progress().show("reading");
+        Table table(name, tableOptions.format());
+        if (!pageName.empty()) guardOutput("--html", pageName, {table.identity()});
+        TableView view{table.name(), profileOf(table), {}};
+        table.require(view.profile.rows, 1);
+        view.commands = fittingCommands(view.profile, {name, table.hasTitles(), tableOptions.readingWords()});
+        progress().hide();
+        if (tableOptions.verbose()) std::cerr << "wqstat: " << table.description(hasComma(view.profile)) << '\n';
+        print(view, name);
+        if (!pageName.empty()) writePage(view, name);
+        return done;
+    }
+
+    void print(const TableView& view, const std::string& name) const
+    {
+        if (asJson)
+            printJson(view, name);
+        else if (asTsv)
+            printTsv(view, name);
+        else
+            printView(std::cout, view, showsUtf8() ? Characters::blocks : Characters::ascii);
+    }
+
+    static void printJson(const TableView& view, const std::string& name)
+    {
+        JsonWriter writer(std::cout);
+        writer.object("", [&] {
+            writer.text("wqstat", shortest(wq_stat_1VersionNumber));
+            writer.text("analysis", "columns");
+            writer.texts("files", {name});
+            writer.member("rows", view.profile.rows);
+            std::size_t number = 0;
+            writer.array("columns", view.profile.columns,
+                         [&](const ColumnProfile& column) { writer.object("", [&] { writeColumn(writer, column, ++number); }); });
+            writer.texts("commands", view.commands);
+        });
+    }
+
+    static void printTsv(const TableView& view, const std::string& name)
+    {
+        TsvWriter writer(std::cout);
+        std::size_t number = 0;
+        for (const ColumnProfile& column : view.profile.columns)
+            writer.object("", [&] {
+                writer.texts("files", {name});
+                writeColumn(writer, column, ++number);
+            });
+    }
+
+    void writePage(const TableView& view, const std::string& name) const
+    {
+        std::error_code ignored;
+        const bool onDisk = name != "-" && std::filesystem::is_regular_file(name, ignored);
+        OutputFile file(pageName, "the page");
+        file.write(viewPage(view, {{view.name, view.profile.rows, onDisk ? sha256Of(name, view.name) : ""}, commandLine(), versionText()}));
+        file.keep();
+    }
+
+    std::optional<std::string> givenName;
+    std::string pageName;
+    TableOptions tableOptions;
+    bool asJson = false;
+    bool asTsv = false;
+};
+
+}  // namespace
+
+CommandEntry columnsCommand()
+{
+    return {"columns", "look at the columns of a table before anything is tested", "wqstat columns plants.csv", make<Columns>};
+}
+
+}  // namespace wqstat

@@ -1,0 +1,41 @@
+#include "table_view.h"
+
+#include "iso_date.h"
+#include "results/figures.h"
+
+namespace wqstat {
+
+const NumberSummary* measured(const ColumnProfile& column)
+{
+    for (const NumberSummary* const summary : {&column.numberSummary(), &column.dateSummary()})
+        if (summary->count() > 0) return summary;
+    return nullptr;
+}
+
+std::string figureOf(const ColumnProfile& column, double value)
+{
+    return column.numberSummary().count() > 0 ? readable(value) : isoText(value, column.hasTimes());
+}
+
+std::string distinctText(const ColumnProfile& column)
+{
+    const std::optional<std::size_t> distinct = column.distinct();
+    return distinct ? digits(*distinct) : "more than " + digits(mostDistinct);
+}
+
+std::string errorText(const NumberSummary& numbers)
+{
+    if (numbers.rankError() == 0) return "";
+    const double share = static_cast<double>(numbers.rankError()) / static_cast<double>(numbers.count());
+    return "each within " + figures(100.0 * share, 2) + " % of the ranks";
+}
+
+std::vector<std::string> notesOf(const ColumnProfile& column)
+{
+    std::vector<std::string> notes;
+    if (!column.doubt().empty()) notes.push_back(column.doubt());
+    if (column.labelCounts().isCut()) notes.push_back("labels are counted of the first " + digits(mostDistinct) + " different ones alone");
+    return notes;
+}
+
+}  // namespace wqstat

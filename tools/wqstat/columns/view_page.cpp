@@ -1,0 +1,159 @@
+#include "table_view.h"
+
+#include "command_line/arguments.h"
+#include "pictures/colours.h"
+#include "results/figures.h"
+#include "results/page_parts.h"
+
+#include <algorithm>
+
+namespace wqstat {
+
+namespace {
+
+constexpr double canvasWidth = 480.0;
+constexpr double canvasHeight = 100.0;
+
+/** A bar for each count. @param description for those who do not see it */
+void drawBars(HtmlWriter& html, const std::vector<std::uint64_t>& counts, const std::string& description)
+{
+    const std::uint64_t largest = counts.empty() ? 0 : *std::max_element(counts.begin(), counts.end());
+    if (largest == 0) return;
+    const double width = canvasWidth / static_cast<double>(counts.size());
+    html.open("figure").open("svg", {{"role", "img"}, {"viewBox", "0 0 " + figures(canvasWidth) + " " + figures(canvasHeight)}});
+    html.element("title", description);
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+        const double height = canvasHeight * static_cast<double>(counts[i]) / static_cast<double>(largest);
+        html.open("rect", {{"x", figures(static_cast<double>(i) * width)},
+                           {"y", figures(canvasHeight - height)},
+                           {"width", figures(0.95 * width)},
+                           {"height", figures(height)},
+                           {"fill", colour::blue}});
+        html.close();
+    }
+    html.close().close();
+}
+
+void textRow(HtmlWriter& html, const std::string& label, const std::string& text)
+{
+    html.open("tr").element("th", label, {{"scope", "row"}}).element("td", text).close();
+}
+
+/** The figures of one column in a table. */
+class ColumnTable {
+public:
+    ColumnTable(HtmlWriter& writer, const ColumnProfile& profile, std::size_t index)
+        : html(writer),
+          column(profile),
+          path("columns/" + std::to_string(index) + "/")
+    {
+        html.open("table");
+        tableHead(html);
+        html.open("tbody");
+    }
+
+    void count(const std::string& label, const std::string& member, std::uint64_t value)
+    {
+        row(html, label, static_cast<double>(value), path + member);
+    }
+
+    void figure(const std::string& label, const std::string& member, double value)
+    {
+        if (column.numberSummary().count() > 0)
+            row(html, label, value, path + member);
+        else
+            textRow(html, label, figureOf(column, value));
+    }
+
+    void text(const std::string& label, const std::string& value) { textRow(html, label, value); }
+
+    void close() { html.close().close(); }
+
+private:
+    HtmlWriter& html;
+    const ColumnProfile& column;
+    std::string path;
+};
+
+void fillFigures(ColumnTable& table, const NumberSummary& numbers)
+{
+    const Quartiles quartiles = numbers.quartiles();
+    const char* const about = numbers.rankError() > 0 ? ", about" : "";
+    table.figure("least", "least", numbers.least());
+    table.figure(std::string("lower quartile") + about, "quartiles/lower", quartiles.lower);
+    table.figure(std::string("median") + about, "quartiles/median", quartiles.median);
+    table.figure(std::string("upper quartile") + about, "quartiles/upper", quartiles.upper);
+    table.figure("greatest", "greatest", numbers.greatest());
+    table.figure("mean", "mean", numbers.mean());
+    if (numbers.rankError() > 0) table.text("quartiles", errorText(numbers));
+}
+
+void drawColumn(HtmlWriter& html, const ColumnProfile& column)
+{
+    if (const NumberSummary* const numbers = measured(column)) {
+        const Histogram histogram = numbers->histogram();
+        if (histogram.counts.size() > 1)
+            drawBars(html, histogram.counts,
+                     "How often which values of " + shown(column.title()) + " occur, in " + std::to_string(histogram.counts.size()) +
+                         " classes of equal width from " + figureOf(column, numbers->least()) + " to " +
+                         figureOf(column, numbers->greatest()));
+    }
+    if (column.kind() != CellKind::label) return;
+    std::vector<std::uint64_t> counts;
+    std::string list;
+    for (const LabelCount& label : column.labelCounts().mostFrequent(mostLabelsShown)) {
+        counts.push_back(label.count);
+        list += (list.empty() ? "" : ", ") + shown(label.text) + " " + digits(label.count);
+    }
+    drawBars(html, counts, "How often the most frequent labels of " + shown(column.title()) + " occur: " + list);
+}
+
+void columnSection(HtmlWriter& html, const ColumnProfile& column, std::size_t index)
+{
+    heading(html, "column", shown(column.title()) + ": " + nameOf(column.kind()));
+    drawColumn(html, column);
+    ColumnTable table(html, column, index);
+    table.count("rows", "rows", column.rows());
+    table.count("missing", "missing", column.missing());
+    if (const std::optional<std::size_t> distinct = column.distinct())
+        table.count("distinct", "distinct", *distinct);
+    else
+        table.text("distinct", distinctText(column));
+    if (const NumberSummary* const numbers = measured(column)) fillFigures(table, *numbers);
+    if (column.kind() == CellKind::label)
+        for (const LabelCount& label : column.labelCounts().mostFrequent(mostLabelsShown))
+            table.text(shown(label.text), digits(label.count));
+    table.close();
+    if (column.kind() == CellKind::mixed) {
+        html.element("p", "The first cells unlike most:", {{"class", "warns"}}).open("ul");
+        for (const OddCell& cell : column.oddCells()) html.element("li", "line " + std::to_string(cell.line) + ": " + inQuotes(cell.text));
+        html.close();
+    }
+    for (const std::string& note : notesOf(column)) html.element("p", note, {{"class", "warns"}});
+    html.close();
+}
+
+}  // namespace
+
+std::string viewPage(const TableView& view, const PageOrigin& origin)
+{
+    const TableProfile& profile = view.profile;
+    HtmlWriter html;
+    openPage(html, view.name, "columns");
+    html.open("header").element("h1", view.name);
+    html.element("p", "What do the columns of the table hold?", {{"class", "question"}});
+    html.element("p",
+                 counted(profile.rows, "row", "rows") + ", " + counted(profile.columns.size(), "column", "columns") +
+                     "; nothing has been tested",
+                 {{"class", "summary"}});
+    html.close();
+    for (std::size_t i = 0; i < profile.columns.size(); ++i) columnSection(html, profile.columns[i], i);
+    heading(html, "commands", "Command lines that fit");
+    if (view.commands.empty()) html.element("p", "No analysis fits these columns as they are.");
+    for (const std::string& command : view.commands) html.element("pre", command);
+    html.close();
+    howItWasMade(html, origin.version, origin.commandLine, {origin.file});
+    return closedPage(html);
+}
+
+}  // namespace wqstat
