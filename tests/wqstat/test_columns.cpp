@@ -2,7 +2,7 @@
 #include "commands.h"
 #include "data_files.h"
 #include "documents.h"
-#include "page.h"
+#include "page_reader.h"
 #include "support/plain_gnuplot.h"
 #include "terminal.h"
 #include "variable.h"
@@ -110,6 +110,20 @@ TEST(Columns, drawsWithWhatTheTerminalHas)
         EXPECT_THAT(text, HasSubstr("\n  compost  3  ##############################\n")) << name;
         EXPECT_TRUE(std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; })) << text;
     }
+}
+
+TEST(Columns, showsWholePartsInFull)
+{
+    const TempFolder folder;
+    const auto figuresOf = [&folder](const std::string& cells) {
+        const std::string text = run({"columns", folder.write("x.csv", "x\n" + cells)}).output;
+        return text.substr(text.find("  least"), text.find("\n  [") - text.find("  least"));
+    };
+    EXPECT_EQ(figuresOf("1000000.25\n3000000.25\n"),
+              "  least 1000000, quartiles 1500000, 2000000 and 2500000, greatest 3000000, mean 2000000");
+    EXPECT_EQ(figuresOf("0.123456789\n999999.97\n"),
+              "  least 0.123457, quartiles 250000, 500000 and 750000, greatest 1000000, mean 500000");
+    EXPECT_EQ(figuresOf("-12345.678\n5e20\n"), "  least -12345.7, quartiles 1.25e20, 2.5e20 and 3.75e20, greatest 5e20, mean 2.5e20");
 }
 
 TEST(Columns, namesTheFirstCellsThatAreUnlikeMost)
@@ -282,9 +296,11 @@ TEST(Columns, keepsWhatIsThere)
     const std::string data = folder.write("data.csv", plants);
     EXPECT_EQ(run({"columns", data, "--html", data}), refused("--html: " + data + " is the data file", "columns"));
     EXPECT_EQ(contentOf(data), plants);
-    const Outcome full = run({"columns", data, "--html", folder.path("none/page.html")});
-    EXPECT_EQ(full.status, couldNotAnalyse);
-    EXPECT_EQ(std::count(full.errors.begin(), full.errors.end(), '\n'), 1) << full.errors;
+    for (const std::string& page : {folder.path("none/page.html"), std::string("/dev/full")}) {
+        const Outcome failure = run({"columns", data, "--html", page});
+        EXPECT_EQ(failure.status, couldNotAnalyse);
+        EXPECT_EQ(std::count(failure.errors.begin(), failure.errors.end(), '\n'), 1) << failure.errors;
+    }
 }
 
 TEST(Columns, saysWhereLabelsAreTooManyToKeep)

@@ -128,6 +128,7 @@ class Columns final : public Command {
         std::error_code ignored;
         const bool onDisk = name != "-" && std::filesystem::is_regular_file(name, ignored);
         OutputFile file(pageName, "the page");
+        if (file.isDirect()) throw CannotAnalyse(shown(pageName) + ": is no file");
         file.write(viewPage(view, {{view.name, view.profile.rows, onDisk ? sha256Of(name, view.name) : ""}, commandLine(), versionText()}));
         file.keep();
     }

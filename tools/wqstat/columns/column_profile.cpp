@@ -49,7 +49,10 @@ CellKind ColumnProfile::take(std::string_view cell, std::size_t line)
         numbers.add(value);
         return CellKind::number;
     }
-    texts.add(cell);
+    if (canSkipReading)
+        texts.addNew(cell);  // it has been looked for
+    else
+        texts.add(cell);
     return CellKind::label;
 }
 

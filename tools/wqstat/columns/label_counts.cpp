@@ -16,7 +16,11 @@ bool LabelCounts::addKnown(std::string_view text)
 
 void LabelCounts::add(std::string_view text)
 {
-    if (addKnown(text)) return;
+    if (!addKnown(text)) addNew(text);
+}
+
+void LabelCounts::addNew(std::string_view text)
+{
     ++n;
     if (counts.size() == mostKept) {
         ++others;

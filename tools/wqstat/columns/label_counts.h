@@ -23,6 +23,9 @@ public:
 
     void add(std::string_view text);
 
+    /** A text that is not kept already. */
+    void addNew(std::string_view text);
+
     std::uint64_t count() const { return n; }
 
     /** How many different texts are kept. */

@@ -3,7 +3,7 @@
 #include "command_line/arguments.h"
 #include "pictures/colours.h"
 #include "results/figures.h"
-#include "results/page_parts.h"
+#include "results/html_parts.h"
 
 #include <algorithm>
 
@@ -34,6 +34,13 @@ void drawBars(HtmlWriter& html, const std::vector<std::uint64_t>& counts, const 
     html.close().close();
 }
 
+void figureRow(HtmlWriter& html, const std::string& label, double value, const std::string& path)
+{
+    html.open("tr").element("th", label, {{"scope", "row"}});
+    figureCell(html, value, path);
+    html.close();
+}
+
 void textRow(HtmlWriter& html, const std::string& label, const std::string& text)
 {
     html.open("tr").element("th", label, {{"scope", "row"}}).element("td", text).close();
@@ -48,19 +55,21 @@ public:
           path("columns/" + std::to_string(index) + "/")
     {
         html.open("table");
-        tableHead(html);
+        html.open("thead").open("tr");
+        for (const char* const title : {"figure", "value"}) html.element("th", title, {{"scope", "col"}});
+        html.close().close();
         html.open("tbody");
     }
 
     void count(const std::string& label, const std::string& member, std::uint64_t value)
     {
-        row(html, label, static_cast<double>(value), path + member);
+        figureRow(html, label, static_cast<double>(value), path + member);
     }
 
     void figure(const std::string& label, const std::string& member, double value)
     {
         if (column.numberSummary().count() > 0)
-            row(html, label, value, path + member);
+            figureRow(html, label, value, path + member);
         else
             textRow(html, label, figureOf(column, value));
     }
@@ -110,7 +119,7 @@ void drawColumn(HtmlWriter& html, const ColumnProfile& column)
 
 void columnSection(HtmlWriter& html, const ColumnProfile& column, std::size_t index)
 {
-    heading(html, "column", shown(column.title()) + ": " + nameOf(column.kind()));
+    heading(html, "column", shown(column.title()) + ": " + nameOf(column.kind()), "h2");
     drawColumn(html, column);
     ColumnTable table(html, column, index);
     table.count("rows", "rows", column.rows());
@@ -139,7 +148,8 @@ std::string viewPage(const TableView& view, const PageOrigin& origin)
 {
     const TableProfile& profile = view.profile;
     HtmlWriter html;
-    openPage(html, view.name, "columns");
+    pageHead(html, view.name + " \u2013 wqstat columns");
+    html.open("body").open("main");
     html.open("header").element("h1", view.name);
     html.element("p", "What do the columns of the table hold?", {{"class", "question"}});
     html.element("p",
@@ -148,12 +158,13 @@ std::string viewPage(const TableView& view, const PageOrigin& origin)
                  {{"class", "summary"}});
     html.close();
     for (std::size_t i = 0; i < profile.columns.size(); ++i) columnSection(html, profile.columns[i], i);
-    heading(html, "commands", "Command lines that fit");
+    heading(html, "commands", "Command lines that fit", "h2");
     if (view.commands.empty()) html.element("p", "No analysis fits these columns as they are.");
     for (const std::string& command : view.commands) html.element("pre", command);
     html.close();
     howItWasMade(html, origin.version, origin.commandLine, {origin.file});
-    return closedPage(html);
+    html.close().close().close();
+    return html.page();
 }
 
 }  // namespace wqstat

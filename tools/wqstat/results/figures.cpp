@@ -22,8 +22,11 @@ std::string figures(double value, int digits)
 std::string readable(double value)
 {
     constexpr double mostInFull = 1e15;
-    const bool isWhole = std::fabs(value) < mostInFull && value == std::round(value);
-    return figures(value, isWhole ? 15 : 6);
+    constexpr double sevenDigits = 1e6;
+    if (!(std::fabs(value) < mostInFull)) return figures(value, 6);
+    const double whole = std::round(std::fabs(value));
+    if (std::fabs(value) == whole) return figures(value, 15);
+    return figures(value, whole < sevenDigits ? 6 : 1 + static_cast<int>(std::floor(std::log10(whole))));
 }
 
 std::string coefficient(double value)

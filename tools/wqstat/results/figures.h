@@ -9,7 +9,7 @@ namespace wqstat {
 /** So many significant digits at most: 5.4479, 2.5e-7, nan. */
 std::string figures(double value, int digits = 5);
 
-/** A figure as people read it: a whole number in full, any other with six digits. */
+/** A figure as people read it: a whole number, and the whole part of any other, in full; at least six digits. */
 std::string readable(double value);
 
 /** A coefficient from -1 to 1, with as many digits as tell it from -1 and 1: 0.98198, 0.999997. */

@@ -1,4 +1,4 @@
-// What the pages of one and of several analyses have in common.
+// What all pages have in common.
 #pragma once
 
 #include "html_page.h"
