@@ -4,6 +4,7 @@
 #include "results/figures.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace wqstat {
 

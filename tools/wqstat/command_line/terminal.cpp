@@ -9,10 +9,9 @@
 #include <string>
 #include <string_view>
 
-#include <langinfo.h>
-#include <locale.h>
-
 #if defined(__unix__) || defined(__APPLE__)
+#  include <langinfo.h>
+#  include <locale.h>
 #  include <unistd.h>
 #endif
 
@@ -82,11 +81,6 @@ private:
 bool inputIsTerminal() { return isatty(STDIN_FILENO) == 1; }
 bool outputIsTerminal() { return isatty(STDOUT_FILENO) == 1; }
 bool errorIsTerminal() { return isatty(STDERR_FILENO) == 1; }
-#else
-bool inputIsTerminal() { return false; }
-bool outputIsTerminal() { return false; }
-bool errorIsTerminal() { return false; }
-#endif
 
 bool showsUtf8()
 {
@@ -96,6 +90,12 @@ bool showsUtf8()
     freelocale(locale);
     return isUtf8;
 }
+#else
+bool inputIsTerminal() { return false; }
+bool outputIsTerminal() { return false; }
+bool errorIsTerminal() { return false; }
+bool showsUtf8() { return false; }
+#endif
 
 ShownOnTerminal::ShownOnTerminal(std::ostream& shown)
     : stream(shown),
