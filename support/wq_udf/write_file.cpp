@@ -34,7 +34,12 @@ public:
         return passOn(characters.data(), length);
     }
 
-    void clear() { setp(characters.data(), characters.data() + characters.size()); }
+    /** For a new file. */
+    void reset()
+    {
+        clear();
+        refuses = false;
+    }
 
 protected:
     std::streamsize xsputn(const char* text, std::streamsize length) override
@@ -62,13 +67,21 @@ protected:
     int sync() override { return flush() && file.pubsync() == 0 ? 0 : -1; }
 
 private:
+    void clear() { setp(characters.data(), characters.data() + characters.size()); }
+
     bool passOn(const char* text, std::size_t length)
     {
         const auto count = static_cast<std::streamsize>(length);
-        return file.sputn(text, count) == count;
+        if (refuses) return false;
+        const bool passed = file.sputn(text, count) == count;
+#if defined(_LIBCPP_VERSION)  // its file streams write behind their buffer when they are given more after a failure
+        refuses = !passed;
+#endif
+        return passed;
     }
 
     std::streambuf& file;
+    bool refuses = false;
     std::array<char, 1 << 15> characters;
 };
 // clang-format on
@@ -91,7 +104,7 @@ bool WriteFile::fileOpen()
 {
     if (stream.is_open()) return false;
     stream.clear();
-    buffer->clear();  // of what was written while no file was open
+    buffer->reset();  // of what was written while no file was open
     try {
         stream.open(getFileName(), std::ios_base::out | std::ios_base::binary | (append ? std::ios_base::app : std::ios_base::trunc));
     } catch (...) {  // no memory for the stream's buffer: the file is open by then
