@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cfenv>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -23,6 +24,7 @@
 #include <stdexcept>
 #include <streambuf>
 #include <string>
+#include <system_error>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -84,6 +86,16 @@ struct Series : LinearRegressionMultiY {
     std::size_t capacity() const { return pairs.capacity(); }
 };
 
+// Whether a stream reads a folder as an empty file, as libc++'s streams do; others say that they cannot.
+bool isReadAsEmpty(const std::string& path)
+{
+    std::error_code unknown;
+    if (!std::filesystem::is_directory(path, unknown)) return false;
+    std::ifstream stream(path, std::ios::binary);
+    stream.peek();
+    return stream.eof() && !stream.bad();
+}
+
 // What a new object makes of a file that is named; the same from a stream.
 template <typename Sample, typename Named, typename Streamed>
 Reading readBothWays(const std::string& path, Named&& byName, Streamed&& fromStream)
@@ -98,7 +110,7 @@ Reading readBothWays(const std::string& path, Named&& byName, Streamed&& fromStr
     const Reading reading = readingOf(named, endOf([&] { return byName(named, path); }));
     std::ifstream stream(path, std::ios::binary);
     const Reading again = readingOf(streamed, endOf([&] { return fromStream(streamed, stream); }));
-    EXPECT_TRUE(same(reading, again)) << reading << "\nfrom a stream: " << again;
+    EXPECT_TRUE(same(reading, again) || isReadAsEmpty(path)) << reading << "\nfrom a stream: " << again;
     EXPECT_EQ(named.getDataEnd(), streamed.getDataEnd());
     const bool countsOn = !wq_test::isPaired<Sample> || named.getSampleSize() == 0;  // the univariate add leaves the end one past the last
     EXPECT_EQ(named.getDataEnd(), countsOn ? named.getSampleSize() : named.getSampleSize() - 1);
@@ -735,6 +747,17 @@ TEST(DataFiles, randomNumbersAreReadAsPlainly)
     EXPECT_TRUE(same(xs, expected)) << "x is read by the rules of atof, the same for numbers in range";
 }
 
+// Whether the processor looks at a rounded number to tell whether it is smaller than normal ones, as x86 does. ARM looks before rounding, and
+// std::stod refuses there what is rounded up to the smallest normal number; the library takes it everywhere.
+bool roundsBeforeItUnderflows()
+{
+    const volatile double above = 0x1.0000000000001p-511;
+    const volatile double below = 0x1.ffffffffffffep-512;
+    std::feclearexcept(FE_UNDERFLOW);
+    const volatile double product = above * below;  // 2^-1022 - 2^-1126
+    return product == std::numeric_limits<double>::min() && std::fetestexcept(FE_UNDERFLOW) == 0;
+}
+
 TEST(DataFiles, longHexadecimalNumbers)
 {
     // 53 binary digits are 13 hexadecimal ones behind the first 1; the values beside a number are written out by hand.
@@ -768,6 +791,7 @@ TEST(DataFiles, longHexadecimalNumbers)
         EXPECT_EQ(reading.ends, Ends::normally) << "row of line " << row.line;
         ASSERT_EQ(reading.data.size(), 1u) << "row of line " << row.line;
         EXPECT_SAME_BITS(reading.data.front().first, row.value) << "row of line " << row.line;
+        if (row.value == std::numeric_limits<double>::min() && !roundsBeforeItUnderflows()) continue;
         EXPECT_TRUE(same(reading, plainOneSample(path))) << "row of line " << row.line;
     }
     for (const char* const text : {"0x1.fffffffffffff8p1023", "0x1p1024", "-0x1p99999999999", "0x1.8p-1074", "0x1p-1075",
@@ -775,15 +799,25 @@ TEST(DataFiles, longHexadecimalNumbers)
         EXPECT_EQ(readOneSample(folder.write(text, text)).ends, Ends::outOfRange) << text;
 }
 
+// Whether std::stod refuses a number with bits that no subnormal double holds. The C library of Windows says nothing of it.
+bool stodRefusesRoundedSubnormals()
+{
+    try {
+        return std::stod("0x1.8p-1074") < 0.0;
+    } catch (const std::out_of_range&) {
+        return true;
+    }
+}
+
 TEST(DataFiles, randomHexadecimalNumbersAreReadAsPlainly)
 {
     const TempFolder folder;
     std::mt19937_64 engine(55);
     const auto digits = [&engine] {
-        const std::size_t count = engine() % 20;
+        const std::uint64_t count = engine() % 20;
         std::string text(engine() % 4, '0');
         const bool plain = engine() % 3 == 0;  // many the same, so that ties are met
-        for (std::size_t i = 0; i < count; ++i) text += plain ? "08f"[engine() % 3] : "0123456789abcdefABCDEF"[engine() % 22];
+        for (std::uint64_t i = 0; i < count; ++i) text += plain ? "08f"[engine() % 3] : "0123456789abcdefABCDEF"[engine() % 22];
         return text;
     };
     std::string content;
@@ -796,6 +830,7 @@ TEST(DataFiles, randomHexadecimalNumbersAreReadAsPlainly)
     EXPECT_EQ(expected.data.size(), 40000u);
     EXPECT_TRUE(same(readPairs(path), expected));
 
+    if (!stodRefusesRoundedSubnormals()) GTEST_SKIP() << "std::stod takes what it has to round to a subnormal number";
     std::size_t outOfRange = 0;
     for (int round = 0; round < 600; ++round) {
         const long exponent = (round % 2 == 0 ? 1020 : -1070) + static_cast<long>(engine() % 12);

@@ -98,9 +98,9 @@ TEST(FromCharsByStrtod, givesWhatFromCharsGivesForRandomDigits)
     std::mt19937_64 engine(11);
     for (int i = 0; i < 20000; ++i) {
         std::string text;
-        const std::size_t digits = 1 + engine() % 40;
+        const auto digits = static_cast<std::size_t>(1 + engine() % 40);
         for (std::size_t k = 0; k < digits; ++k) text += static_cast<char>('0' + engine() % 10);
-        text.insert(engine() % text.size(), ".");
+        text.insert(static_cast<std::size_t>(engine() % digits), ".");
         if (engine() % 2 == 0) text += "e" + std::to_string(static_cast<int>(engine() % 660) - 330);
         expectAsFromChars(text, std::chars_format::general);
     }
@@ -115,12 +115,20 @@ TEST(FromCharsByStrtod, givesWhatFromCharsGivesForRandomDigits)
 
 #endif
 
+// Takes the German locale; whether there is one.
+bool takesGerman()
+{
+#if defined(_WIN32)
+    return std::setlocale(LC_ALL, "German") != nullptr;
+#else
+    if (const char* const path = std::getenv("WQ_TEST_LOCPATH")) setenv("LOCPATH", path, 1);
+    return std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
+#endif
+}
+
 TEST(FromCharsByStrtod, readsAPointInALocaleWithComma)
 {
-    const char* const path = std::getenv("WQ_TEST_LOCPATH");
-    if (path == nullptr) GTEST_SKIP() << "WQ_TEST_LOCPATH names no folder of locales";
-    setenv("LOCPATH", path, 1);
-    if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) GTEST_SKIP() << "there is no de_DE.UTF-8";
+    if (!takesGerman()) GTEST_SKIP() << "there is no de_DE.UTF-8, and WQ_TEST_LOCPATH names no folder that holds it";
     const std::string text = "1.5e3,7";
     double value = 0.0;
     const auto result = fromCharsByStrtod(text.data(), text.data() + text.size(), value, std::chars_format::general);

@@ -398,7 +398,7 @@ TEST(SingleAnova, createSeriesGivesTheGroupsOfTheLinearSearch)
     for (int sequence = 0; sequence < 400; ++sequence) {
         SCOPED_TRACE("sequence " + std::to_string(sequence));
         // ids of one sequence: few or many, special, alike or any bits at all
-        const std::size_t pool = 1 + random() % (sequence % 3 == 0 ? 5 : 200);
+        const auto pool = static_cast<std::size_t>(1 + random() % (sequence % 3 == 0 ? 5 : 200));
         const auto& family = families[random() % std::size(families)];
         const auto draw = [&]() -> double {
             switch (random() % 4) {
@@ -422,7 +422,7 @@ TEST(SingleAnova, createSeriesGivesTheGroupsOfTheLinearSearch)
                 expected.create(id);
             }
             if (random() % 3 == 0 && !expected.groups.empty()) {  // a host renames a group through its iterator
-                const std::size_t i = random() % expected.groups.size();
+                const auto i = static_cast<std::size_t>(random() % expected.groups.size());
                 const double id = draw(), old = expected.groups[i].id;
                 const auto first = std::find_if(expected.groups.begin(), expected.groups.end(), find_group_id(expected.groups[i]));
                 const auto found = anova.getGroup(old);
@@ -437,7 +437,7 @@ TEST(SingleAnova, createSeriesGivesTheGroupsOfTheLinearSearch)
                 expected.groups.erase(expected.groups.begin());
                 anova.list().erase(anova.list().begin());
             }
-            for (std::size_t i = random() % 300; i > 0; --i) {
+            for (std::uint64_t i = random() % 300; i > 0; --i) {
                 held.push_back({draw(), double(random() % 1000)});
                 anova.add(held.back().x, held.back().y);
             }
@@ -489,11 +489,11 @@ TEST(SingleAnova, groupsAreFoundInNLogNComparisonsWhicheverTheIds)
 {
     using Index = wq_lib::detail::GroupIndex<CountedId>;
     for (const auto& family : families) {
-        for (const std::uint64_t count : {1000u, 10000u, 60000u}) {
+        for (const std::size_t count : {1000u, 10000u, 60000u}) {
             Index index;
             CountedId::comparisons = 0;
-            for (std::uint64_t i = 1; i <= count; ++i) ASSERT_EQ(index.findOrEnter(family.second(i), i), Index::none) << family.first;
-            for (std::uint64_t i = 1; i <= count; ++i) ASSERT_EQ(index.findOrEnter(family.second(i), 0), i) << family.first;
+            for (std::size_t i = 1; i <= count; ++i) ASSERT_EQ(index.findOrEnter(family.second(i), i), Index::none) << family.first;
+            for (std::size_t i = 1; i <= count; ++i) ASSERT_EQ(index.findOrEnter(family.second(i), 0), i) << family.first;
             // Per call the probes, and two walks down a red-black tree, which is at most 2 log2(n + 1) deep; in all twice the ids move to larger tables.
             const double treeDepth = 2.0 * std::log2(static_cast<double>(count) + 1.0) + 2.0;
             const double probes = static_cast<double>(Index::mostProbes);

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <stdexcept>
 #include <string>
 
@@ -19,9 +20,9 @@ class TempFolder {
 public:
     TempFolder()
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "wq_stat-test-XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
-        folder = pattern;
+        std::random_device number;
+        do folder = std::filesystem::temp_directory_path() / ("wq_stat-test-" + std::to_string(number()));
+        while (!std::filesystem::create_directory(folder));
     }
     ~TempFolder()
     {

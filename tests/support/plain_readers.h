@@ -82,7 +82,7 @@ inline Ends endOf(const std::function<bool()>& read)
 template <typename HandleLine>
 Ends readPlainly(const std::string& path, HandleLine&& handleLine)
 {
-    std::ifstream file(path);
+    std::ifstream file(path, std::ios::binary);
     if (!file.is_open()) return Ends::cannotOpen;
     return endOf([&] {
         while (!file.fail()) {
@@ -129,7 +129,7 @@ inline Reading plainPairs(const std::string& path, Reading r = {})
         if (std::strncmp(line, "<<", 2) == 0) return false;
         const char* const first = std::strtok(line, ":;|");
         if (first == nullptr) return true;
-        const double x = std::atof(first);
+        const double x = std::strtod(first, nullptr);  // what atof is by the standard; that of Windows knows no inf and no 0x
         const char* const second = std::strtok(nullptr, ":;|");
         r.data.emplace_back(x, second == nullptr ? 0.0 : std::stod(second));
         return true;
