@@ -58,7 +58,7 @@ function(wq_library_code target)
 endfunction()
 
 set(WQ_EXPORT_MAP ${PROJECT_BINARY_DIR}/exports.map)
-configure_file(${PROJECT_SOURCE_DIR}/cmake/exports.map.in ${WQ_EXPORT_MAP} @ONLY)
+configure_file(${CMAKE_CURRENT_LIST_DIR}/exports.map.in ${WQ_EXPORT_MAP} @ONLY)
 
 # wq_library(NAME BASE folder SOURCES files... [INCLUDES folders...] [PUBLIC|PRIVATE targets...]). The public headers are BASE/wq_NAME/*.h;
 # PUBLIC names the libraries whose headers these include. INCLUDES are the folders that private headers are named from: the library's own, and
