@@ -103,6 +103,14 @@ inline std::string withoutMarks(const char* line)
     return text;
 }
 
+// atof as the standard has it; that of Windows knows no inf and no 0x, and its strtod makes -0 of "--1".
+inline double plainAtof(const char* text)
+{
+    char* end = nullptr;
+    const double number = std::strtod(text, &end);
+    return end == text ? 0.0 : number;
+}
+
 // Adds to what was held before. Comments follow each other.
 inline Reading plainOneSample(const std::string& path, Reading r = {})
 {
@@ -129,7 +137,7 @@ inline Reading plainPairs(const std::string& path, Reading r = {})
         if (std::strncmp(line, "<<", 2) == 0) return false;
         const char* const first = std::strtok(line, ":;|");
         if (first == nullptr) return true;
-        const double x = std::strtod(first, nullptr);  // what atof is by the standard; that of Windows knows no inf and no 0x
+        const double x = plainAtof(first);
         const char* const second = std::strtok(nullptr, ":;|");
         r.data.emplace_back(x, second == nullptr ? 0.0 : std::stod(second));
         return true;
