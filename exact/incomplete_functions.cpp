@@ -1,37 +1,17 @@
 #include "incomplete_functions.h"
 
-#include <boost/math/policies/policy.hpp>
+#include "boost_calls.h"
+
 #include <boost/math/special_functions/beta.hpp>
 #include <boost/math/special_functions/erf.hpp>
 #include <boost/math/special_functions/gamma.hpp>
 
 #include <cmath>
-#include <exception>
 #include <limits>
 
 namespace wq_exact::detail {
 
 namespace {
-
-namespace policies = boost::math::policies;
-
-// What is not defined, or lies outside the range, is NaN or the limit, not an exception.
-using Policy = policies::policy<policies::promote_double<false>, policies::domain_error<policies::ignore_error>,
-                                policies::pole_error<policies::ignore_error>, policies::overflow_error<policies::ignore_error>,
-                                policies::underflow_error<policies::ignore_error>, policies::denorm_error<policies::ignore_error>,
-                                policies::rounding_error<policies::ignore_error>, policies::evaluation_error<policies::ignore_error>,
-                                policies::indeterminate_result_error<policies::ignore_error>>;
-
-/** A call of Boost; NaN should it throw all the same. */
-template <typename Call>
-long double guarded(Call call) noexcept
-{
-    try {
-        return call();
-    } catch (const std::exception&) {
-        return std::numeric_limits<long double>::quiet_NaN();
-    }
-}
 
 constexpr long double rootOfTwoPi = 2.50662827463100050241576528481104525L;
 
@@ -194,19 +174,19 @@ long double gammaLimitDerivative(long double a, long double b, long double part,
 long double incompleteGammaLower(long double a, long double x) noexcept
 {
     if (a >= largeShape) return largeGamma(a, x).lower;
-    return guarded([&] { return boost::math::gamma_p(a, x, Policy()); });
+    return callBoost([&] { return boost::math::gamma_p(a, x, Policy()); });
 }
 
 long double incompleteGammaUpper(long double a, long double x) noexcept
 {
     if (a >= largeShape) return largeGamma(a, x).upper;
-    return guarded([&] { return boost::math::gamma_q(a, x, Policy()); });
+    return callBoost([&] { return boost::math::gamma_q(a, x, Policy()); });
 }
 
 long double incompleteGammaDerivative(long double a, long double x) noexcept
 {
     if (a >= largeShape) return std::exp(a * logMinusLine((x - a) / a)) / rootOfTwoPi * std::sqrt(a) / x / (1.0L + 1.0L / (12.0L * a));
-    return guarded([&] { return boost::math::gamma_p_derivative(a, x, Policy()); });
+    return callBoost([&] { return boost::math::gamma_p_derivative(a, x, Policy()); });
 }
 
 long double incompleteBeta(long double a, long double b, long double part, long double rest) noexcept
@@ -217,7 +197,7 @@ long double incompleteBeta(long double a, long double b, long double part, long 
     if (isGammaLimit(b, a)) return gammaLimit(b, a, rest, part).upper;
     if (a >= hugeShapes && b >= hugeShapes) return hugeBeta(a, b, part, rest).lower;
     if (a >= bigShapes && b >= bigShapes) return bigBeta(a, b, part, rest).lower;
-    return guarded([&] {
+    return callBoost([&] {
         return part <= rest ? boost::math::ibeta(a, b, part / (part + rest), Policy())
                             : boost::math::ibetac(b, a, rest / (part + rest), Policy());
     });
@@ -228,7 +208,7 @@ long double incompleteBetaDerivative(long double a, long double b, long double p
     if (isGammaLimit(a, b)) return gammaLimitDerivative(a, b, part, rest);
     if (isGammaLimit(b, a)) return gammaLimitDerivative(b, a, rest, part);
     if (a >= bigShapes && b >= bigShapes) return betaPower(a, b, part, rest) * (1.0L + rest / part) * (1.0L + part / rest);
-    return guarded([&] {
+    return callBoost([&] {
         return part <= rest ? boost::math::ibeta_derivative(a, b, part / (part + rest), Policy())
                             : boost::math::ibeta_derivative(b, a, rest / (part + rest), Policy());
     });
@@ -237,13 +217,13 @@ long double incompleteBetaDerivative(long double a, long double b, long double p
 long double tDensityAtZero(long double df) noexcept
 {
     constexpr long double rootOfPi = 1.77245385090551602729816748334114518L;
-    return guarded([&] { return 1.0L / (std::sqrt(df) * rootOfPi * boost::math::tgamma_delta_ratio(0.5L * df, 0.5L, Policy())); });
+    return callBoost([&] { return 1.0L / (std::sqrt(df) * rootOfPi * boost::math::tgamma_delta_ratio(0.5L * df, 0.5L, Policy())); });
 }
 
 double normalUpperQuantile(double p) noexcept
 {
     if (p == 0.0 || p == 1.0) return p == 0.0 ? std::numeric_limits<double>::infinity() : -std::numeric_limits<double>::infinity();
-    return static_cast<double>(guarded([&] { return std::sqrt(2.0L) * boost::math::erfc_inv(2.0L * p, Policy()); }));
+    return static_cast<double>(callBoost([&] { return std::sqrt(2.0L) * boost::math::erfc_inv(2.0L * p, Policy()); }));
 }
 
 }  // namespace wq_exact::detail

@@ -1,4 +1,4 @@
-// The distributions of wq_exact against values with 60 digits (tests/reference/exact_distributions.py), all arrangements of small samples
+// The distributions of wq_exact against values with 60 digits (tests/reference/exact_distributions.py, exact_rayleigh.c), all arrangements of small samples
 // counted here, and the limits of what there is to compute.
 #include <wq_exact/distributions.h>
 
@@ -80,6 +80,10 @@ const std::map<std::string, Entry> functions = {
     {"kolmogorovUpperTail", {1, true, of(kolmogorovUpperTail)}},
     {"kolmogorovQuantile", {1, false, of(kolmogorovQuantile)}},
     {"kolmogorovUpperQuantile", {1, false, of(kolmogorovUpperQuantile)}},
+    {"rayleighCdf", {2, true, of(rayleighCdf)}},
+    {"rayleighUpperTail", {2, true, of(rayleighUpperTail)}},
+    {"rayleighQuantile", {2, false, of(rayleighQuantile)}},
+    {"rayleighUpperQuantile", {2, false, of(rayleighUpperQuantile)}},
 };
 
 // What a change of the first argument by half its last bit makes, relative to the result.
@@ -95,24 +99,31 @@ double conditioning(const Entry& function, std::vector<double> arguments, double
 
 // ---------------------------------------------------------------- values
 
-TEST(ExactDistributions, agreeWithSixtyDigitsIntoTheFarTails)
+// Holds functions to a table that goes below a least value, within 1e-13 and what the argument's rounding makes. Returns the names that occur.
+std::set<std::string> expectTable(const std::string& file, double least)
 {
     std::set<std::string> seen;
     double smallest = 1.0;
-    for (const TableRow& row : referenceTable("exact_distributions.csv")) {
+    for (const TableRow& row : referenceTable(file)) {
         const Entry& function = functions.at(row.cells.at(0));
         std::vector<double> arguments;
         for (std::size_t i = 1; i <= function.arguments; ++i) arguments.push_back(numberIn(row.cells.at(i)));
         const double expected = numberIn(row.cells.at(4));
         const double value = function.call(arguments);
         EXPECT_LE(std::fabs(value - expected), (1e-13 + conditioning(function, arguments, expected)) * std::fabs(expected))
-            << "line " << row.line << ": " << row.cells[0] << " is " << value << ", not " << expected;
+            << file << ", line " << row.line << ": " << row.cells[0] << " is " << value << ", not " << expected;
         seen.insert(row.cells[0]);
         smallest = std::min(smallest, std::fabs(value));
     }
-    EXPECT_LT(smallest, 1e-299);
+    EXPECT_LT(smallest, least) << file;
+    return seen;
+}
+
+TEST(ExactDistributions, agreeWithSixtyDigitsIntoTheFarTails)
+{
+    const std::set<std::string> seen = expectTable("exact_distributions.csv", 1e-299);
     for (const auto& [name, function] : functions)  // the two that mirror another have their own test
-        EXPECT_TRUE(seen.count(name) == 1 || name == "normalQuantile" || name == "tUpperQuantile") << name;
+        EXPECT_TRUE(seen.count(name) == 1 || name == "normalQuantile" || name == "tUpperQuantile" || name.find("rayleigh") == 0) << name;
 }
 
 TEST(ExactDistributions, areSymmetricWhereTheyShouldBe)
@@ -287,43 +298,84 @@ TEST(ExactDistributions, countAllArrangementsOfTwoSmallSamples)
 
 // ---------------------------------------------------------------- Rayleigh
 
-// The exact p of two directions is 2 / pi arccos(R / 2). The others are Kluyver's integral, in R, piece by piece because the integrand
-// oscillates, to t = T:
+TEST(ExactDistributions, haveRayleighsTailsAndTheirQuantiles)
+{
+    EXPECT_EQ(expectTable("exact_rayleigh.csv", 2e-295), (std::set<std::string>{"rayleighCdf", "rayleighUpperTail"}));
+    for (const TableRow& row : referenceTable("exact_rayleigh.csv")) {
+        const double z = numberIn(row.cells.at(1));
+        const double n = numberIn(row.cells.at(2));
+        const double p = numberIn(row.cells.at(4));
+        if (p > 0.5) continue;  // the other tail has the digits
+        const double found = row.cells[0] == "rayleighCdf" ? rayleighQuantile(p, n) : rayleighUpperQuantile(p, n);
+        EXPECT_NEAR(found, z, 1e-13 * z) << "line " << row.line;
+    }
+}
+
+// R's integrate() of Kluyver's integral, piece by piece because the integrand oscillates, to t = T:
 // f <- function(t) besselJ(R * t, 1) * besselJ(t, 0)^n
 // 1 - R * sum(sapply(0:(2 * T - 1), function(i) integrate(f, i * 0.5, (i + 1) * 0.5, rel.tol = 1e-11)$value))
-TEST(ExactDistributions, areAsCloseToRayleighsAsTheHeaderSays)
+TEST(ExactDistributions, haveRayleighsTailsAsRIntegratesThem)
 {
     const struct {
-        double n, z, p, error;
+        double n, z, p;
     } rows[] = {
-        {2, 0.3, 0.7468167, 0.14},
-        {2, 1.27, 0.4129763, 0.14},
-        {2, 1.95, 0.1010826, 0.14},
-        {2, 2.0, 0.0, 0.14},
-        {3, 3.0, 0.0, 0.035},
-        {6, 1.0, 0.383706956, 0.006},
-        {6, 3.0, 0.0422765704, 0.006},
-        {6, 4.5, 0.00491339182, 0.006},
-        {10, 0.85, 0.438395681, 0.0005},
-        {10, 2.919, 0.0499811732, 0.0005},  // the critical z of the tables at 0.05
-        {10, 5.0, 0.00401618947, 0.31 * 0.00401618947},
-        {10, 6.5, 0.000459920641, 0.31 * 0.000459920641},
-        {20, 0.8, 0.454839376, 0.00012},
-        {20, 3.0, 0.0478265054, 0.00012},
-        {20, 7.5, 0.000288034966, 0.06 * 0.000288034966},
-        {50, 3.0, 0.0490256884, 0.00002},
-        {50, 8.0, 0.000257976860, 0.01 * 0.000257976860},
+        {6, 1.0, 0.383706956},     {6, 3.0, 0.0422765704},    {6, 4.5, 0.00491339182},   {10, 0.85, 0.438395681},
+        {10, 2.919, 0.0499811732}, {10, 5.0, 0.00401618947},  {10, 6.5, 0.000459920641}, {20, 0.8, 0.454839376},
+        {20, 3.0, 0.0478265054},   {20, 7.5, 0.000288034966}, {50, 3.0, 0.0490256884},   {50, 8.0, 0.000257976860},
     };
-    for (const auto& [n, z, p, error] : rows) {
-        EXPECT_NEAR(rayleighUpperTail(z, n), p, error) << n << " directions, z = " << z;
-        EXPECT_NEAR(rayleighCdf(z, n), 1.0 - p, error) << n << " directions, z = " << z;
-        if (z == n) continue;  // where a quantile ends
-        EXPECT_NEAR(rayleighUpperQuantile(rayleighUpperTail(z, n), n), z, 1e-11) << n << " directions";
-        EXPECT_NEAR(rayleighQuantile(rayleighCdf(z, n), n), z, 1e-11) << n << " directions";
+    for (const auto& [n, z, p] : rows) EXPECT_NEAR(rayleighUpperTail(z, n), p, 1e-9) << n << " directions, z = " << z;
+}
+
+// R of two directions is twice the cosine of half the angle between them. The first terms for small z: of three the density of R^2 at 0
+// is 3 / pi^2 times the integral of 1 / sqrt(3), which is the chance that two steps end within R of the third's start.
+TEST(ExactDistributions, haveRayleighsTailsInClosedForm)
+{
+    constexpr double pi = 3.141592653589793;
+    for (const double z : {1e-300, 1e-9, 0.3, 1.27, 1.95}) {
+        EXPECT_NEAR(rayleighUpperTail(z, 2.0), 2.0 / pi * std::acos(std::sqrt(z / 2.0)), 1e-15) << z;
+        EXPECT_NEAR(rayleighCdf(z, 2.0) / (2.0 / pi * std::asin(std::sqrt(z / 2.0))), 1.0, 1e-7) << z;
+        EXPECT_NEAR(rayleighQuantile(rayleighCdf(z, 2.0), 2.0), z, 1e-14 * z / (2.0 - z)) << z;
     }
-    EXPECT_TRUE(std::isnan(rayleighUpperTail(1.0, 0.0)));
+    for (const double z : {1e-300, 1e-30, 1e-14}) {
+        EXPECT_NEAR(rayleighCdf(z, 3.0) / z, std::sqrt(3.0) / pi, 1e-13) << z;
+        EXPECT_NEAR(rayleighQuantile(z, 3.0) / z, pi / std::sqrt(3.0), 1e-13) << z;
+    }
+    for (const double z : {0.0, 1e-9, 3.0, 600.0}) EXPECT_NEAR(rayleighUpperTail(z, 1e20) / std::exp(-z), 1.0, 1e-13) << z;
+    // Pearson (1906): the terms in 1 / n after the exponential one.
+    for (const double z : {0.5, 3.0, 30.0})
+        EXPECT_NEAR(rayleighUpperTail(z, 1e9) / std::exp(-z), 1.0 + (2.0 * z - z * z) / 4e9, 1e-12) << z;
+}
+
+TEST(ExactDistributions, endWhereDirectionsCannotBeMoreAlike)
+{
+    for (const double n : {2.0, 3.0, 4.0, 30.0, 1e6, 1e17, 1e300}) {
+        EXPECT_EQ(rayleighUpperTail(0.0, n), 1.0) << n;
+        EXPECT_EQ(rayleighUpperTail(-1.0, n), 1.0) << n;
+        EXPECT_EQ(rayleighUpperTail(n, n), 0.0) << n;
+        EXPECT_EQ(rayleighUpperTail(infinity, n), 0.0) << n;
+        EXPECT_EQ(rayleighCdf(0.0, n), 0.0) << n;
+        EXPECT_EQ(rayleighCdf(n, n), 1.0) << n;
+        EXPECT_EQ(rayleighUpperQuantile(0.0, n), n);
+        EXPECT_EQ(rayleighUpperQuantile(1.0, n), 0.0);
+        EXPECT_EQ(rayleighQuantile(0.0, n), 0.0);
+        EXPECT_EQ(rayleighQuantile(1.0, n), n);
+        EXPECT_TRUE(std::isnan(rayleighUpperQuantile(1.1, n)));
+        EXPECT_TRUE(std::isnan(rayleighQuantile(-0.1, n)));
+    }
+    EXPECT_EQ(rayleighUpperQuantile(1e-300, 5.0), 5.0);  // the double next to it
+    // One direction has R = 1.
+    EXPECT_EQ(rayleighUpperTail(1.0, 1.0), 1.0);
+    EXPECT_EQ(rayleighCdf(1.0, 1.0), 0.0);
+    EXPECT_EQ(rayleighUpperQuantile(1.0, 1.0), 0.0);
+    EXPECT_TRUE(std::isnan(rayleighUpperQuantile(0.05, 1.0)));
+    EXPECT_TRUE(std::isnan(rayleighQuantile(0.05, 1.0)));
+    for (const double n : {0.0, -3.0, 0.5, 3.5, infinity, notANumber}) {
+        EXPECT_TRUE(std::isnan(rayleighUpperTail(0.3, n))) << n;
+        EXPECT_TRUE(std::isnan(rayleighCdf(0.3, n))) << n;
+        EXPECT_TRUE(std::isnan(rayleighQuantile(0.3, n))) << n;
+        EXPECT_TRUE(std::isnan(rayleighUpperQuantile(0.3, n))) << n;
+    }
     EXPECT_TRUE(std::isnan(rayleighUpperTail(notANumber, 5.0)));
-    EXPECT_TRUE(std::isnan(rayleighUpperQuantile(1e-300, 5.0)));  // less likely than z = n
 }
 
 }  // namespace

@@ -135,20 +135,18 @@ WQ_EXACT_EXPORT double smirnovQuantile(double p, std::size_t n1, std::size_t n2)
 
 /**
  * Rayleigh's test of n directions: P(z' >= z) under uniformity, z = n times the squared mean resultant length, 0 ... n; a greater z counts as n.
- * Source: Wilkie (1983), Rayleigh test for randomness of circular data, Applied Statistics 32; also Zar, Biostatistical Analysis, 27.4.
- * The one approximation here. Measured against Kluyver's integral, its absolute error is up to 0.14 for 2 directions, 0.035 for 3, 0.015 for 4,
- * 0.006 for 5, 0.0005 for 10, 0.00012 for 20, and falls with the square of n; that of probabilities from 0.0001 to 0.1 is up to 31 % of
- * them for 10 directions, 6 % for 20, 1 % for 50. At z = n, beyond which there is nothing, it is not 0.
+ * n is a whole number. From 1e20 directions on it is exp(-z), the limit. For one direction z is 1, whatever it is: the tail is 1.
+ * Source: Kluyver (1906), A local probability problem, for R = sqrt(n z); its integral is taken along paths on which neither tail cancels.
  */
 WQ_EXACT_EXPORT double rayleighUpperTail(double z, double n) noexcept;
 
 /** @return P(z' < z), the rest to rayleighUpperTail(). */
 WQ_EXACT_EXPORT double rayleighCdf(double z, double n) noexcept;
 
-/** @return the z with rayleighUpperTail(z, n) = p; NaN where no z is so unlikely. */
+/** @return the z with rayleighUpperTail(z, n) = p, 0 ... n; NaN for one direction, unless p is 1. */
 WQ_EXACT_EXPORT double rayleighUpperQuantile(double p, double n) noexcept;
 
-/** @return the z with rayleighCdf(z, n) = p. */
+/** @return the z with rayleighCdf(z, n) = p, 0 ... n; NaN for one direction, unless p is 0. */
 WQ_EXACT_EXPORT double rayleighQuantile(double p, double n) noexcept;
 
 }  // namespace wq_exact

@@ -258,7 +258,7 @@ Textbook textbook(const wq_exact::DirectionsResult& exact)
 {
     const wq_exact::Test& test = exact.rayleigh;
     Textbook book;
-    book.figure("p (Wilkie's formula)", "p", test.p);
+    book.figure("p of R", "p", test.p);
     book.figure("z" + sixDigits(test.alpha) + "," + sixDigits(exact.n), "criticalZ", test.criticalValue);
     book.decision("H0", "acceptH0", test);
     book.decidesBy("p");
