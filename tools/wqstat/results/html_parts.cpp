@@ -36,6 +36,7 @@ caption { text-align: left; }
 th, td { text-align: left; vertical-align: top; padding: .25rem .75rem .25rem 0; border-bottom: 1px solid var(--rule); font-weight: 400; }
 thead th { font-weight: 600; }
 .all data { white-space: nowrap; }
+.all thead th { overflow-wrap: normal; }
 @media (max-width: 40rem) { .all table { font-size: .85rem; } }
 td { font-variant-numeric: tabular-nums; }
 pre { background: var(--soft); padding: .75rem; font: .8rem/1.4 ui-monospace, monospace; white-space: pre-wrap; overflow-wrap: anywhere; margin: 0; }
