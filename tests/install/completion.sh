@@ -55,7 +55,7 @@ offers()
 
 commands=$(commands_of "$wqstat")
 offers "$commands" wqstat ''
-offers 'circular correlate' wqstat c
+offers 'circular columns correlate' wqstat c
 offers "$(options_of "$wqstat")" wqstat --
 for command in $commands; do
     offers "$(options_of "$wqstat" "$command")" wqstat "$command" --

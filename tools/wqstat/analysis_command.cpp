@@ -224,12 +224,10 @@ bool isSameFile(const std::string& a, const std::string& b)
 /** Before the first of several analyses is printed. */
 void AnalysisCommand::guardPageOfSeveral(const std::vector<std::vector<std::string>>& all) const
 {
-    const std::optional<FileIdentity> file = identityOf(views.pageName());
+    std::vector<std::optional<FileIdentity>> dataFiles;
     for (const std::vector<std::string>& names : all)
-        for (const std::string& name : names)
-            if (file && file->regular && file == identityOf(name))
-                throw WrongUsage("--html: " + shown(views.pageName()) + " is the data file");
-    guardStandardStreams("--html", views.pageName());
+        for (const std::string& name : names) dataFiles.push_back(identityOf(name));
+    guardOutput("--html", views.pageName(), dataFiles);
     static_cast<void>(pictureWords());  // a size that cannot be
     requireGnuplot("--html");
 }

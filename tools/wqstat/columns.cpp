@@ -121,6 +121,7 @@ class Columns final : public Command {
                 writer.texts("files", {name});
                 writeColumn(writer, column, ++number);
             });
+        writer.finish();
     }
 
     void writePage(const TableView& view, const std::string& name) const

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace wqstat {
@@ -23,7 +24,7 @@ constexpr std::string_view adjustedName = "pHolm";
 std::string probabilityCell(double p) { return std::isnan(p) ? "NA" : shortest(p); }
 
 /** On one line, without a tab. */
-std::string escaped(std::string_view text)
+std::string inOneCell(std::string_view text)
 {
     constexpr std::string_view special = "\t\n\r\\";
     std::string result;
@@ -41,21 +42,21 @@ void TsvWriter::number(std::string_view name, double value)
     put(name, std::isfinite(value) ? shortest(value) : std::isnan(value) ? "NaN" : value > 0.0 ? "Inf" : "-Inf");
 }
 
-void TsvWriter::text(std::string_view name, std::string_view value) { put(name, escaped(value)); }
+void TsvWriter::text(std::string_view name, std::string_view value) { put(name, inOneCell(value)); }
 
 void TsvWriter::texts(std::string_view name, const std::vector<std::string>& values)
 {
     if (name == "files") {
         for (std::size_t i = 0; i < values.size(); ++i)
-            cells.push_back({0, i == 0 ? "file" : "file" + std::to_string(i + 1), escaped(values[i])});
+            cells.push_back({0, i == 0 ? "file" : "file" + std::to_string(i + 1), inOneCell(values[i])});
         return;
     }
     std::string list;
-    for (const std::string& value : values) list += (list.empty() ? "" : "; ") + escaped(value);
+    for (const std::string& value : values) list += (list.empty() ? "" : "; ") + inOneCell(value);
     put(name, list.empty() ? "NA" : list);
 }
 
-void TsvWriter::part(const std::string& column, const std::string& value) { cells.push_back({0, escaped(column), escaped(value)}); }
+void TsvWriter::part(const std::string& column, const std::string& value) { cells.push_back({0, inOneCell(column), inOneCell(value)}); }
 
 void TsvWriter::beginObject(std::string_view name)
 {
@@ -82,7 +83,7 @@ void TsvWriter::put(std::string_view name, std::string text)
 void TsvWriter::decidingP(double deciding)
 {
     p = deciding;
-    cells.push_back({behindObjects, "p", probabilityCell(p)});
+    cells.push_back({behindObjects, "p", probabilityCell(deciding)});
     cells.push_back({behindObjects, std::string(adjustedName), ""});
 }
 
@@ -97,19 +98,24 @@ void TsvWriter::endRow()
     if (header.empty()) header = joined(cells.begin(), cells.end(), &Cell::name);
     const auto adjusted =
         std::find_if(cells.begin(), cells.end(), [](const Cell& cell) { return cell.place == behindObjects && cell.name == adjustedName; });
-    rows.push_back({joined(cells.begin(), adjusted, &Cell::text), joined(adjusted + 1, cells.end(), &Cell::text), p});
+    const auto behind = adjusted == cells.end() ? adjusted : adjusted + 1;
+    rows.push_back({joined(cells.begin(), adjusted, &Cell::text), joined(behind, cells.end(), &Cell::text), p});
     cells.clear();
+    p.reset();
 }
 
 void TsvWriter::finish()
 {
     if (rows.empty()) return;
     std::vector<double> all;
-    for (const Row& row : rows) all.push_back(row.p);
+    for (const Row& row : rows) all.push_back(row.p.value_or(std::numeric_limits<double>::quiet_NaN()));
     const std::vector<double> adjusted = holmAdjusted(all);
     output << header << '\n';
-    for (std::size_t i = 0; i < rows.size() && output; ++i)
-        output << rows[i].before << '\t' << probabilityCell(adjusted[i]) << '\t' << rows[i].behind << '\n';
+    for (std::size_t i = 0; i < rows.size() && output; ++i) {
+        output << rows[i].before;
+        if (rows[i].p) output << '\t' << probabilityCell(adjusted[i]) << '\t' << rows[i].behind;
+        output << '\n';
+    }
     rows.clear();
 }
 

@@ -4,7 +4,7 @@
 #include "result_writer.h"
 
 #include <cstddef>
-#include <limits>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -13,10 +13,10 @@
 namespace wqstat {
 
 /**
- * Writes one row for each analysis, and the names of the columns before the first; all at the end, as the p that is adjusted for the number
- * of tests stands in each. A name is the path of a member, with dots. The data
- * file stands first, then the value whose rows they are, then results and exact figures, and what describes the analysis last; lists of
- * anything but texts have no place in a row. All rows of one command have the same columns. What there is not is NA.
+ * Writes one row for each analysis, and the names of the columns before the first; all when it is finished, as the p that is adjusted for the
+ * number of tests stands in each. A name is the path of a member, with dots. The data file stands first, then the value whose rows they are, then
+ * results and exact figures, and what describes the analysis last; lists of anything but texts have no place in a row. All rows of one command
+ * have the same columns. What there is not is NA.
  */
 class TsvWriter final : public ResultWriter {
 public:
@@ -45,11 +45,11 @@ private:
         std::string text;
     };
 
-    /** A line around the place of the adjusted p. */
+    /** A line around the place of the adjusted p, where it has one. */
     struct Row {
         std::string before;
         std::string behind;
-        double p;
+        std::optional<double> p;
     };
 
     void put(std::string_view name, std::string text);
@@ -59,7 +59,7 @@ private:
     std::vector<Cell> cells;
     std::vector<std::string> objects;  // the names of those that are open
     std::size_t arrays = 0;            // that are open
-    double p = std::numeric_limits<double>::quiet_NaN();
+    std::optional<double> p;
     std::string header;
     std::vector<Row> rows;
 };
