@@ -2,6 +2,7 @@
 // counted here, and the limits of what there is to compute.
 #include <wq_exact/distributions.h>
 
+#include "support/arrangements.h"
 #include "support/table.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +10,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdlib>
 #include <functional>
 #include <limits>
 #include <map>
@@ -18,6 +18,7 @@
 #include <vector>
 
 using namespace wq_exact;
+using wq_test::arrangementsByD;
 using wq_test::numberIn;
 using wq_test::referenceTable;
 using wq_test::TableRow;
@@ -238,30 +239,6 @@ TEST(ExactDistributions, stayWithinTheirRanges)
 }
 
 // ---------------------------------------------------------------- two samples, all arrangements
-
-// D of the arrangement of two samples whose bits say which value belongs to the first, in steps of 1 / (n1 n2).
-int stepsOfD(unsigned arrangement, int n1, int n2)
-{
-    int difference = 0;
-    int largest = 0;
-    for (int i = 0; i < n1 + n2; ++i) {
-        difference += (arrangement >> i & 1U) != 0 ? n2 : -n1;
-        largest = std::max(largest, std::abs(difference));
-    }
-    return largest;
-}
-
-// How many arrangements have each D.
-std::map<int, int> arrangementsByD(int n1, int n2)
-{
-    std::map<int, int> counts;
-    for (unsigned arrangement = 0; arrangement < 1U << (n1 + n2); ++arrangement) {
-        int ones = 0;
-        for (int i = 0; i < n1 + n2; ++i) ones += static_cast<int>(arrangement >> i & 1U);
-        if (ones == n1) ++counts[stepsOfD(arrangement, n1, n2)];
-    }
-    return counts;
-}
 
 TEST(ExactDistributions, countAllArrangementsOfTwoSmallSamples)
 {

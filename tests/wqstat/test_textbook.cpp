@@ -5,6 +5,7 @@
 #include "data_files.h"
 #include "documents.h"
 
+#include "support/arrangements.h"
 #include "support/table.h"
 
 #include <wq_exact/distributions.h>
@@ -274,18 +275,6 @@ TEST(Textbook, agreesWithRToSixDigits)
     }
 }
 
-// D of the arrangement of two samples whose bits say which value belongs to the first, in steps of 1 / (n1 n2).
-int stepsOfD(unsigned arrangement, int n1, int n2)
-{
-    int difference = 0;
-    int largest = 0;
-    for (int i = 0; i < n1 + n2; ++i) {
-        difference += (arrangement >> i & 1U) != 0 ? n2 : -n1;
-        largest = std::max(largest, std::abs(difference));
-    }
-    return largest;
-}
-
 TEST(Textbook, countsTheArrangementsOfSmallSamples)
 {
     const TempFolder folder;
@@ -304,15 +293,9 @@ TEST(Textbook, countsTheArrangementsOfSmallSamples)
         {2, 2, "1;1\n1;1\n", 0},
     };
     for (const auto& row : rows) {
+        const std::map<int, int> counts = arrangementsByD(row.n1, row.n2);
         int total = 0;
-        std::map<int, int> counts;  // how many arrangements have this D
-        for (unsigned arrangement = 0; arrangement < 1U << (row.n1 + row.n2); ++arrangement) {
-            int ones = 0;
-            for (int i = 0; i < row.n1 + row.n2; ++i) ones += static_cast<int>(arrangement >> i & 1U);
-            if (ones != row.n1) continue;
-            ++total;
-            ++counts[stepsOfD(arrangement, row.n1, row.n2)];
-        }
+        for (const auto& [d, count] : counts) total += count;
         int reaching = 0;
         double critical = std::nan("");
         double p = 1.0;
