@@ -29,7 +29,7 @@ done
 
 # The libraries leave no call to be checked, their buffers being looked at while they are compiled: the options themselves are looked for.
 [ "$("$CMAKE" -N -L "$BUILD" | grep -c '^WQ_HARDENING:BOOL=ON$')" = 1 ] || fail "WQ_HARDENING is not the default"
-commands=$(grep '"command"' "$BUILD/compile_commands.json" | grep -E -- '-Dwq_[a-z]+_EXPORTS|tools/wqstat/main\.cpp')
+commands=$(grep '"command"' "$BUILD/compile_commands.json" | grep -E -- '-Dwq_[a-z]+_EXPORTS|-o tools/wqstat/')
 [ -n "$commands" ] || fail "no compile commands of the libraries"
 ! grep -vE -- '-fstack-protector-strong' <<<"$commands" || fail "a source is compiled without stack protector"
 case $BUILD_TYPE in

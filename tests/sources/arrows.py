@@ -32,7 +32,8 @@ SHARED_PATHS = {"support"}
 
 
 def room_of(path):
-    """The folder with rules that a path below the source folder is in; None for others."""
+    """The folder with rules that a path below the source folder is in; None for others. Sources gathered into one stand where their target does."""
+    path = re.sub(r"^build/[^/]+/(?=.*/Unity/)", "", path)
     for room in sorted(MAY_USE.keys() | TOOLS, key=len, reverse=True):
         if path == room or path.startswith(room + "/"):
             return room

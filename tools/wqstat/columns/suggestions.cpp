@@ -159,10 +159,10 @@ private:
     /** Where nothing was measured, what was counted. */
     void addClasses()
     {
-        constexpr std::size_t mostClasses = 10;
+        constexpr std::size_t mostLabels = 10;
         for (const Choice& label : labels) {
             const std::size_t classes = *label.column->distinct();
-            if (classes > mostClasses) continue;
+            if (classes > mostLabels) continue;
             std::string ratio = "1";
             for (std::size_t i = 1; i < classes; ++i) ratio += ":1";
             add("fit", {{"--column", label.name}, {"--ratio", ratio}});

@@ -15,7 +15,7 @@ constexpr const char* head = R"(.Dd November 21, 2026
 .Sh SYNOPSIS
 )";
 
-constexpr const char* description = R"(.Sh DESCRIPTION
+constexpr const char* sectionDescription = R"(.Sh DESCRIPTION
 .Nm
 runs the analyses of the library libwq_stat on data files and prints their reports.
 It also gives the library's distribution functions and its random numbers to the shell.
@@ -168,7 +168,7 @@ std::string manualPage(const std::vector<OptionDescription>& options, const std:
     std::string page = head;
     for (const CommandDescription& command : commands) page += synopsis(command);
     page += ".Nm\n.Fl Fl help | Fl Fl version\n";
-    page += description;
+    page += sectionDescription;
     page += ".Pp\nThe options of the program itself:\n" + listOf(options);
     page += ".Sh COMMANDS\n";
     for (const CommandDescription& command : commands) {

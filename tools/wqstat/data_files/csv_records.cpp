@@ -13,7 +13,6 @@ namespace wqstat {
 
 namespace {
 
-constexpr std::size_t blockSize = std::size_t{1} << 16;
 constexpr std::size_t longestLine = std::size_t{1} << 24;
 constexpr std::size_t slack = wq_lib::detail::plainDecimalSlack;
 

@@ -4,6 +4,7 @@
 #include "command_line/failure.h"
 #include "command_line/progress.h"
 #include "table_hint.h"
+#include "text_source.h"
 
 #include <unistd.h>
 
@@ -15,12 +16,6 @@
 #include <system_error>
 
 namespace wqstat {
-
-namespace {
-
-std::string reason(int error) { return error == 0 ? "cannot be opened" : std::generic_category().message(error); }
-
-}  // namespace
 
 InputFile::InputFile(const std::string& fileName, Layout fileLayout, Surprise what, const TableOptions& options)
     : givenName(shown(fileName)),

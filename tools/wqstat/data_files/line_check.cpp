@@ -52,8 +52,6 @@ bool isBlank(std::string_view text) { return text.find_first_not_of(whiteSpace) 
 
 bool holdsDigit(std::string_view text) { return text.find_first_of(digits) != std::string_view::npos; }
 
-bool beginsWith(std::string_view text, std::string_view begin) { return text.substr(0, begin.size()) == begin; }
-
 /** What a conversion made of a field. */
 struct Conversion {
     std::string_view used;     // the number; empty where there is none

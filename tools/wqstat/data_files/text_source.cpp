@@ -19,17 +19,16 @@
 
 namespace wqstat {
 
+std::string reason(int error) { return error == 0 ? "cannot be opened" : std::generic_category().message(error); }
+
 namespace {
 
-constexpr std::size_t blockSize = std::size_t{1} << 16;
 constexpr std::size_t peekedAt = 64;
 
 // Byte order marks.
 constexpr std::string_view utf8Mark = "\xef\xbb\xbf";
 constexpr std::string_view lowFirstMark = "\xff\xfe";
 constexpr std::string_view highFirstMark = "\xfe\xff";
-
-std::string reason(int error) { return error == 0 ? "cannot be opened" : std::generic_category().message(error); }
 
 /** The bytes of a file as they stand there. */
 class FileSource final : public ByteSource {
@@ -190,8 +189,6 @@ private:
     std::array<char, blockSize / 4> wide{};
     std::size_t left = 0;
 };
-
-bool beginsWith(std::string_view text, std::string_view begin) { return text.substr(0, begin.size()) == begin; }
 
 /** Whether every second byte of a longer text is zero, as in UTF-16 of Latin letters and digits that lacks its byte order mark. */
 bool holdsZeros(std::string_view text, std::size_t first)

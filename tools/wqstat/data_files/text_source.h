@@ -9,6 +9,8 @@
 
 namespace wqstat {
 
+constexpr std::size_t blockSize = std::size_t{1} << 16;  ///< bytes that are read at a time
+
 /** A stream of bytes that is read once, from its begin to its end. */
 class ByteSource {
 public:
@@ -37,6 +39,11 @@ struct TextSource {
     std::unique_ptr<ByteSource> bytes;
     std::vector<std::string> wrappings;  ///< in words, the outermost first; empty for plain text
 };
+
+/** How a failure to open is told. @param error errno; 0 where the library says nothing more */
+std::string reason(int error);
+
+inline bool beginsWith(std::string_view text, std::string_view begin) { return text.substr(0, begin.size()) == begin; }
 
 /** What text with this begin is wrapped in: "gzip", "UTF-16" or nothing. */
 std::string wrappingOf(std::string_view begin);

@@ -9,8 +9,6 @@ namespace wqstat {
 
 namespace {
 
-constexpr double millimetresPerInch = 25.4;
-
 struct Unit {
     const char* name;
     double pixels;
@@ -18,8 +16,8 @@ struct Unit {
     double most;
 };
 
-constexpr Unit millimetres{"mm", Canvas::screenDots / millimetresPerInch, 30.0, 1000.0};
-constexpr Unit pixels{"px", 1.0, 100.0, 8000.0};
+constexpr Unit millimetres{"mm", Canvas::screenDots / Canvas::millimetresPerInch, 30.0, 1000.0};
+constexpr Unit screenPixels{"px", 1.0, 100.0, 8000.0};
 
 bool endsIn(const std::string& text, const std::string& end)
 {
@@ -38,7 +36,7 @@ double side(const std::string& text, const std::string& part, const Unit& unit)
 
 void setSize(Canvas& canvas, const std::string& text)
 {
-    const Unit& unit = endsIn(text, millimetres.name) ? millimetres : pixels;
+    const Unit& unit = endsIn(text, millimetres.name) ? millimetres : screenPixels;
     const std::string sides = endsIn(text, unit.name) ? text.substr(0, text.size() - 2) : text;
     const std::size_t by = sides.find('x');
     if (by == std::string::npos) throw WrongUsage(inQuotes(text) + " is no size such as 85x60mm or 800x600px");

@@ -10,6 +10,7 @@ struct Canvas {
     static constexpr double usualFont = 11.25;  ///< points: 15 pixels on a screen
     static constexpr double screenDots = 96.0;  ///< to an inch
     static constexpr double printDots = 300.0;
+    static constexpr double millimetresPerInch = 25.4;
 
     double width = 800.0;  ///< in pixels of a screen, as is the height
     double height = 600.0;

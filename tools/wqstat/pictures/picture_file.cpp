@@ -59,9 +59,8 @@ void prefixIds(std::string& svg, const std::string& ids)
 
 std::string length(double pixels, bool inMillimetres)
 {
-    constexpr double millimetresPerInch = 25.4;
     if (!inMillimetres) return shortest(pixels);
-    return shortest(std::round(pixels / Canvas::screenDots * millimetresPerInch * 1000.0) / 1000.0) + "mm";
+    return shortest(std::round(pixels / Canvas::screenDots * Canvas::millimetresPerInch * 1000.0) / 1000.0) + "mm";
 }
 
 std::string bigEndian(std::uint32_t number)

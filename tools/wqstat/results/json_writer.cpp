@@ -12,7 +12,7 @@ namespace wqstat {
 namespace {
 
 /** In quotes. What is no UTF-8 becomes the replacement character. */
-std::string escaped(std::string_view text) { return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace); }
+std::string jsonText(std::string_view text) { return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace); }
 
 /**
  * Writes a number, 0 or from 0.0001 on, of at most six decimals and fifteen digits, which are the shortest that tell it from every other: most data, and sums of
@@ -88,7 +88,7 @@ void JsonWriter::truth(std::string_view name, bool value)
 void JsonWriter::text(std::string_view name, std::string_view value)
 {
     startMember(name);
-    put(escaped(value));
+    put(jsonText(value));
 }
 
 void JsonWriter::nothing(std::string_view name)
