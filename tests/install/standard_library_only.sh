@@ -11,16 +11,23 @@ standard='algorithm any array atomic bitset cassert ccomplex cctype cerrno cfenv
     tuple type_traits typeindex typeinfo unordered_map unordered_set utility valarray variant vector'
 compiler='immintrin.h'
 
+declare -A known
+for name in $standard $compiler; do
+    known[$name]=yes
+done
+include='^ *# *include *[<"]([^>"]*)[>"]'
+
 cd "$SOURCE"
 count=0
 wrong=
 while IFS=: read -r file line text; do
     count=$((count + 1))
-    name=$(sed -E 's/^ *# *include *[<"]([^>"]*)[>"].*/\1/' <<<"$text")
+    [[ $text =~ $include ]] || fail "$file:$line: not understood: $text"
+    name=${BASH_REMATCH[1]}
     case $text in
     *\"*) [ -e "$(dirname "$file")/$name" ] || [ -e "src/$name" ] || [ -e "support/$name" ] || wrong+="$file:$line: $text"$'\n' ;;
     *'<wq_'*) [ -e "include/$name" ] || [ -e "support/${name%%/*}/include/$name" ] || [ -e "exact/include/$name" ] || wrong+="$file:$line: $text"$'\n' ;;
-    *) grep -qxF -e "$name" <<<"${standard//[$'\n ']/$'\n'}"$'\n'"$compiler" || wrong+="$file:$line: $text"$'\n' ;;
+    *) [ -n "${known[$name]-}" ] || wrong+="$file:$line: $text"$'\n' ;;
     esac
 done < <(grep -rnE '^ *# *include' include src support exact/include)
 
