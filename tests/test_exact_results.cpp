@@ -69,6 +69,26 @@ TEST(ExactResults, giveTheLimitsOfALineAndOfItsPredictions)
     EXPECT_TRUE(std::isnan(power.lineLimits(-1.0).lower));
 }
 
+template <typename Model>
+void expectTheModelOfItsClass(const char* name)
+{
+    const Model model = cars<Model>();
+    const Regression& known = model;
+    const auto exact = wq_exact::of(model);
+    const auto general = wq_exact::of(known);
+    EXPECT_EQ(general.slope.p, exact.slope.p) << name;
+    EXPECT_EQ(general.rSquared, exact.rSquared) << name;
+    EXPECT_EQ(general.predictionLimits(9.5).lower, exact.predictionLimits(9.5).lower) << name;
+}
+
+TEST(ExactResults, areOfTheModelOfAnObjectKnownAsARegression)
+{
+    expectTheModelOfItsClass<LinearRegression>("linear");
+    expectTheModelOfItsClass<LogarithmicRegression>("logarithmic");
+    expectTheModelOfItsClass<ExponentialRegression>("exponential");
+    expectTheModelOfItsClass<PowerRegression>("power");
+}
+
 TEST(ExactResults, giveCorrelationAndItsLimits)  // cor.test(s, d)
 {
     const auto exact = wq_exact::of(cars<Correlation>());
