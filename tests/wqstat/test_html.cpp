@@ -14,6 +14,7 @@
 #include <cmath>
 #include <cstddef>
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -121,6 +122,12 @@ TEST(Page, saysHowLargeAnEffectIs)
         {__LINE__, {"correlate", supplements}, "% CI ", "confidenceLimitsR/lower"},
         {__LINE__, {"correlate", supplements}, ", r\u00b2 = ", "rSquared"},
         {__LINE__, {"regress", "--model", "linear", supplements}, ", R\u00b2 = ", "rSquared"},
+        {__LINE__, {"regress", "--model", "logarithmic", supplements}, "% CI ", "limitsB/lower"},
+        {__LINE__, {"regress", "--model", "logarithmic", supplements}, ", R\u00b2 = ", "rSquared"},
+        {__LINE__, {"regress", "--model", "exponential", supplements}, "% CI ", "limitsB/lower"},
+        {__LINE__, {"regress", "--model", "exponential", supplements}, ", p = ", "pB"},
+        {__LINE__, {"regress", "--model", "power", supplements}, "% CI ", "limitsB/lower"},
+        {__LINE__, {"regress", "--model", "power", supplements}, ", R\u00b2 = ", "rSquared"},
         {__LINE__, {"multiy", seedlings}, ", R\u00b2 = ", "rSquared"},
         {__LINE__, {"variances", instrument1, instrument2}, "% CI ", "ratioLimits/lower"},
     };
@@ -141,6 +148,24 @@ TEST(Page, saysHowLargeAnEffectIs)
         const double shown = std::stod(summary->substr(place + std::string(row.symbol).size()));
         EXPECT_NEAR(shown, figure, 0.002 * std::fabs(figure)) << *summary;
     }
+}
+
+TEST(Page, givesNoProbabilityWhereNothingIsTested)
+{
+    const TempFolder folder;
+    const std::string data = folder.write("classes.txt", "5;0\n3;5\n");
+    ASSERT_EQ(run(withPage({"fit", data}, folder.path("page.html"))).status, done);
+    EXPECT_THAT(pageIn(folder.path("page.html")).texts, Contains(testing::EndsWith(", no test: nothing is expected in a class")));
+    const std::string rows = run({"fit", "--tsv", data}).output;
+    std::istringstream titles(rows.substr(0, rows.find('\n')));
+    std::istringstream cells(rows.substr(rows.find('\n') + 1));
+    std::size_t found = 0;
+    for (std::string title, cell; std::getline(titles, title, '\t') && std::getline(cells, cell, '\t');) {
+        if (title != "p" && title != "pHolm") continue;
+        ++found;
+        EXPECT_EQ(cell, "NA") << title;
+    }
+    EXPECT_EQ(found, 2U) << rows;
 }
 
 TEST(Page, hasTheFiguresOfTheJsonDocument)

@@ -153,10 +153,7 @@ Statement statementOf(wq_lib::SingleAnova& anova, const VariableNames& names)
     return {"Does " + nameOr(names.y, "the observation") + " differ among the groups of " + nameOr(names.x, "x") + "?",
             withDf("F", df1, n - df1 - 1.0, book.value("fs")) + ", " + probability(book.value("p")) +
                 effectSize("\u03b7\u00b2", book, "etaSquared") + effectSize("\u03c9\u00b2", book, "omegaSquared"),
-            {{"groups", "result/groupCount", static_cast<double>(anova.getGroupCount())},
-             {"observations", "result/totalObservations", n},
-             {"mean square among groups", "result/among/ms", anova.getAmong().ms},
-             {"mean square within groups", "result/within/ms", anova.getWithin().ms}}};
+            {{"groups", "result/groupCount", static_cast<double>(anova.getGroupCount())}, {"observations", "result/totalObservations", n}}};
 }
 
 Statement statementOf(wq_lib::LinearRegressionMultiY& regression, const VariableNames& names)
@@ -174,11 +171,14 @@ Statement statementOf(wq_lib::LinearRegressionMultiY& regression, const Variable
 
 Statement statementOf(wq_lib::GoodnessOfFit& test, const VariableNames&)
 {
-    const Textbook book = textbook(wq_exact::of(test));
-    const double df = lessBy(test.getSampleSize(), 1.0);
+    const wq_exact::GoodnessOfFitResult exact = wq_exact::of(test);
+    const bool isTested = !std::isnan(exact.p);  // not where a class has no expectation
+    const auto shown = [&](const char* statistic, const wq_exact::Test& of) {
+        return withDf(statistic, lessBy(test.getSampleSize(), 1.0), of.statistic) + (isTested ? ", " + probability(of.p) : "");
+    };
     return {"Do the observed frequencies fit the expected ones?",
-            withDf("\u03c7\u00b2", df, test.getX2()) + ", " + probability(book.value("X2/p")) + "; " + withDf("G", df, test.getG()) + ", " +
-                probability(book.value("G/p")) + effectSize("w", book, "cohensW"),
+            shown("\u03c7\u00b2", exact.chiSquare) + "; " + shown("G", exact.G) +
+                (isTested ? effectSize("w", textbook(exact), "cohensW") : ", no test: nothing is expected in a class"),
             {{"chi-square", "result/X2", test.getX2()},
              {"G", "result/G", test.getG()},
              {"G, corrected", "result/GAdjusted", test.getGAdjusted()}}};

@@ -205,9 +205,8 @@ Textbook textbook(const wq_exact::GoodnessOfFitResult& exact)
     book.figure("X2 " + sixDigits(test.alpha) + "," + sixDigits(test.df1), "criticalChiSquare", test.criticalValue);
     book.figure("Cohen's w", "cohensW", exact.cohensW);
     book.decision("Ho", "acceptH0", exact.decision);
-    book.decidesBy("X2/p");
-    for (const char* const path : {"G/p", "GAdjusted/p"})  // the least of them, as H0 is rejected when one rejects it
-        if (book.value(path) < book.value(book.deciding())) book.decidesBy(path);
+    for (const char* const path : {"X2/p", "G/p", "GAdjusted/p"})  // the least of them, as H0 is rejected when one rejects it
+        if (book.deciding().empty() && book.value(path) == exact.p) book.decidesBy(path);
     return book;
 }
 
