@@ -1,7 +1,6 @@
 #include "cell_numbers.h"
 
 #include "command_line/arguments.h"
-#include "numbers/plain_decimal.h"
 
 #include <algorithm>
 #include <charconv>
@@ -26,21 +25,6 @@ bool maySeparateThousands(std::string_view cell)
 std::string onLine(std::size_t line, const std::string& cell) { return inQuotes(cell) + " on line " + std::to_string(line); }
 
 }  // namespace
-
-bool CellNumbers::convert(std::string_view cell, std::size_t line, double& value)
-{
-    using namespace wq_lib::detail;
-    if (cell.empty()) return refuse("a number is expected");
-    const bool minus = cell[0] == '-';
-    const char* const begin = cell.data() + (minus ? 1 : 0);
-    const PlainDecimal number = scanPlainDecimal(begin);
-    const bool isPlain = number.end == cell.data() + cell.size() && number.isConvertible();
-    const bool isWhole = isPlain && number.count == number.end - begin;
-    double result = 0.0;
-    if (!isPlain || !(isWhole || point.line > 0) || !nearestDouble(number, result)) return convertOther(cell, line, value);
-    value = minus ? -result : result;
-    return true;
-}
 
 bool CellNumbers::convertOther(std::string_view cell, std::size_t line, double& value)
 {

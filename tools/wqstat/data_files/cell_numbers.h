@@ -1,6 +1,8 @@
 // The numbers in the cells of a table, with a decimal point or a decimal comma.
 #pragma once
 
+#include "numbers/plain_decimal.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -21,7 +23,20 @@ public:
      * @param line on which it stands, for messages.
      * @return false, with the value unchanged, when the cell is not a number from its begin to its end; whyNot() says why.
      */
-    bool convert(std::string_view cell, std::size_t line, double& value);
+    bool convert(std::string_view cell, std::size_t line, double& value)
+    {
+        using namespace wq_lib::detail;
+        if (cell.empty()) return refuse("a number is expected");
+        const bool minus = cell[0] == '-';
+        const char* const begin = cell.data() + (minus ? 1 : 0);
+        const PlainDecimal number = scanPlainDecimal(begin);
+        const bool isPlain = number.end == cell.data() + cell.size() && number.isConvertible();
+        const bool isWhole = isPlain && number.count == number.end - begin;
+        double result = 0.0;
+        if (!isPlain || !(isWhole || point.line > 0) || !nearestDouble(number, result)) return convertOther(cell, line, value);
+        value = minus ? -result : result;
+        return true;
+    }
 
     /** Why the cell that convert() refused last is no number. */
     const std::string& whyNot() const { return reason; }

@@ -1,5 +1,6 @@
 #include "csv_records.h"
 
+#include "character_marks.h"
 #include "command_line/failure.h"
 #include "numbers/plain_decimal.h"
 
@@ -13,10 +14,9 @@ namespace wqstat {
 
 namespace {
 
+constexpr std::string_view blankCharacters = " \t";
 constexpr std::size_t longestLine = std::size_t{1} << 24;
-constexpr std::size_t slack = wq_lib::detail::plainDecimalSlack;
-
-bool isBlank(char c) { return c == ' ' || c == '\t'; }
+constexpr std::size_t slack = std::max(wq_lib::detail::plainDecimalSlack, charactersMarked);  // readable characters behind the text
 
 /** Where the character stands in the text; nullptr where it does not. */
 const char* found(std::string_view text, char wanted)
@@ -24,21 +24,7 @@ const char* found(std::string_view text, char wanted)
     return text.empty() ? nullptr : static_cast<const char*>(std::memchr(text.data(), wanted, text.size()));
 }
 
-/** The highest bit of every byte that is 0, and no other. */
-std::uint64_t zeroBytes(std::uint64_t bytes)
-{
-    constexpr std::uint64_t lowBits = 0x7f7f7f7f7f7f7f7fu;
-    return ~(((bytes & lowBits) + lowBits) | bytes | lowBits);
-}
-
 }  // namespace
-
-std::string_view withoutBlanks(std::string_view text)
-{
-    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-    return text;
-}
 
 CsvRecords::CsvRecords(std::unique_ptr<ByteSource> source, std::string shownName)
     : bytes(std::move(source)),
@@ -56,9 +42,44 @@ void CsvRecords::setSeparator(char newSeparator)
 {
     separator = newSeparator;
     csv_set_delim(&parser, static_cast<unsigned char>(separator));
+    markLines();
+}
+
+const std::vector<std::string_view>& CsvRecords::fields()
+{
+    cells.clear();
+    for (std::size_t i = 0; i < record.count; ++i) cells.push_back(field(i));
+    return cells;
 }
 
 bool CsvRecords::next()
+{
+    while (cutsAtMarks) {
+        if (cutLine()) return true;
+        if (!refill()) break;
+    }
+    return nextWithCare();
+}
+
+/** Cuts the next line that is not empty, where the block holds one as a whole. */
+bool CsvRecords::cutLine()
+{
+    while (nextMark < markCount) {
+        const std::size_t first = nextMark;
+        while (!marks[nextMark].isLast()) ++nextMark;
+        FieldEnd& lineEnd = marks[nextMark++];
+        const std::size_t lineBegin = position;
+        position = lineEnd.place() + 1;
+        if (lineEnd.place() > lineBegin && block[lineEnd.place() - 1] == '\r') lineEnd = {lineEnd.place() - 1, true};
+        record = {block.data(), lineBegin, &marks[first], nextMark - first, true};
+        recordLine = ++lineNumber;
+        if (!isEmptyLine()) return true;
+    }
+    return false;
+}
+
+/** Takes the next record line by line, with a look at each for what is no plain line. */
+bool CsvRecords::nextWithCare()
 {
     std::string_view text;
     std::string_view withEnd;
@@ -72,20 +93,13 @@ bool CsvRecords::next()
             gather();
             return true;
         }
-        if (isEmpty(text)) continue;
         if (separator == blanks)
-            splitBlanks(text);
+            splitAtBlanks(text);
         else
-            splitPlain(text);
-        return true;
+            split(text);
+        if (!isEmptyLine()) return true;
     }
     return finish();
-}
-
-/** Whether a line holds blanks alone, none of them a separator between empty fields. */
-bool CsvRecords::isEmpty(std::string_view text) const
-{
-    return std::all_of(text.begin(), text.end(), [this](char c) { return isBlank(c) && (c == ' ' || separator != '\t'); });
 }
 
 /** Moves what is left of the block to its front and reads on behind it. @return false when nothing more came. */
@@ -102,8 +116,40 @@ bool CsvRecords::refill()
     const std::size_t taken = bytes->read(block.data() + filled, block.size() - slack - filled);
     filled += taken;
     ended = taken == 0;
-    lookFor();
+    markLines();
     return !ended;
+}
+
+/** Notes where the separators and line ends of the block's whole lines stand, or that its lines need a closer look. */
+void CsvRecords::markLines()
+{
+    nextMark = 0;
+    markCount = 0;
+    cutsAtMarks = separator != blanks && !inRecord;
+    for (std::size_t at = position; at < filled && cutsAtMarks; at += charactersMarked) {
+        const CharacterMarks characters(block.data() + at);
+        const std::uint64_t within = filled - at < charactersMarked ? (std::uint64_t{1} << (filled - at)) - 1 : ~std::uint64_t{0};
+        if ((characters.ofAny('"', '\0', '\r') & within) != 0)
+            cutsAtMarks = (characters.ofAny('"', '\0') & within) == 0 && endLines(characters.ofAny('\r') & within, at);
+        if (marks.size() < markCount + charactersMarked) marks.resize(2 * markCount + charactersMarked);
+        const std::uint64_t lineEnds = characters.ofAny('\n');
+        for (std::uint64_t found = (lineEnds | characters.ofAny(separator)) & within; found != 0; found &= found - 1) {
+            const int place = __builtin_ctzll(found);
+            marks[markCount++] = {at + static_cast<std::size_t>(place), (lineEnds >> place & 1) != 0};
+        }
+    }
+    while (markCount > 0 && !marks[markCount - 1].isLast()) --markCount;
+    lookFor();
+}
+
+/** Whether a line feed follows each of these carriage returns, as far as can be seen. @param at where the first of the characters stands. */
+bool CsvRecords::endLines(std::uint64_t returns, std::size_t at) const
+{
+    for (; returns != 0; returns &= returns - 1) {
+        const std::size_t behind = at + static_cast<std::size_t>(__builtin_ctzll(returns)) + 1;
+        if (behind < filled && block[behind] != '\n') return false;
+    }
+    return true;
 }
 
 /** Sees what the block holds that needs a closer look at its lines. */
@@ -140,34 +186,26 @@ bool CsvRecords::takeLine(std::string_view& text, std::string_view& withEnd)
     }
 }
 
-void CsvRecords::splitPlain(std::string_view text)
+/** Cuts a line at the separators. */
+void CsvRecords::split(std::string_view text)
 {
-    cells.clear();
-    const char* begin = text.data();
-    const char* const end = begin + text.size();
-    const auto take = [&](const char* cellEnd) {
-        cells.push_back(withoutBlanks({begin, static_cast<std::size_t>(cellEnd - begin)}));
-        begin = cellEnd + 1;
-    };
-    const std::uint64_t separators = 0x0101010101010101u * static_cast<unsigned char>(separator);
-    for (const char* next = begin; next < end; next += 8)  // behind the text there are as many characters to read
-        for (std::uint64_t marks = zeroBytes(wq_lib::detail::eightCharacters(next) ^ separators); marks != 0; marks &= marks - 1) {
-            const char* const mark = next + __builtin_ctzll(marks) / 8;
-            if (mark < end) take(mark);
-        }
-    take(end);
+    ends.clear();
+    for (std::size_t at = text.find(separator); at != std::string_view::npos; at = text.find(separator, at + 1))
+        ends.emplace_back(at, false);
+    ends.emplace_back(text.size(), true);
+    record = {text.data(), 0, ends.data(), ends.size(), true};
 }
 
-void CsvRecords::splitBlanks(std::string_view text)
+/** Cuts a line at the first blank behind each field; what follows of a run belongs to the next field, without whose blanks it is taken. */
+void CsvRecords::splitAtBlanks(std::string_view text)
 {
-    cells.clear();
-    const char* const end = text.data() + text.size();
-    const char* begin = std::find_if_not(text.data(), end, isBlank);
-    while (begin != end) {
-        const char* const cellEnd = std::find_if(begin, end, isBlank);
-        cells.emplace_back(begin, static_cast<std::size_t>(cellEnd - begin));
-        begin = std::find_if_not(cellEnd, end, isBlank);
+    text = withoutBlanks(text);
+    ends.clear();
+    for (std::size_t at = 0; at < text.size(); at = std::min(text.find_first_not_of(blankCharacters, at), text.size())) {
+        at = std::min(text.find_first_of(blankCharacters, at), text.size());
+        ends.emplace_back(at, at == text.size());
     }
+    record = {text.data(), 0, ends.data(), ends.size(), true};
 }
 
 /** Hands a line to libcsv. */
@@ -180,7 +218,7 @@ void CsvRecords::parse(std::string_view withEnd)
     }
     if (!inRecord) {
         parsed.clear();
-        fieldEnds.clear();
+        ends.clear();
     }
     inRecord = true;
     recordIsWhole = false;
@@ -203,12 +241,7 @@ void CsvRecords::gather()
 {
     inRecord = false;
     parsed.append(slack, '\0');
-    cells.clear();
-    std::size_t begin = 0;
-    for (const std::size_t end : fieldEnds) {
-        cells.push_back(std::string_view(parsed).substr(begin, end - begin));
-        begin = end + 1;
-    }
+    record = {parsed.data(), 0, ends.data(), ends.size(), false};
 }
 
 void CsvRecords::takeField(void* text, std::size_t length, void* self)
@@ -216,7 +249,7 @@ void CsvRecords::takeField(void* text, std::size_t length, void* self)
     auto& records = *static_cast<CsvRecords*>(self);
     if (text == nullptr && records.separator == blanks) return;  // between two blanks of a run
     if (length > 0) records.parsed.append(static_cast<const char*>(text), length);
-    records.fieldEnds.push_back(records.parsed.size());
+    records.ends.emplace_back(records.parsed.size(), false);
     records.parsed += '\0';  // no number goes on behind its field
 }
 

@@ -35,9 +35,9 @@ double evenness(std::string_view text, char separator)
         CsvRecords reader(std::make_unique<TextInMemory>(text), "");
         reader.setSeparator(separator);
         while (records < mostRecords && reader.next()) {
-            if (records == 0) fields = reader.fields().size();
+            if (records == 0) fields = reader.count();
             ++records;
-            if (reader.fields().size() == fields) ++even;
+            if (reader.count() == fields) ++even;
         }
     } catch (const CannotAnalyse&) {  // a quoted field that goes on behind the text, or none with this separator
     }

@@ -23,6 +23,12 @@ std::string nameFor(const std::string& fileName)
     return fileName.empty() ? "''" : shown(fileName);
 }
 
+bool isCount(double value)
+{
+    constexpr double mostCounted = 9007199254740992.0;  // 2^53: up to here every whole number is a double
+    return value >= 0.0 && value <= mostCounted && std::floor(value) == value;
+}
+
 }  // namespace
 
 std::string listed(const std::vector<std::string>& titles)
@@ -98,7 +104,7 @@ void Table::read(const std::vector<Column>& columns, const RowHandler& handle)
     while (firstIsData || records->next()) {
         firstIsData = false;
         ++counts.rows;
-        if (take(records->fields(), row))
+        if (take(row))
             handle(row.data());
         else
             ++counts.leftOut;
@@ -111,26 +117,26 @@ void Table::readCells(const CellHandler& handle)
     while (firstIsData || records->next()) {
         firstIsData = false;
         ++counts.rows;
-        requireAllFields(records->fields().size());
+        requireAllFields();
         handle(records->fields());
     }
 }
 
-void Table::requireAllFields(std::size_t held) const
+void Table::failForFields() const
 {
-    if (held == columnTitles.size()) return;
+    const std::size_t held = records->count();
     fail(records->line(), counted(held, "field") + ", where " + (hasHeader ? "the header" : "the first line") + " has " +
                               std::to_string(columnTitles.size()));
 }
 
 /** @return false when a value is missing. */
-bool Table::take(const std::vector<std::string_view>& cells, std::vector<double>& row)
+bool Table::take(std::vector<double>& row)
 {
-    requireAllFields(cells.size());
+    requireAllFields();
     bool isWhole = true;
     for (std::size_t i = 0; i < uses.size(); ++i) {
         Use& use = uses[i];
-        const std::string_view cell = cells[use.index];
+        const std::string_view cell = records->field(use.index);
         if (!isMissing(cell)) {
             row[i] = valueOf(use, cell);
             continue;
@@ -148,19 +154,9 @@ double Table::valueOf(Use& use, std::string_view cell)
 {
     if (use.kind == ColumnKind::label) return static_cast<double>(use.labels.number(cell));
     double value = 0.0;
-    const auto refuse = [&](const std::string& why) { fail(records->line(), shown(columnTitles[use.index]) + ": " + why); };
-    if (!numbers.convert(cell, records->line(), value)) refuse(numbers.whyNot());
-    constexpr double mostCounted = 9007199254740992.0;  // 2^53: up to here every whole number is a double
-    if (use.kind == ColumnKind::count && !(value >= 0.0 && value <= mostCounted && std::floor(value) == value))
-        refuse("a count is expected, not " + inQuotes(cell));
+    if (!numbers.convert(cell, records->line(), value)) failForCell(use, numbers.whyNot());
+    if (use.kind == ColumnKind::count && !isCount(value)) failForCell(use, "a count is expected, not " + inQuotes(cell));
     return value;
-}
-
-bool Table::isMissing(std::string_view cell) const
-{
-    if (cell.empty()) return true;
-    if (!beginsMissing[static_cast<unsigned char>(cell[0])]) return false;
-    return std::find(format.missing.begin(), format.missing.end(), cell) != format.missing.end();
 }
 
 std::string Table::description(bool withDecimalComma) const
@@ -169,6 +165,11 @@ std::string Table::description(bool withDecimalComma) const
     for (const std::string& wrapping : wrappings) text += wrapping + ", ";
     text += "separator " + nameOf(*format.separator) + ", decimal " + (withDecimalComma ? "comma" : "point") + ", ";
     return text + (hasHeader ? "columns " + listed(columnTitles) : counted(columnTitles.size(), "column") + " without a header");
+}
+
+void Table::failForCell(const Use& use, const std::string& why) const
+{
+    fail(records->line(), shown(columnTitles[use.index]) + ": " + why);
 }
 
 void Table::fail(std::size_t line, const std::string& reason) const

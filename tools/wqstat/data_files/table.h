@@ -5,6 +5,7 @@
 #include "csv_records.h"
 #include "table_rows.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <functional>
@@ -74,7 +75,12 @@ public:
     void readCells(const CellHandler& handle);
 
     /** Whether a cell stands for a missing value. */
-    bool isMissing(std::string_view cell) const;
+    bool isMissing(std::string_view cell) const
+    {
+        if (cell.empty()) return true;
+        if (!beginsMissing[static_cast<unsigned char>(cell[0])]) return false;
+        return std::find(format.missing.begin(), format.missing.end(), cell) != format.missing.end();
+    }
 
     /** How its numbers are written, as far as that has been said. */
     const CellNumbers& givenNumbers() const { return numbers; }
@@ -103,9 +109,14 @@ private:
     void readHeader();
     bool holdsNumbersOnly(const std::vector<std::string_view>& cells) const;
     std::size_t indexOf(const std::string& column) const;
-    bool take(const std::vector<std::string_view>& cells, std::vector<double>& row);
+    bool take(std::vector<double>& row);
     double valueOf(Use& use, std::string_view cell);
-    void requireAllFields(std::size_t held) const;
+    void requireAllFields() const
+    {
+        if (records->count() != columnTitles.size()) failForFields();
+    }
+    [[noreturn]] void failForFields() const;
+    [[noreturn]] void failForCell(const Use& use, const std::string& why) const;
     [[noreturn]] void fail(std::size_t line, const std::string& reason) const;
 
     std::string shownName;

@@ -39,8 +39,8 @@ std::vector<Shown> columnsOf(std::string_view begin)
             if (isNumber(title)) return {};
             columns.push_back({std::string(title), false});
         }
-        if (columns.size() < 2 || !records.next() || records.fields().size() != columns.size()) return {};
-        for (std::size_t i = 0; i < columns.size(); ++i) columns[i].isNumber = isNumber(records.fields()[i]);
+        if (columns.size() < 2 || !records.next() || records.count() != columns.size()) return {};
+        for (std::size_t i = 0; i < columns.size(); ++i) columns[i].isNumber = isNumber(records.field(i));
     } catch (const CannotAnalyse&) {
         return {};
     }
