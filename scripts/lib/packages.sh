@@ -16,7 +16,6 @@ for_building='
 for_testing='
     libgtest-dev        header gtest/gtest.h
     libgmock-dev        header gmock/gmock.h
-    clang               program clang++
     clang-format        program clang-format
     pkg-config          program pkg-config
     gnuplot-nox         program gnuplot
@@ -25,12 +24,15 @@ for_testing='
     python3             program python3
     python3-jsonschema  file /usr/lib/python3/dist-packages/jsonschema/__init__.py
     dpkg-dev            program dpkg-shlibdeps
-    abigail-tools       program abidiff
-    doxygen             program doxygen
     mandoc              program mandoc
     fish                program fish
-    zsh                 program zsh
     file                program file
+'
+for_long_tests='
+    clang               program clang++
+    abigail-tools       program abidiff
+    doxygen             program doxygen
+    zsh                 program zsh
 '
 for_packages='
     lintian             program lintian
