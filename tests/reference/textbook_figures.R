@@ -43,6 +43,13 @@ pairs_figures <- function(x, y) {
     split_limits("limitsR", test$conf.int))
 }
 
+# Of the means of the groups in the order of the data, by the variance within all of them.
+group_limits <- function(x, y, alpha) {
+  group <- factor(x, unique(x))
+  limits <- predict(lm(y ~ group), data.frame(group = levels(group)), interval = "confidence", level = 1 - alpha)
+  unlist(lapply(seq_len(nrow(limits)), function(i) split_limits(paste0("groupLimits/", i - 1), limits[i, c("lwr", "upr")])))
+}
+
 # Relative to the first observation, as above.
 anova_figures <- function(x, y, alpha = 0.05) {
   table <- summary(aov(rest ~ group, data.frame(group = factor(x), rest = y - y[1])))[[1]]
@@ -51,7 +58,7 @@ anova_figures <- function(x, y, alpha = 0.05) {
   f <- table$"F value"[1]
   c(msAmong = ms[1], msWithin = ms[2], etaSquared = ss[1] / sum(ss), omegaSquared = (ss[1] - table$Df[1] * ms[2]) / (sum(ss) + ms[2]),
     fs = f, p = pf(f, table$Df[1], table$Df[2], lower.tail = FALSE), lowerTail = pf(f, table$Df[1], table$Df[2]),
-    criticalF = qf(1 - alpha, table$Df[1], table$Df[2]))
+    criticalF = qf(1 - alpha, table$Df[1], table$Df[2]), group_limits(x, y - y[1], alpha) + y[1])
 }
 
 multiy_figures <- function(x, y, alpha = 0.05) {
@@ -67,7 +74,7 @@ multiy_figures <- function(x, y, alpha = 0.05) {
     "deviations/fs" = deviations$F[2], "deviations/p" = deviations$P[2], "deviations/criticalF" = qf(1 - alpha, df, groups$Df[2]),
     "deviations/lowerTail" = pf(deviations$F[2], df, groups$Df[2]), "regression/fs" = (b / se)^2,
     rSquared = summary(lm(y ~ x))$r.squared, b = b, seB = se, tB = b / se, pT = 2 * pt(-abs(b / se), df), criticalT = t,
-    split_limits("limitsB", b + c(-t, t) * se))
+    split_limits("limitsB", b + c(-t, t) * se), group_limits(x, y, alpha))
 }
 
 # q divides G, as Williams has it; 1 where there is no such correction.

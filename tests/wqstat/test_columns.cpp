@@ -448,6 +448,29 @@ TEST(ColumnsPage, staysSmallForManyRows)
     EXPECT_LT(std::filesystem::file_size(folder.path("page.html")), 20U * 1024U);
 }
 
+TEST(ColumnsPage, staysSmallForManyColumns)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    std::string titles;
+    std::string rows[3];
+    for (int i = 0; i < 2000; ++i) {
+        titles += (i == 0 ? "" : ",") + std::string("column ") + std::to_string(i);
+        for (int row = 0; row < 3; ++row) rows[row] += (i == 0 ? "" : ",") + std::to_string(i * (row + 1) % 17);
+    }
+    const std::string table = folder.write("wide.csv", titles + "\n" + rows[0] + "\n" + rows[1] + "\n" + rows[2] + "\n");
+    ASSERT_EQ(run({"columns", "--html", file, table}).status, done);
+    EXPECT_LT(std::filesystem::file_size(file), 300U * 1024U);
+    EXPECT_GT(std::filesystem::file_size(file), 280U * 1024U) << "there was room for more";
+    const Page page = pageIn(file);
+    EXPECT_THAT(page.faults, IsEmpty());
+    const auto isCut = testing::ContainsRegex("^These are the first [0-9]+ columns; [0-9]+ more would make the page larger than 300 KiB. "
+                                              "wqstat columns --json or --tsv prints all "
+                                              "of them.$");
+    EXPECT_THAT(page.texts, Contains(isCut));
+    EXPECT_THAT(page.texts, Contains("column 0: number"));
+}
+
 // ---------------------------------------------------------------- hostile texts
 
 TEST(Columns, letsNoTextPlayWithATerminal)

@@ -14,6 +14,7 @@
 #include <cmath>
 #include <cstddef>
 #include <filesystem>
+#include <map>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -191,6 +192,121 @@ TEST(Page, hasTheFiguresOfTheJsonDocument)
             EXPECT_EQ(word, decision.is_boolean() ? (decision.get<bool>() ? "accepted" : "rejected") : "none") << path;
         }
         EXPECT_EQ(page.decisions.empty(), !tests);
+    }
+}
+
+// ---------------------------------------------------------------- group by group, and class by class
+
+using Figures = std::map<std::string, std::string>;
+
+Figures figuresOf(const Page& page) { return {page.figures.begin(), page.figures.end()}; }
+
+void expectFigures(const Page& page, const std::vector<std::pair<std::string, double>>& expected)
+{
+    const Figures figures = figuresOf(page);
+    for (const auto& [path, value] : expected) {
+        const auto found = figures.find(path);
+        ASSERT_NE(found, figures.end()) << path;
+        EXPECT_NEAR(std::stod(found->second), value, 1e-9 * std::max(1.0, std::fabs(value))) << path;
+    }
+}
+
+// By hand: the variance within both groups is 4/3 with 3 degrees of freedom, and t of 0.05 (two-sided) is 3.182446305 with those.
+TEST(Page, hasARowForEachGroup)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const std::string table = folder.write("t.csv", "site,w\nnorth,1\nnorth,2\nsouth,4\nnorth,3\nsouth,6\n");
+    ASSERT_EQ(run({"anova", "--group", "site", "--value", "w", table, "--html", file}).status, done);
+    const Page page = pageIn(file);
+    EXPECT_THAT(page.texts, testing::IsSupersetOf({"group 1: north", "group 2: south"}));
+    const double half1 = 3.182446305 * std::sqrt(4.0 / 3.0 / 3.0);
+    const double half2 = 3.182446305 * std::sqrt(4.0 / 3.0 / 2.0);
+    expectFigures(page, {{"result/groups/0/n", 3},
+                         {"result/groups/0/mean", 2},
+                         {"textbook/groupLimits/0/lower", 2 - half1},
+                         {"textbook/groupLimits/0/upper", 2 + half1},
+                         {"result/groups/1/n", 2},
+                         {"result/groups/1/mean", 5},
+                         {"textbook/groupLimits/1/lower", 5 - half2},
+                         {"textbook/groupLimits/1/upper", 5 + half2}});
+    ASSERT_EQ(run({"anova", folder.write("numbers.txt", "7;1\n7;2\n9;4\n9;6\n"), "--html", file}).status, done);
+    EXPECT_THAT(pageIn(file).texts, testing::IsSupersetOf({"group 7", "group 9"}));
+    ASSERT_EQ(
+        run({"variances", "--value", "w", "--group", "site", folder.write("v.csv", contentOf(table) + "south,9\n"), "--html", file}).status,
+        done);
+    EXPECT_THAT(pageIn(file).texts, testing::IsSupersetOf({"sample 1: north", "sample 2: south"}));
+}
+
+TEST(Page, hasARowForEachClass)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const std::string seeds = folder.write("seeds.csv", "seed\nround\nround\nround\nwrinkled\n");
+    ASSERT_EQ(run({"fit", "--column", "seed", "--ratio", "1:1", seeds, "--html", file, "--no-warnings"}).status, done);
+    EXPECT_THAT(pageIn(file).texts, testing::IsSupersetOf({"class 1: round", "class 2: wrinkled"}));
+    expectFigures(pageIn(file),
+                  {{"result/classes/0/observed", 3}, {"result/classes/1/expected", 2}, {"result/classes/0/contribution", 0.5}});
+    const std::string counts = folder.write("counts.txt", "12;10\n8;10\n");
+    ASSERT_EQ(run({"fit", "--yates", counts, "--html", file}).status, done);
+    expectFigures(pageIn(file), {{"result/classes/0/contribution", 0.225}, {"result/classes/1/contribution", 0.225}});
+
+    // 2 and 1, 1 and 1, 1 and 3 of 4 and 5.
+    ASSERT_EQ(run({"ks", folder.write("ks.txt", "2;1\n1;1\n1;3\n"), "--html", file, "--no-warnings"}).status, done);
+    expectFigures(pageIn(file), {{"result/cumulativeFrequencies/1/count1", 1},
+                                 {"result/cumulativeFrequencies/2/count2", 3},
+                                 {"result/cumulativeFrequencies/1/relF1", 0.75},
+                                 {"result/cumulativeFrequencies/1/relF2", 0.4},
+                                 {"result/cumulativeFrequencies/1/diff", 0.35}});
+}
+
+// Thousands of groups and classes, of which the first stand on the page, and those with the figures of the JSON document.
+TEST(Page, staysSmallForManyGroupsAndClasses)
+{
+    const TempFolder folder;
+    std::string table = "group,value\n";
+    std::string pairs;
+    for (int i = 0; i < 12'000; ++i) {
+        const std::string value = std::to_string(i * 7919LL % 10'007);
+        table += "a group with a name of some length & <number> " + std::to_string(i % 6000) + "," + value + "\n";
+        pairs += value + ";" + std::to_string(i % 977 + 1) + "\n";
+    }
+    const std::string groups = folder.write("groups.csv", table);
+    const std::string classes = folder.write("classes.txt", pairs);
+    const struct {
+        Words arguments;
+        const char* left;
+    } rows[] = {
+        {{"anova", "--group", "group", "--value", "value", groups},
+         "These are the first 100 groups; 5900 more are left out here. wqstat anova --json prints all of them."},
+        {{"anova", classes}, "These are the first 100 groups; 9907 more are left out here. wqstat anova --json prints all of them."},
+        {{"fit", classes}, "These are the first 100 classes; 11 900 more are left out here. wqstat fit --json prints all of them."},
+        {{"ks", classes}, "These are the first 100 classes; 11 900 more are left out here. wqstat ks --json prints all of them."},
+        {{"frequency", "--classes", "12000", "--column", "value", groups},
+         "These are the first 100 classes; 11 900 more are left out here. wqstat frequency --json prints all of them."},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(joined(row.arguments));
+        const std::string file = folder.path("page.html");
+        const Words arguments = with(row.arguments, {"--no-warnings"});
+        const Outcome report = run(withPage(arguments, file));
+        ASSERT_EQ(report.status, done);
+        EXPECT_LT(std::filesystem::file_size(file), 300U * 1024U);
+        const Page page = pageIn(file);
+        EXPECT_THAT(page.faults, IsEmpty());
+        EXPECT_THAT(page.texts, Contains(row.left));
+        const Json document = documentOf(row.arguments);
+        EXPECT_GT(page.figures.size(), 300U);
+        for (const auto& [path, value] : page.figures) {
+            const double shown = value == "NaN" ? std::nan("") : std::stod(value);
+            EXPECT_THAT(shown, testing::NanSensitiveDoubleEq(numberOf(document.at(Json::json_pointer("/" + path))))) << path;
+        }
+        if (report.output.size() < 100'000 || row.arguments[0] != "frequency") continue;
+        const auto isCut = testing::ContainsRegex(
+            "^These are the first [0-9 ]+ lines of the report; [0-9 ]+ more would make the page larger than 300 KiB. The report is printed "
+            "whole beside the page.$");
+        EXPECT_THAT(page.texts, Contains(isCut));
+        EXPECT_GT(std::filesystem::file_size(file), 250U * 1024U) << "there was room for more";
     }
 }
 

@@ -208,6 +208,12 @@ TEST(PageOfSeveral, staysSmallAndHasARowForEach)
     ASSERT_EQ(run({"frequency", "--column", "w", "--by", "site", more, "--no-warnings", "--html", file}).status, done);
     EXPECT_LT(std::filesystem::file_size(file), mostBytes);
     EXPECT_THAT(pageIn(file).texts, Contains("700 analyses"));
+    const std::string most = folder.write("most.csv", sites(4000));
+    ASSERT_EQ(run({"frequency", "--column", "w", "--by", "site", most, "--no-warnings", "--html", file}).status, done);
+    EXPECT_LT(std::filesystem::file_size(file), mostBytes);
+    EXPECT_THAT(pageIn(file).texts,
+                Contains(testing::ContainsRegex("^These are the first [0-9 ]+ of 4000 analyses; more would make the page "
+                                                "larger than 300 KiB. wqstat frequency --tsv prints a row for each.$")));
 
     std::string pairs;
     for (int i = 0; i < 30'000; ++i)

@@ -538,7 +538,14 @@ TEST(Json, hasEveryFieldOfTheRecordsBitForBit)
                                                                      {"/limitsB/upper", m.limitsB.getUpper()}});
 
     const auto fit = analysed<GoodnessOfFit>(peas);
-    expectResult({"fit", peas}, {{"/X2", fit.getX2()}, {"/G", fit.getG()}, {"/GAdjusted", fit.getGAdjusted()}});
+    // Observed and expected stand in the file; the contributions are worked by hand: (315 - 312.75)^2 / 312.75 and so on.
+    const double peaClasses[][3] = {
+        {315, 312.75, 5.0625 / 312.75}, {101, 104.25, 10.5625 / 104.25}, {108, 104.25, 14.0625 / 104.25}, {32, 34.75, 7.5625 / 34.75}};
+    Fields fitted = {{"/X2", fit.getX2()}, {"/G", fit.getG()}, {"/GAdjusted", fit.getGAdjusted()}};
+    for (std::size_t i = 0; i < std::size(peaClasses); ++i)
+        fitted = fitted + under("/classes/" + std::to_string(i),
+                                {{"/observed", peaClasses[i][0]}, {"/expected", peaClasses[i][1]}, {"/contribution", peaClasses[i][2]}});
+    expectResult({"fit", peas}, fitted);
 
     KolmogorovSmirnov2 kolmogorov;
     kolmogorov.readDataFile(digits);
@@ -549,8 +556,13 @@ TEST(Json, hasEveryFieldOfTheRecordsBitForBit)
         const auto [f1, f2] = kolmogorov.getCumulativeFrequency(i);
         const double rel1 = f1 / number(kolmogorov.getN1());
         const double rel2 = f2 / number(kolmogorov.getN2());
-        cumulative = cumulative + under("/cumulativeFrequencies/" + std::to_string(i),
-                                        {{"/F1", f1}, {"/F2", f2}, {"/relF1", rel1}, {"/relF2", rel2}, {"/diff", std::fabs(rel1 - rel2)}});
+        cumulative = cumulative + under("/cumulativeFrequencies/" + std::to_string(i), {{"/count1", kolmogorov.getDataPair(i).x},
+                                                                                        {"/count2", kolmogorov.getDataPair(i).y},
+                                                                                        {"/F1", f1},
+                                                                                        {"/F2", f2},
+                                                                                        {"/relF1", rel1},
+                                                                                        {"/relF2", rel2},
+                                                                                        {"/diff", std::fabs(rel1 - rel2)}});
     }
     expectResult({"ks", digits}, cumulative);
 

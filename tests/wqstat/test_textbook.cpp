@@ -127,7 +127,8 @@ TEST(Textbook, printsTheFiguresOfTheDocumentToSixDigits)
         const Json flat = figuresOf(arguments).flatten();
         std::vector<std::string> expected;
         for (const auto& [pointer, member] : flat.items()) {
-            if (pointer.compare(0, 8, "/differs") == 0 || pointer.compare(0, 9, "/warnings") == 0) continue;
+            const auto begins = [&name = pointer](const char* words) { return name.rfind(words, 0) == 0; };
+            if (begins("/differs") || begins("/warnings") || begins("/groupLimits")) continue;  // these are no lines of the block
             char text[40];
             std::snprintf(text, sizeof text, "%g", member.is_boolean() ? 0.0 : numberOf(member));
             expected.push_back(member.is_null() ? "n/a" : member.is_boolean() ? (member.get<bool>() ? "accepted" : "rejected") : text);

@@ -292,7 +292,15 @@ void AnalysisCommand::printWarnings(const std::vector<std::string>& ofAnalysis) 
 /** What the numbers that stand for labels mean. */
 void AnalysisCommand::printKey() const
 {
-    for (std::size_t i = 0; i < words.labels.size(); ++i) std::cout << words.item << ' ' << i + 1 << ": " << shown(words.labels[i]) << '\n';
+    for (const std::string& line : keyLines()) std::cout << line << '\n';
+}
+
+std::vector<std::string> AnalysisCommand::keyLines() const
+{
+    std::vector<std::string> lines;
+    for (const std::string& label : words.labels)
+        lines.push_back(words.item + " " + std::to_string(lines.size() + 1) + ": " + shown(label));
+    return lines;
 }
 
 std::string AnalysisCommand::exportComment(const wq_lib::BasicStatistics& analysis) const
@@ -332,6 +340,7 @@ PageContent AnalysisCommand::contentOfInputs(const std::vector<std::size_t>& cou
     page.command = commandName;
     page.version = versionText();
     page.commandLine = commandLine();
+    if (words.item == "sample") page.key = keyLines();
     for (std::size_t i = 0; i < inputs.size(); ++i) {
         page.files.push_back({inputs[i]->name(), counts[i], ""});
         for (const std::string& warning : inputs[i]->warnings()) page.warnings.push_back(warning);

@@ -196,6 +196,7 @@ private:
         const auto exact = wq_exact::of(analysis);
         page.textbook = textbook(exact);
         page.textbook->setWarnings(warningsOf(exact, analysis).others);
+        page.rows = rowsOf(analysis, words);
         page.report = reportOf(analysis);
         return page;
     }
@@ -212,6 +213,7 @@ private:
     void printWarnings(const std::vector<std::string>& ofAnalysis) const;
     void printWarning(const std::string& text) const;
     void printKey() const;
+    std::vector<std::string> keyLines() const;
     std::string exportComment(const wq_lib::BasicStatistics& analysis) const;
     void writeExport(const std::function<bool(const std::string&)>& writeFile) const;
     PictureWords pictureWords() const;

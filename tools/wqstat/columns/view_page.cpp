@@ -142,6 +142,31 @@ void columnSection(HtmlWriter& html, const ColumnProfile& column, std::size_t in
     html.close();
 }
 
+/** Sections of the first columns, of so many bytes at most, and how many there are besides. */
+void writeColumns(HtmlWriter& html, const std::vector<ColumnProfile>& columns, std::size_t room)
+{
+    constexpr std::size_t sentence = 400;
+    std::size_t shown = 0;
+    for (std::size_t used = sentence; shown < columns.size(); ++shown) {
+        HtmlWriter section;
+        columnSection(section, columns[shown], shown);
+        used += section.size();
+        if (used > room) break;
+        html.append(section);
+    }
+    if (shown < columns.size())
+        html.element("p", "These are the first " + counted(shown, "column", "columns") + "; " + digits(columns.size() - shown) +
+                              " more would make the page larger than 300 KiB. wqstat columns --json or --tsv prints all of them.");
+}
+
+void writeCommands(HtmlWriter& html, const TableView& view)
+{
+    heading(html, "commands", "Command lines that fit", "h2");
+    if (view.commands.empty()) html.element("p", "No analysis fits these columns as they are.");
+    for (const std::string& command : view.commands) html.element("pre", command);
+    html.close();
+}
+
 }  // namespace
 
 std::string viewPage(const TableView& view, const PageOrigin& origin)
@@ -157,12 +182,11 @@ std::string viewPage(const TableView& view, const PageOrigin& origin)
                      "; nothing has been tested",
                  {{"class", "summary"}});
     html.close();
-    for (std::size_t i = 0; i < profile.columns.size(); ++i) columnSection(html, profile.columns[i], i);
-    heading(html, "commands", "Command lines that fit", "h2");
-    if (view.commands.empty()) html.element("p", "No analysis fits these columns as they are.");
-    for (const std::string& command : view.commands) html.element("pre", command);
-    html.close();
-    howItWasMade(html, origin.version, origin.commandLine, {origin.file});
+    HtmlWriter end;
+    writeCommands(end, view);
+    howItWasMade(end, origin.version, origin.commandLine, {origin.file});
+    writeColumns(html, profile.columns, mostBytesOfPage - std::min(mostBytesOfPage, html.size() + end.size()));
+    html.append(end);
     html.close().close().close();
     return html.page();
 }

@@ -2,6 +2,9 @@
 
 #include "html_parts.h"
 
+#include <algorithm>
+#include <cstddef>
+
 namespace wqstat {
 
 std::string htmlPage(const PageContent& content)
@@ -14,12 +17,14 @@ std::string htmlPage(const PageContent& content)
     html.element("p", content.statement.summary, {{"class", "summary"}}).close();
     heading(html, "picture", "Picture", "h2");
     html.open("figure").picture(content.picture).close().close();
-    resultTable(html, content, "h2", "");
-    heading(html, "report", "Report", "h2");
-    html.element("pre", content.report).close();
-    dataNotes(html, content, "h2");
-    howItWasMade(html, content.version, content.commandLine, content.files);
-    html.close().close().close();
+    resultTable(html, content, "h2", "", PageRows::mostShown);
+    HtmlWriter origin;
+    dataNotes(origin, content, "h2");
+    howItWasMade(origin, content.version, content.commandLine, content.files);
+    constexpr std::size_t end = 200;
+    const std::size_t used = html.size() + origin.size() + end;
+    html.append(reportSection(content.report, "h2", mostBytesOfPage - std::min(used, mostBytesOfPage)));
+    html.append(origin).close().close().close();
     return html.page();
 }
 

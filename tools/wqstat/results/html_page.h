@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pictures/svg_element.h"
+#include "results/page_rows.h"
 #include "results/statement.h"
 #include "results/textbook.h"
 
@@ -23,6 +24,8 @@ struct PageContent {
     std::string title;
     Statement statement;
     std::optional<Textbook> textbook;
+    PageRows rows;
+    std::vector<std::string> key;  ///< what the numbers of samples mean
     SvgElement picture;
     std::string report;
     std::vector<PageFile> files;

@@ -12,7 +12,10 @@ namespace wqstat {
 
 namespace {
 
-constexpr std::size_t mostBytes = 300 * 1024;
+constexpr std::size_t mostBytes = mostBytesOfPage;
+constexpr std::size_t mostBytesOfTable = 200 * 1024;
+constexpr std::size_t mostBytesOfReport = 24 * 1024;
+constexpr std::size_t mostRowsOfSection = 20;
 constexpr std::size_t mostBytesOfMultiples = 150 * 1024;
 constexpr std::size_t leastBytesOfPicture = 8 * 1024;
 constexpr int digitsOfP = 3;
@@ -124,8 +127,16 @@ private:
         html.open("section", {{"class", "all"}, {"id", "all"}}).element("h2", "All results").open("table").open("thead").open("tr");
         for (const char* const column : {"analysis", "result", "p", "p, Holm"}) html.element("th", column, {{"scope", "col"}});
         html.close().close().open("tbody");
-        for (std::size_t i = 0; i < content.analyses.size(); ++i) row(html, i);
+        std::size_t shown = 0;
+        for (const std::size_t least = html.size(); shown < content.analyses.size(); ++shown) {
+            if (html.size() - least > mostBytesOfTable) break;
+            row(html, shown);
+        }
         html.close().close();
+        if (shown < content.analyses.size())
+            html.element("p", "These are the first " + digits(shown) + " of " + digits(content.analyses.size()) +
+                                  " analyses; more would make the page larger than 300 KiB. wqstat " + content.command +
+                                  " --tsv prints a row for each.");
         html.element("p", "Exact p, and the same adjusted for the number of tests by Holm's method (1979): to reject where it is below " +
                               figures(content.alpha) + " rejects any hypothesis that holds in at most " + figures(100.0 * content.alpha) +
                               " % of such pages.");
@@ -158,7 +169,8 @@ private:
     /** Small pictures with the same axes, as many as have room. */
     void drawMultiples(std::size_t used)
     {
-        const std::size_t most = std::min(mostBytesOfMultiples, used < mostBytes ? mostBytes - used : 0);
+        constexpr std::size_t sentences = 1024;  // about these pictures, and of what else has no room
+        const std::size_t most = std::min(mostBytesOfMultiples, mostBytes - std::min(mostBytes, used + sentences));
         if (most < 2 * leastBytesOfPicture) return;
         HtmlWriter& html = multiples;
         std::vector<std::size_t> which;
@@ -173,13 +185,14 @@ private:
         html.open("section", {{"class", "multiple"}, {"id", "multiples"}}).element("h2", "Side by side");
         html.open("ul", {{"class", "multiples"}});
         std::size_t drawn = 0;
-        for (std::size_t bytes = 0; drawn < which.size(); ++drawn) {
+        for (; drawn < which.size(); ++drawn) {
             Picture picture = *content.analyses[which[drawn]].multiple;
             picture.commands = charts[drawn].commands();
             const SvgElement svg = inlineSvg(picture, "small-" + std::to_string(which[drawn] + 1) + "-");
-            bytes += svg.markup().size();
-            if (bytes > most && drawn > 0) break;
-            html.open("li").element("p", content.analyses[which[drawn]].name).open("figure").picture(svg).close().close();
+            HtmlWriter item;
+            item.open("li").element("p", content.analyses[which[drawn]].name).open("figure").picture(svg).close().close();
+            if (html.size() + item.size() > most && drawn > 0) break;
+            html.append(item);
         }
         html.close();
         if (drawn < made) html.element("p", "These are the first " + digits(drawn) + " of " + digits(made) + ".");
@@ -207,9 +220,8 @@ private:
             html.open("figure").picture(*picture).close().close();
         else
             html.element("p", "It has no room on this page.").close();
-        resultTable(html, *one.content, "h3", documentOf(i));
-        heading(html, "report", "Report", "h3");
-        html.element("pre", one.content->report).close();
+        resultTable(html, *one.content, "h3", documentOf(i), mostRowsOfSection);
+        html.append(reportSection(one.content->report, "h3", mostBytesOfReport));
         dataNotes(html, *one.content, "h3");
         html.close();
         return html;

@@ -2,7 +2,9 @@
 
 #include "command_line/arguments.h"
 #include "results/figures.h"
+#include "results/markup_text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <variant>
 
@@ -32,7 +34,8 @@ ul.contents { padding-left: 1.25rem; }
 .multiples p { margin: 0 0 .25rem; }
 .failed { color: var(--mark); }
 table { border-collapse: collapse; width: 100%; }
-caption { text-align: left; }
+caption { text-align: left; padding: 1.25rem 0 .25rem; font-weight: 600; }
+@media (max-width: 40rem) { .rows { font-size: .8rem; } .rows th, .rows td { padding-right: .4rem; } }
 th, td { text-align: left; vertical-align: top; padding: .25rem .75rem .25rem 0; border-bottom: 1px solid var(--rule); font-weight: 400; }
 thead th { font-weight: 600; }
 .all data { white-space: nowrap; }
@@ -98,18 +101,39 @@ void heading(HtmlWriter& html, MarkupWord section, std::string_view text, Markup
 
 namespace {
 
-void tableHead(HtmlWriter& html)
+void tableHead(HtmlWriter& html, const std::vector<std::string>& heads)
 {
-    html.open("thead").open("tr").element("th", "figure", {{"scope", "col"}}).element("th", "value", {{"scope", "col"}}).close().close();
+    html.open("thead").open("tr");
+    for (const std::string& head : heads) html.element("th", head, {{"scope", "col"}});
+    html.close().close();
+}
+
+/** A table with a row for each group or class, of which so many are shown. */
+void rowTable(HtmlWriter& html, const PageContent& content, const std::string& document, std::size_t mostRows)
+{
+    const PageRows& table = content.rows;
+    html.open("table", {{"class", "rows"}}).element("caption", table.caption);
+    tableHead(html, table.heads);
+    html.open("tbody");
+    const std::size_t shown = std::min(table.rows.size(), mostRows);
+    for (std::size_t i = 0; i < shown; ++i) {
+        html.open("tr").element("th", table.rows[i].name, {{"scope", "row"}});
+        for (const PageRows::Cell& cell : table.rows[i].cells) figureCell(html, cell.value, document + cell.path);
+        html.close();
+    }
+    html.close().close();
+    if (shown < table.total)
+        html.element("p", "These are the first " + counted(shown, table.item, table.items) + "; " + digits(table.total - shown) +
+                              " more are left out here. wqstat " + content.command + " --json prints all of them.");
 }
 
 }  // namespace
 
-void resultTable(HtmlWriter& html, const PageContent& content, MarkupWord level, const std::string& document)
+void resultTable(HtmlWriter& html, const PageContent& content, MarkupWord level, const std::string& document, std::size_t mostRows)
 {
     heading(html, "results", "Results", level);
     html.open("table");
-    tableHead(html);
+    tableHead(html, {"figure", "value"});
     html.open("tbody");
     for (const Estimate& estimate : content.statement.estimates) row(html, estimate.label, estimate.value, document + estimate.path);
     if (content.textbook) {
@@ -122,11 +146,39 @@ void resultTable(HtmlWriter& html, const PageContent& content, MarkupWord level,
         }
     }
     html.close().close();
+    for (const std::string& line : content.key) html.element("p", line);
+    if (content.rows.total > 0) rowTable(html, content, document, mostRows);
     if (content.textbook) {
         for (const std::string& sentence : content.textbook->differenceSentences()) html.element("p", sentence, {{"class", "differs"}});
         for (const std::string& warning : content.textbook->warnings()) html.element("p", "Warning: " + warning, {{"class", "warns"}});
     }
     html.close();
+}
+
+HtmlWriter reportSection(const std::string& report, MarkupWord level, std::size_t room)
+{
+    constexpr std::size_t ownMarkup = 400;
+    HtmlWriter whole;
+    heading(whole, "report", "Report", level);
+    whole.element("pre", report).close();
+    if (whole.size() <= room) return whole;
+
+    std::size_t end = 0;
+    std::size_t lines = 0;
+    for (std::size_t used = ownMarkup; end < report.size(); ++lines) {
+        const std::size_t next = std::min(report.find('\n', end), report.size() - 1) + 1;
+        used += markupText(std::string_view(report).substr(end, next - end)).size();
+        if (used > room) break;
+        end = next;
+    }
+    const auto all = static_cast<std::size_t>(std::count(report.begin(), report.end(), '\n'));
+    HtmlWriter html;
+    heading(html, "report", "Report", level);
+    html.element("pre", std::string_view(report).substr(0, end));
+    html.element("p", "These are the first " + counted(lines, "line", "lines") + " of the report; " + digits(all - lines) +
+                          " more would make the page larger than 300 KiB. The report is printed whole beside the page.");
+    html.close();
+    return html;
 }
 
 void dataNotes(HtmlWriter& html, const PageContent& content, MarkupWord level)
@@ -135,7 +187,10 @@ void dataNotes(HtmlWriter& html, const PageContent& content, MarkupWord level)
     html.open("ul");
     for (const PageFile& file : content.files)
         html.element("li", file.name + ": " + counted(file.observations, "observation", "observations") + " read");
-    for (const std::string& warning : content.warnings) html.element("li", warning);
+    constexpr std::size_t mostWarnings = 50;
+    const std::size_t shown = std::min(content.warnings.size(), mostWarnings);
+    for (std::size_t i = 0; i < shown; ++i) html.element("li", content.warnings[i]);
+    if (shown < content.warnings.size()) html.element("li", digits(content.warnings.size() - shown) + " more, which standard error has");
     const bool warned = !content.warnings.empty() || (content.textbook && !content.textbook->warnings().empty());
     if (!warned) html.element("li", "Nothing was left out, and nothing was read in a way that may surprise.");
     html.close().close();
@@ -147,8 +202,13 @@ void howItWasMade(HtmlWriter& html, const std::string& version, const std::strin
     html.open("dl");
     html.element("dt", "Program").element("dd", version);
     html.element("dt", "Command line").open("dd").open("pre").element("code", commandLine).close().close();
-    for (const PageFile& file : files)
+    constexpr std::size_t mostFiles = 200;
+    for (std::size_t i = 0; i < std::min(files.size(), mostFiles); ++i) {
+        const PageFile& file = files[i];
         html.element("dt", "SHA-256 of " + file.name).element("dd", file.sha256.empty() ? "none: it is no file on a disk" : file.sha256);
+    }
+    if (files.size() > mostFiles)
+        html.element("dt", "SHA-256").element("dd", "of " + digits(files.size() - mostFiles) + " more files it is left out here");
     html.close().close();
 }
 

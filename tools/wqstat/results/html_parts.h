@@ -4,11 +4,15 @@
 #include "html_page.h"
 #include "html_writer.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace wqstat {
+
+/** No page is larger. */
+constexpr std::size_t mostBytesOfPage = 300 * 1024;
 
 /** Opens the page, and writes its head. */
 void pageHead(HtmlWriter& html, const std::string& title);
@@ -19,8 +23,15 @@ void heading(HtmlWriter& html, MarkupWord section, std::string_view text, Markup
 /** A figure for people, with all its digits for programs, in a cell of a table. @param path where it stands in the JSON document */
 void figureCell(HtmlWriter& html, double value, const std::string& path, int shownDigits = 6);
 
-/** The section of all figures and decisions. @param document what the paths of its figures begin with: "2/" of the third of an array */
-void resultTable(HtmlWriter& html, const PageContent& content, MarkupWord level, const std::string& document);
+/**
+ * The section of all figures and decisions.
+ * @param document what the paths of its figures begin with: "2/" of the third of an array
+ * @param mostRows of groups or classes; a sentence says how many there are besides
+ */
+void resultTable(HtmlWriter& html, const PageContent& content, MarkupWord level, const std::string& document, std::size_t mostRows);
+
+/** The section of the report: of so many bytes at most, with a sentence where that is not all of it. */
+HtmlWriter reportSection(const std::string& report, MarkupWord level, std::size_t room);
 
 /** The section of what was read. */
 void dataNotes(HtmlWriter& html, const PageContent& content, MarkupWord level);

@@ -1,6 +1,7 @@
 #include "result_members.h"
 
 #include "anova_decision.h"
+#include "page_rows.h"
 #include "command_line/arguments.h"
 
 #include <algorithm>
@@ -125,6 +126,24 @@ void anovaMembers(ResultWriter& out, const wq_lib::SingleAnova& anova, bool with
               [&](const wq_lib::anova_group& group) { out.object("", [&] { groupMembers(out, group, withObservations); }); });
 }
 
+/** The confidence limits of the groups' means, which no record holds. */
+void groupLimits(ResultWriter& out, const wq_lib::SingleAnova& anova, const wq_exact::AnovaResult& exact)
+{
+    const auto figure = [&out](const char* name, double value) {
+        if (std::isnan(value))
+            out.nothing(name);
+        else
+            out.member(name, value);
+    };
+    out.array("groupLimits", anova.getGroups(), [&](const wq_lib::anova_group& group) {
+        const wq_exact::Limits limits = exact.meanLimits(group);
+        out.object("", [&] {
+            figure("lower", limits.lower);
+            figure("upper", limits.upper);
+        });
+    });
+}
+
 /** Critical value and probability that both Anova reports print. */
 void anovaReport(ResultWriter& out, const wq_lib::SingleAnova& anova)
 {
@@ -188,7 +207,9 @@ void bookMembers(ResultWriter& out, BookLines lines)
     }
 }
 
-void writeTextbook(ResultWriter& out, const Textbook& textbook)
+/** @param writeMore the members that are no lines of the block. */
+template <typename More>
+void writeTextbook(ResultWriter& out, const Textbook& textbook, More writeMore)
 {
     BookLines lines;
     const auto isAt = [](const std::string& path) { return [&path](const Textbook::Line& line) { return line.path == path; }; };
@@ -201,6 +222,7 @@ void writeTextbook(ResultWriter& out, const Textbook& textbook)
     }
     out.object("textbook", [&] {
         bookMembers(out, std::move(lines));
+        if constexpr (!std::is_same_v<More, std::nullptr_t>) writeMore();
         out.texts("differs", textbook.differing());
         out.texts("warnings", textbook.warnings());
         out.decidingP(textbook.value(textbook.deciding()));
@@ -238,10 +260,14 @@ void writeWords(ResultWriter& out, const DataWords& words)
     });
 }
 
-/** @param writeReport what the report prints that no record holds. @param writeDecision as the report states it. */
-template <typename Settings, typename Result, typename Report, typename Decision>
+/**
+ * @param writeReport what the report prints that no record holds.
+ * @param writeDecision as the report states it.
+ * @param writeExact of the textbook, what its block does not print.
+ */
+template <typename Settings, typename Result, typename Report, typename Decision, typename Exact = std::nullptr_t>
 void writeWhole(ResultWriter& out, const ResultHead& head, const wq_lib::BasicStatistics& analysis, Settings writeSettings,
-                Result writeResult, Report writeReport, Decision writeDecision)
+                Result writeResult, Report writeReport, Decision writeDecision, Exact writeExact = none)
 {
     out.beginObject("");
     out.member("wqstat", shortest(wq_stat_1VersionNumber));
@@ -258,7 +284,7 @@ void writeWhole(ResultWriter& out, const ResultHead& head, const wq_lib::BasicSt
     out.object("result", writeResult);
     optionalObject(out, "report", writeReport);
     optionalObject(out, "decision", writeDecision);
-    writeTextbook(out, head.textbook);
+    writeTextbook(out, head.textbook, writeExact);
     out.endObject();
 }
 
@@ -360,7 +386,8 @@ void writeResults(ResultWriter& out, const ResultHead& head, wq_lib::SingleAnova
 {
     const auto decision = [&] { out.member("acceptH0", reportAcceptsH0(anova)); };
     writeWhole(
-        out, head, anova, none, [&] { anovaMembers(out, anova, head.observations); }, [&] { anovaReport(out, anova); }, decision);
+        out, head, anova, none, [&] { anovaMembers(out, anova, head.observations); }, [&] { anovaReport(out, anova); }, decision,
+        [&] { groupLimits(out, anova, wq_exact::of(anova)); });
 }
 
 void writeResults(ResultWriter& out, const ResultHead& head, wq_lib::LinearRegressionMultiY& regression)
@@ -387,7 +414,8 @@ void writeResults(ResultWriter& out, const ResultHead& head, wq_lib::LinearRegre
     };
     const auto decision = [&] { out.member("computeRegression", regression.isComputeRegression()); };
     writeWhole(
-        out, head, regression, none, results, [&] { anovaReport(out, regression); }, decision);
+        out, head, regression, none, results, [&] { anovaReport(out, regression); }, decision,
+        [&] { groupLimits(out, regression, wq_exact::of(regression).groups); });
 }
 
 void writeResults(ResultWriter& out, const ResultHead& head, wq_lib::GoodnessOfFit& test)
@@ -401,6 +429,16 @@ void writeResults(ResultWriter& out, const ResultHead& head, wq_lib::GoodnessOfF
         out.member("X2", test.getX2());
         out.member("G", test.getG());
         out.member("GAdjusted", test.getGAdjusted());
+        out.beginArray("classes");
+        for (std::size_t i = 0; i < test.getSampleSize(); ++i) {
+            const FitClass one = fitClass(test, i);
+            out.object("", [&] {
+                out.member("observed", one.observed);
+                out.member("expected", one.expected);
+                out.member("contribution", one.contribution);
+            });
+        }
+        out.endArray();
     };
     const auto report = [&] {
         out.member("df", df);
@@ -418,7 +456,10 @@ void writeResults(ResultWriter& out, const ResultHead& head, wq_lib::KolmogorovS
     const auto size2 = static_cast<double>(test.getN2());
     const auto cumulative = [&](std::size_t i) {
         const auto [c1, c2] = test.getCumulativeFrequency(i);
+        const wq_lib::data_pair counts = test.getDataPair(i);
         out.beginObject("");
+        out.member("count1", counts.x);
+        out.member("count2", counts.y);
         out.member("F1", c1);
         out.member("F2", c2);
         out.member("relF1", c1 / size1);
