@@ -387,7 +387,7 @@ TEST(ColumnsPage, hasTheFiguresOfTheJsonDocument)
     const Page page = pageIn(file);
     EXPECT_THAT(page.faults, IsEmpty());
     EXPECT_THAT(page.languages, ElementsAre("en"));
-    EXPECT_THAT(page.titles, ElementsAre(table + " \u2013 wqstat columns"));
+    EXPECT_THAT(page.titles, ElementsAre("Columns of " + table));
     EXPECT_THAT(page.texts, Contains("6 rows, 4 columns; nothing has been tested"));
     EXPECT_THAT(page.texts, Contains("line 3: '<2'"));
     EXPECT_THAT(page.texts, Contains("2023-01-01")) << "a date, and what is least of them";

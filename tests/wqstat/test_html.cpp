@@ -95,12 +95,63 @@ TEST(Page, saysWhatWasAskedWhatCameOutAndHowItWasMade)
         EXPECT_THAT(page.faults, IsEmpty());
         EXPECT_THAT(page.languages, ElementsAre("en"));
         ASSERT_EQ(page.titles.size(), 1U);
-        EXPECT_THAT(page.titles[0], testing::EndsWith(" \u2013 wqstat " + analysis.arguments[0]));
         EXPECT_THAT(page.texts, Contains(analysis.question));
         EXPECT_THAT(page.texts, Contains(StartsWith(analysis.summary)));
         EXPECT_THAT(page.texts, Contains(report.output)) << "the report, verbatim";
         EXPECT_LT(std::filesystem::file_size(file), 300U * 1024U);
     }
+}
+
+// What stands in the list of a browser's pages, and as the first line of the page.
+TEST(Page, isTitledByWhatItIsAbout)
+{
+    const TempFolder folder;
+    const std::string plants =
+        folder.write("plants.csv", "treatment,height_cm,root\nctrl,4,2\nctrl,5,1\nctrl,7,3\nheat,5,6\nheat,8,3\nheat,9,1\n");
+    const std::string plain = folder.write("plain.txt", "1;2\n2;3\n3;5\n");
+    const std::string named = folder.write("named.txt", "# Weight (kg);height (m)\n1;2\n2;3\n3;5\n");
+    const std::string dash = " \u2013 ";
+    const struct {
+        int line;
+        Words arguments;
+        std::string heading;
+        std::string rest;  // of the title
+    } rows[] = {
+        {__LINE__,
+         {"anova", "--group", "treatment", "--value", "height_cm", plants},
+         "height_cm by treatment",
+         dash + "one-way Anova" + dash + "plants.csv"},
+        {__LINE__,
+         {"regress", "--model", "power", "--x", "root", "--y", "height_cm", plants},
+         "height_cm by root",
+         dash + "power regression" + dash + "plants.csv"},
+        {__LINE__,
+         {"correlate", "--x", "root", "--y", "height_cm", plants},
+         "root and height_cm",
+         dash + "correlation" + dash + "plants.csv"},
+        {__LINE__, {"describe", "--column", "root", plants}, "root", dash + "descriptive statistics" + dash + "plants.csv"},
+        {__LINE__,
+         {"variances", "--column", "root", "--column2", "height_cm", plants},
+         "root and height_cm",
+         dash + "test of two variances" + dash + "plants.csv"},
+        {__LINE__,
+         {"describe", "--column", "root", "--title", "Roots", plants},
+         "Roots",
+         dash + "descriptive statistics" + dash + "plants.csv"},
+        {__LINE__, {"pairs", plain}, "plain.txt" + dash + "paired samples", ""},
+        {__LINE__, {"pairs", plain, "--x-label", "dose"}, "dose", dash + "paired samples" + dash + "plain.txt"},
+        {__LINE__, {"pairs", named}, "Weight (kg) and height (m)", dash + "paired samples" + dash + "named.txt"},
+        {__LINE__, {"fit", "--lenient", named}, "Weight (kg) and height (m)", dash + "goodness of fit" + dash + "named.txt"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const std::string file = folder.path("page.html");
+        ASSERT_EQ(run(withPage(with(row.arguments, {"--no-warnings"}), file)).status, done);
+        EXPECT_THAT(pageIn(file).titles, ElementsAre(row.heading + row.rest));
+        EXPECT_THAT(contentOf(file), HasSubstr("<h1>" + row.heading + "</h1>"));
+    }
+    ASSERT_EQ(run(withPage({"regress", "--model", "linear", named}, folder.path("page.html"))).status, done);
+    EXPECT_THAT(pageIn(folder.path("page.html")).texts, Contains("How does height (m) depend on Weight (kg), by y = a + b x?"));
 }
 
 // What an effect size is called in the summary, and where it stands in the JSON document.
@@ -396,6 +447,7 @@ TEST(Page, takesEveryTextForAText)
         const TempFolder folder;
         std::string comment = text;
         comment.erase(std::remove(comment.begin(), comment.end(), '#'), comment.end());
+        for (std::size_t i = 0; (i = comment.find(';', i)) != std::string::npos; ++i) comment.insert(i + 1, " ");  // names no columns
         std::string name = "f" + text;
         std::replace(name.begin(), name.end(), '/', '|');
         const std::string data = folder.write(name, "# c" + comment + "\n1;0\n2;0 " + "\n3;0\n");

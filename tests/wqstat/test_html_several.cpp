@@ -106,6 +106,18 @@ TEST(PageOfSeveral, hasTheFiguresOfTheJsonArrayAndCostsTheReportsNothing)
     }
 }
 
+TEST(PageOfSeveral, isTitledByWhatItHolds)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const std::string table = folder.write("sites.csv", sites(3));
+    ASSERT_EQ(run({"anova", "--group", "g", "--value", "w", "--by", "site", table, "--no-warnings", "--html", file}).status, done);
+    EXPECT_THAT(pageIn(file).titles, ElementsAre("3 analyses \u2013 one-way Anova \u2013 sites.csv"));
+    EXPECT_THAT(pageIn(file).texts, Contains("w by g")) << "of a section";
+    ASSERT_EQ(run({"describe", cavendish, instrument1, "--html", file}).status, done);
+    EXPECT_THAT(pageIn(file).titles, ElementsAre("2 analyses \u2013 descriptive statistics \u2013 2 files"));
+}
+
 TEST(PageOfSeveral, setsPByHolmBesideThePlainOne)
 {
     const TempFolder folder;
@@ -279,7 +291,7 @@ TEST(PageOfSeveral, takesEveryTextForAText)
         ASSERT_EQ(outcome.status, couldNotAnalyse) << outcome;
         const Page page = pageIn(file);
         EXPECT_THAT(page.faults, IsEmpty());
-        EXPECT_THAT(page.titles, ElementsAre(plainVisible("t" + text) + " \u2013 wqstat describe"));
+        EXPECT_THAT(page.titles, ElementsAre(plainVisible("t" + text) + " \u2013 descriptive statistics \u2013 2 files"));
         const auto times = [&page](const std::string& end) {
             return std::count_if(page.texts.begin(), page.texts.end(), [&end](const std::string& found) {
                 return found.size() >= end.size() && found.compare(found.size() - end.size(), end.size(), end) == 0;

@@ -90,7 +90,13 @@ std::string without(char c, std::string text)
 }
 
 // What a comment of a file can hold of it.
-std::string asComment(const std::string& text) { return without('#', without('\n', text)); }
+// On one line, and with no semicolon that would separate the names of two columns.
+std::string asComment(const std::string& text)
+{
+    std::string comment;
+    for (const char c : without('#', without('\n', text))) comment += c == ';' ? "; " : std::string(1, c);
+    return comment;
+}
 
 // The current folder for as long as the object lives: what an injected command would touch appears there.
 class InFolder {

@@ -968,7 +968,40 @@ TEST(Pictures, haveTheTextsAsTheyAre)
 
     const std::string name = folder.write("no comment.txt", "1\n2\n3\n");
     run({"describe", name, "--plot", folder.path("a.svg")});
-    EXPECT_THAT(textsOf(folder.path("a.svg")), HasSubstr("no comment.txt\n"));
+    EXPECT_THAT(textsOf(folder.path("a.svg")), HasSubstr("no comment.txt \u2013 descriptive statistics\n"));
+}
+
+// A comment that names both columns as the data have them, with a semicolon between.
+TEST(Pictures, nameTheirAxesByTheComment)
+{
+    const struct {
+        int line;
+        const char* comment;
+        const char* title;
+        const char* x;  // in place of "x" and "y"
+        const char* y;
+    } rows[] = {
+        {__LINE__, "weight (kg);height (m)", "weight (kg) and height (m)", "weight (kg)", "height (m)"},
+        {__LINE__, "cars. Speed (mph);distance (ft). 1930.", "cars. Speed (mph) and distance (ft). 1930.", "Speed (mph)", "distance (ft)"},
+        {__LINE__, "Group;observation.", "Group and observation.", "Group", "observation"},
+        {__LINE__, "a;b;c", "a; b; c", "x", "y"},
+        {__LINE__, "a;b; treated", "a and b; treated", "x", "y"},
+        {__LINE__, "two lots; one late", "two lots; one late", "x", "y"},
+        {__LINE__, "ends;", "ends;", "x", "y"},
+        {__LINE__, ";begins", ";begins", "x", "y"},
+        {__LINE__, "plain words", "plain words", "x", "y"},
+    };
+    const TempFolder folder;
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const std::string data = folder.write("data.txt", std::string("# ") + row.comment + "\n1;2\n2;3\n3;5\n");
+        const std::string file = folder.path("a.svg");
+        ASSERT_EQ(run({"correlate", data, "--plot", file}).status, done);
+        const std::string texts = "\n" + textsOf(file);
+        for (const char* const text : {row.title, row.x, row.y}) EXPECT_THAT(texts, HasSubstr("\n" + std::string(text) + "\n"));
+        ASSERT_EQ(run({"correlate", data, "--plot", file, "--title", "T", "--x-label", "X", "--y-label", "Y"}).status, done);
+        for (const char* const text : {"\nT\n", "\nX\n", "\nY\n"}) EXPECT_THAT("\n" + textsOf(file), HasSubstr(text));
+    }
 }
 
 // ---------------------------------------------------------------- what goes wrong

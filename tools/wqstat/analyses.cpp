@@ -17,6 +17,7 @@
 #include <numeric>
 #include <string>
 #include <system_error>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -45,6 +46,8 @@ private:
 };
 
 class Describe final : public AnalysisCommand {
+    std::string analysisName() const override { return "descriptive statistics"; }
+
     void declareOptions(CLI::App& app) override
     {
         addReal(app, "--mu", mu, anyFinite, "mean under H0, 0 unless given");
@@ -88,6 +91,8 @@ class Describe final : public AnalysisCommand {
 };
 
 class FrequencyClasses final : public AnalysisCommand {
+    std::string analysisName() const override { return "frequencies"; }
+
     void declareOptions(CLI::App& app) override
     {
         addCount(app, "--classes", classes, 1, 1'000'000, "number of classes, 10 unless given");
@@ -125,6 +130,9 @@ class FrequencyClasses final : public AnalysisCommand {
 };
 
 class Variances final : public TwoSampleCommand {
+    std::string analysisName() const override { return "test of two variances"; }
+    std::string aboutBoth(const std::string& first, const std::string& second) const override { return second + " by " + first; }
+
     std::string filesText() const override
     {
         return "data files of the two samples, or tables that hold both; - is standard input, as is no FILE where a table holds both";
@@ -174,6 +182,9 @@ const ColumnOption columnY{"--y", ColumnKind::number, "y"};
 
 template <typename Analysis>
 class Paired final : public AnalysisCommand {
+    std::string analysisName() const override { return std::is_same_v<Analysis, wq_lib::Correlation> ? "correlation" : "paired samples"; }
+    std::string aboutBoth(const std::string& first, const std::string& second) const override { return first + " and " + second; }
+
     void declareOptions(CLI::App& app) override
     {
         addColumn(app, x);
@@ -195,6 +206,9 @@ class Paired final : public AnalysisCommand {
 };
 
 class Regress final : public AnalysisCommand {
+    std::string analysisName() const override { return model + " regression"; }
+    std::string aboutBoth(const std::string& first, const std::string& second) const override { return second + " by " + first; }
+
     PlotChoices plotChoices() const override { return {"xy", true}; }
 
     void declareOptions(CLI::App& app) override
@@ -234,6 +248,9 @@ class Regress final : public AnalysisCommand {
 };
 
 class Anova final : public AnalysisCommand {
+    std::string analysisName() const override { return "one-way Anova"; }
+    std::string aboutBoth(const std::string& first, const std::string& second) const override { return second + " by " + first; }
+
     void declareOptions(CLI::App& app) override
     {
         app.add_flag("--details", details, "after the table print each group and the sums behind the table");
@@ -257,7 +274,7 @@ class Anova final : public AnalysisCommand {
 
     const Input& readGroups(wq_lib::SingleAnova& anova)
     {
-        if (!readsTables()) return read(anova, Layout::pairs);
+        if (!readsTables()) return readNamedPairs(anova);
         const TableRows& table = readTable(anova, chosen({&group, &value}), [&anova](const double* row) { anova.add(row[0], row[1]); });
         words = {table.title(0), table.title(1), "group", table.labels(0).all()};
         return table;
@@ -269,6 +286,9 @@ class Anova final : public AnalysisCommand {
 };
 
 class MultiY final : public AnalysisCommand {
+    std::string analysisName() const override { return "regression with several y for each x"; }
+    std::string aboutBoth(const std::string& first, const std::string& second) const override { return second + " by " + first; }
+
     void declareOptions(CLI::App& app) override
     {
         addColumn(app, x);
@@ -319,6 +339,8 @@ std::vector<double> ratioArgument(const std::string& text)
 }
 
 class Fit final : public AnalysisCommand {
+    std::string analysisName() const override { return "goodness of fit"; }
+
     void declareOptions(CLI::App& app) override
     {
         app.add_flag("--yates", yates, "Yates' continuity correction of chi-square (two classes only)");
@@ -421,6 +443,8 @@ void addClasses(wq_lib::KolmogorovSmirnov2& test, std::array<std::vector<double>
 }
 
 class KolmogorovSmirnov final : public TwoSampleCommand {
+    std::string analysisName() const override { return "Kolmogorov-Smirnov test"; }
+
     std::string filesText() const override { return AnalysisCommand::filesText() + "; with --column alone two tables, one of each sample"; }
 
     void declareOptions(CLI::App& app) override
@@ -485,6 +509,8 @@ class KolmogorovSmirnov final : public TwoSampleCommand {
 // ---------------------------------------------------------------- directions
 
 class Directions final : public AnalysisCommand {
+    std::string analysisName() const override { return "directions"; }
+
     void declareOptions(CLI::App& app) override
     {
         app.add_option("--unit", unit, "unit of the angles: radians, degrees or bins; radians unless given")

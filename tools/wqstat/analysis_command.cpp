@@ -10,6 +10,7 @@
 #include "data_files/file_identity.h"
 #include "data_files/input_file.h"
 #include "numbers/white_space.h"
+#include "results/figures.h"
 #include "results/json_writer.h"
 #include "results/output_file.h"
 #include "results/sha256.h"
@@ -114,6 +115,7 @@ void AnalysisCommand::analyseNext()
     inputs.clear();
     descriptions.clear();
     words = {};
+    namesInComment = {};
     try {
         analyse();
     } catch (const CannotAnalyse& problem) {
@@ -196,9 +198,16 @@ const TableRows& AnalysisCommand::readPart(const std::string& name, const std::v
     return input;
 }
 
+const Input& AnalysisCommand::readNamedPairs(wq_lib::BasicXyStatistics& analysis)
+{
+    const Input& input = read(analysis, Layout::pairs);
+    namesInComment = pairNames(analysis.getComment());
+    return input;
+}
+
 const Input& AnalysisCommand::readPairs(wq_lib::BasicXyStatistics& analysis, const ColumnOption& x, const ColumnOption& y)
 {
-    if (!readsTables()) return read(analysis, Layout::pairs);
+    if (!readsTables()) return readNamedPairs(analysis);
     const TableRows& table = readTable(analysis, chosen({&x, &y}), [&analysis](const double* row) { analysis.add(row[0], row[1]); });
     words.xTitle = table.title(0);
     words.yTitle = table.title(1);
@@ -322,16 +331,43 @@ void AnalysisCommand::writeExport(const std::function<bool(const std::string&)>&
 
 PictureWords AnalysisCommand::pictureWords() const
 {
-    std::string source = "wqstat " + commandName;
-    for (const auto& input : inputs) source += " " + input->name();
     const PlotRequest& plot = views.plot();
-    const auto label = [](const std::string& given, const std::string& title) { return given.empty() ? title : given; };
-    PictureWords asked{
-        source,      plot.title,  label(plot.xLabel, words.xTitle), label(plot.yLabel, words.yTitle), plot.logarithmic, plot.residuals,
-        plot.canvas, words.labels};
+    const auto firstOf = [](const std::string& given, const std::string& title, const std::string& name) {
+        return !given.empty() ? given : !title.empty() ? title : name;
+    };
+    const std::string x = firstOf(plot.xLabel, words.xTitle, namesInComment.x);
+    const std::string y = firstOf(plot.yLabel, words.yTitle, namesInComment.y);
+    const std::string about = subject(x, y);
+    const std::string source = about.empty() ? filesInTitle() + titleSeparator + analysisName() : about;
+    PictureWords asked{source, plot.title, x, y, plot.logarithmic, plot.residuals, plot.canvas, words.labels};
     if (plot.residuals && !asked.canvas.isGiven) asked.canvas.height = 800.0;
     finish(asked.canvas, plot.fontSize, plot.dots);
     return asked;
+}
+
+/** Of the file, without its folders, and of the part of it. */
+std::string AnalysisCommand::nameInTitle(std::size_t input) const
+{
+    const std::string name = inputs[input]->name();
+    const std::string path = shown(inputNames[input]);
+    if (name.compare(0, path.size(), path) != 0) return name;
+    return shown(std::filesystem::path(inputNames[input]).filename().string()) + name.substr(path.size());
+}
+
+std::string AnalysisCommand::filesInTitle() const
+{
+    std::string names;
+    for (std::size_t i = 0; i < inputs.size(); ++i) names += (names.empty() ? "" : " and ") + nameInTitle(i);
+    return names;
+}
+
+/** What the analysis is about, by the names of its variables; empty where they have none. */
+std::string AnalysisCommand::subject(const std::string& x, const std::string& y) const
+{
+    if (!x.empty() && !y.empty()) return aboutBoth(x, y);
+    if (!x.empty() || !words.yTitle.empty()) return x.empty() ? words.yTitle : x;
+    if (words.item == "sample" && words.labels.size() == 2) return words.labels[0] + " and " + words.labels[1];
+    return "";
 }
 
 PageContent AnalysisCommand::contentOfInputs(const std::vector<std::size_t>& counts) const
@@ -410,7 +446,12 @@ PictureWords AnalysisCommand::wordsOfMultiple(const std::string& name) const
 void AnalysisCommand::writePageOfSeveral()
 {
     pageOfAll.command = commandName;
-    pageOfAll.title = views.plot().title.value_or("");
+    pageOfAll.heading = views.plot().title.value_or("");
+    if (pageOfAll.heading.empty()) pageOfAll.heading = counted(pageOfAll.analyses.size(), "analysis", "analyses");
+    const std::string source =
+        givenFiles.size() > 1 ? counted(givenFiles.size(), "file", "files") : nameOf(givenFiles.empty() ? "-" : givenFiles.front());
+    pageOfAll.title =
+        pageOfAll.heading + titleSeparator + analysisName() + titleSeparator + std::filesystem::path(source).filename().string();
     pageOfAll.alpha = alpha;
     pageOfAll.version = versionText();
     pageOfAll.commandLine = commandLine();

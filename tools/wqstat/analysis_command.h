@@ -3,6 +3,7 @@
 
 #include "command.h"
 #include "pictures/gnuplot.h"
+#include "data_files/comment_words.h"
 #include "data_files/data_words.h"
 #include "data_files/input.h"
 #include "data_files/line_check.h"
@@ -29,6 +30,8 @@
 
 namespace wqstat {
 
+constexpr char titleSeparator[] = " \u2013 ";
+
 class AnalysisCommand : public Command {
 public:
     void declare(CLI::App& app) final;
@@ -54,6 +57,12 @@ protected:
 
     /** Adds --list and --export. */
     virtual void declareOutputs(CLI::App& app);
+
+    /** What it is called in titles: "one-way Anova". */
+    virtual std::string analysisName() const = 0;
+
+    /** What it is about where both axes have names; of a single variable the y axis shows a count. */
+    virtual std::string aboutBoth(const std::string& x, const std::string&) const { return x; }
 
     /** What its pictures can show besides the usual. */
     virtual PlotChoices plotChoices() const { return {}; }
@@ -86,11 +95,17 @@ protected:
     const TableRows& readTable(wq_lib::BasicStatistics& analysis, const std::string& name, const std::vector<Column>& columns,
                                const RowHandler& takeRow);
 
+    /** Pairs in the library's own format, with the names that their comment has for them. */
+    const Input& readNamedPairs(wq_lib::BasicXyStatistics& analysis);
+
     /** Pairs: of two columns, where these are named, or of a file in the format of pairs. */
     const Input& readPairs(wq_lib::BasicXyStatistics& analysis, const ColumnOption& x, const ColumnOption& y);
 
     /** The words to show the results with, for readers of tables. */
     DataWords words;
+
+    /** Where the data are pairs in the library's own format, how their comment names the columns. */
+    PairNames namesInComment;
 
     /** Prints warnings and report, then textbook, details, listing, export and picture as the options ask; or the results as JSON. */
     template <typename Analysis>
@@ -191,7 +206,9 @@ private:
     PageContent contentOf(Analysis& analysis, const PictureWords& wordsOfPicture, const std::string& title) const
     {
         PageContent page = contentOfInputs(countsOf(analysis));
-        page.title = title;
+        page.heading = title;
+        const bool isOfFiles = title == wordsOfPicture.source && subject(wordsOfPicture.xLabel, wordsOfPicture.yLabel).empty();
+        page.title = isOfFiles ? title : title + titleSeparator + analysisName() + titleSeparator + filesInTitle();
         page.statement = statementOf(analysis, {wordsOfPicture.xLabel, wordsOfPicture.yLabel});
         const auto exact = wq_exact::of(analysis);
         page.textbook = textbook(exact);
@@ -201,6 +218,9 @@ private:
         return page;
     }
 
+    std::string nameInTitle(std::size_t input) const;
+    std::string filesInTitle() const;
+    std::string subject(const std::string& x, const std::string& y) const;
     PageContent contentOfInputs(const std::vector<std::size_t>& counts) const;
     void addFingerprints(PageContent& page) const;
     PictureWords wordsOfMultiple(const std::string& name) const;

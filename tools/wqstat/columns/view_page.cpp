@@ -173,7 +173,7 @@ std::string viewPage(const TableView& view, const PageOrigin& origin)
 {
     const TableProfile& profile = view.profile;
     HtmlWriter html;
-    pageHead(html, view.name + " \u2013 wqstat columns");
+    pageHead(html, "Columns of " + view.name);
     html.open("body").open("main");
     html.open("header").element("h1", view.name);
     html.element("p", "What do the columns of the table hold?", {{"class", "question"}});

@@ -17,7 +17,7 @@ namespace wqstat {
 
 /** What is asked for besides the data. */
 struct PictureWords {
-    std::string source;                ///< analysis and file: the title where the data have no comment
+    std::string source;                ///< what the data are called: the title where they have no comment
     std::optional<std::string> title;  ///< in place of the data's own; none when empty
     std::string xLabel;                ///< in place of the picture's own; empty to keep that
     std::string yLabel;

@@ -1,6 +1,7 @@
 // Pictures of groups and samples side by side.
 #include "picture.h"
 
+#include "data_files/comment_words.h"
 #include "picture_parts.h"
 
 #include <wq_exact/wq_exact.h>
@@ -20,9 +21,9 @@ std::string titleOf(const TwoDataFiles& test, const PictureWords& words)
     if (words.title) return *words.title;
     const std::string both = test.getComment();
     const std::string second = test.second.getComment();
-    const std::string first = firstLine(both.substr(0, both.size() - std::min(both.size(), second.size())));
-    if (first.empty() || firstLine(second).empty()) return words.source;
-    return "1: " + first + "\n2: " + firstLine(second);
+    const std::string first = readableComment(both.substr(0, both.size() - std::min(both.size(), second.size())));
+    if (first.empty() || readableComment(second).empty()) return words.source;
+    return "1: " + first + "\n2: " + readableComment(second);
 }
 
 /** Position k of the i-th observation of a group, beside its neighbours so that equal ones are seen. */

@@ -1,22 +1,16 @@
 #include "picture_parts.h"
 
-#include "numbers/white_space.h"
+#include "data_files/comment_words.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace wqstat {
 
-std::string firstLine(const std::string& comment)
-{
-    const std::string_view text = wq_lib::detail::trimmed(comment);
-    return std::string(wq_lib::detail::trimmed(text.substr(0, text.find('\n'))));
-}
-
 std::string titleOf(const wq_lib::BasicStatistics& analysis, const PictureWords& words)
 {
     if (words.title) return *words.title;
-    const std::string title = firstLine(analysis.getComment());
+    const std::string title = readableComment(analysis.getComment());
     return title.empty() ? words.source : title;
 }
 

@@ -18,9 +18,6 @@ inline const Noun pairNoun{"pair", "pairs"};
 /** With more groups or classes than that they are not shown one by one. */
 constexpr std::size_t mostShownSingly = 45;
 
-/** The first line of a comment; empty when there is none. */
-std::string firstLine(const std::string& comment);
-
 /** What was asked for, or the comment's first line, or else what the words say. */
 std::string titleOf(const wq_lib::BasicStatistics& analysis, const PictureWords& words);
 

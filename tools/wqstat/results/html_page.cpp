@@ -10,9 +10,9 @@ namespace wqstat {
 std::string htmlPage(const PageContent& content)
 {
     HtmlWriter html;
-    pageHead(html, content.title + " \u2013 wqstat " + content.command);
+    pageHead(html, content.title);
     html.open("body").open("main");
-    html.open("header").element("h1", content.title);
+    html.open("header").element("h1", content.heading);
     html.element("p", content.statement.question, {{"class", "question"}});
     html.element("p", content.statement.summary, {{"class", "summary"}}).close();
     heading(html, "picture", "Picture", "h2");

@@ -21,7 +21,8 @@ struct PageFile {
 
 struct PageContent {
     std::string command;  ///< "anova"
-    std::string title;
+    std::string title;    ///< of the page, as a list of pages shows it
+    std::string heading;  ///< what stands on it
     Statement statement;
     std::optional<Textbook> textbook;
     PageRows rows;

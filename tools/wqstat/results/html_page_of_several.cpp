@@ -57,17 +57,11 @@ private:
     static std::string anchor(std::size_t i) { return "analysis-" + std::to_string(i + 1); }
     std::string documentOf(std::size_t i) const { return documents[i] + "/"; }
 
-    std::string title() const
-    {
-        return content.title.empty() ? counted(content.analyses.size(), "analysis", "analyses") + " by wqstat " + content.command
-                                     : content.title;
-    }
-
     /** All that stands before the pictures. */
     void begin(HtmlWriter& html) const
     {
-        pageHead(html, title() + " \u2013 wqstat " + content.command);
-        html.open("body").open("main").open("header").element("h1", title());
+        pageHead(html, content.title);
+        html.open("body").open("main").open("header").element("h1", content.heading);
         if (const std::string question = commonQuestion(); !question.empty()) html.element("p", question, {{"class", "question"}});
         html.element("p", summary(), {{"class", "summary"}}).close();
         contents(html);
@@ -213,7 +207,7 @@ private:
         const OneOfSeveral& one = content.analyses[i];
         HtmlWriter html;
         html.open("section", {{"class", "analysis"}, {"id", anchor(i)}}).element("h2", one.name);
-        html.element("p", one.content->title).element("p", one.question, {{"class", "question"}});
+        html.element("p", one.content->heading).element("p", one.question, {{"class", "question"}});
         html.element("p", one.summary, {{"class", "summary"}});
         heading(html, "picture", "Picture", "h3");
         if (picture != nullptr)

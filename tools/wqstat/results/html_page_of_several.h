@@ -30,7 +30,8 @@ struct SeveralContent {
     static constexpr std::size_t mostMultiples = 12;
 
     std::string command;
-    std::string title;  ///< none when empty
+    std::string title;    ///< of the page, as a list of pages shows it
+    std::string heading;  ///< what stands on it
     double alpha = 0.05;
     std::vector<OneOfSeveral> analyses;
     std::vector<std::string> notes;  ///< on whole tables, whose parts were analysed
