@@ -1,10 +1,10 @@
 // check_pages.mjs WQSTAT DATA FOLDER: makes the page of every analysis and opens it in a browser without a window.
 //
 // Each page writes nothing to the console, asks for nothing besides itself, has no violations that axe-core finds, in light and in dark, has
-// nothing to scroll sideways at 320 pixels, and prints to a PDF whose text holds every row of its table. Pictures of all of them stay in FOLDER.
+// nothing to scroll sideways at 320 pixels, and prints to a PDF whose text holds every row of its tables, cell beside cell and in order. Pictures of all of them stay in FOLDER.
 
 import { spawnSync } from 'node:child_process';
-import { mkdirSync, readFileSync, statSync, writeFileSync } from 'node:fs';
+import { existsSync, mkdirSync, readFileSync, statSync, writeFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import path from 'node:path';
 import { pathToFileURL } from 'node:url';
@@ -32,6 +32,10 @@ const analyses = {
   'anova-several': ['nist_smls01.txt', 'nist_smls02.txt', 'nist_smls07.txt', 'nist_sirstv.txt', 'toothgrowth_supp.txt'],
   'regress-several': ['--model', 'linear', '--residuals', 'nist_norris.txt', 'nist_sirstv.txt'],
   'circular-several': ['--unit', 'degrees', 'directions.txt', 'directions.txt'],
+  'describe-constant': ['constant.txt'],
+  'anova-labels': ['--group', 'treatment', '--value', 'height_cm', 'plants.csv'],
+  'columns-hostile': ['hostile.csv'],
+  'describe-parts': ['--column', 'w', '--by', 's', 'parts.csv'],
 };
 
 const faults = [];
@@ -43,6 +47,13 @@ function run(program, words, status = 0) {
   const result = spawnSync(program, words, { cwd: data, encoding: 'utf8' });
   if (result.status !== status) throw new Error(`${program} ${words.join(' ')}: ${result.stderr}`);
   return result.stdout;
+}
+
+// Where the row ends behind a place of a printed text: its cells stand beside each other, between them at most the end of a page.
+function placeOf(printed, cells, from) {
+  const whole = cells.join('');
+  const place = printed.indexOf(whole, from);
+  return place < 0 ? -1 : place + whole.length;
 }
 
 const plain = (text) => text.replace(/\s+/g, '');
@@ -70,7 +81,12 @@ async function look(browser, name, file, scheme) {
     const printed = plain(run('pdftotext', ['-raw', pdf, '-']));
     const rows = await page.$$eval('tbody tr', (all) => all.map((row) => [...row.children].map((cell) => cell.textContent)));
     expect(rows.length > 2, name, 'has no table');
-    for (const row of rows) for (const cell of row) expect(printed.includes(plain(cell)), name, `${cell} is not printed`);
+    let place = 0;
+    for (const row of rows) {
+      const found = placeOf(printed, row.map(plain), place);
+      expect(found >= 0, name, `the row ${row.join(' | ')} is not printed, or not in its place`);
+      if (found >= 0) place = found;
+    }
   }
 
   await page.setViewportSize({ width: 320, height: 800 });
@@ -83,10 +99,14 @@ async function look(browser, name, file, scheme) {
 mkdirSync(folder, { recursive: true });
 const browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: ['--no-sandbox'] });
 try {
-  const table = path.join(folder, 'plants.csv');
-  writeFileSync(table, 'plant,treatment,height_cm,day,ph <b>\n1,ctrl,4.17,2024-05-02,7\n2,compost,5.58,2024-05-03,<6\n3,ctrl,,2024-05-06,6.8\n');
+  const made = (name, text) => writeFileSync(path.join(folder, name), text);
+  made('constant.txt', '4\n4\n4\n4\n');
+  const evil = ['<script>alert(1)</script>', '</pre></main><img src=x onerror=alert(1)>', '&lt;b&gt;', '\u202egnp.exe', '\u001b[31mred', 'x'.repeat(300)];
+  made('hostile.csv', `${evil.map((text) => `"${text}"`).join(',')}\n${['1', '2', '4'].map((row) => evil.map((text, i) => (i % 2 ? row : `"${text}"`)).join(',')).join('\n')}\n`);
+  made('parts.csv', `s,w\n${Array.from({ length: 60 }, (_, i) => `part ${i % 15},${(i * 7) % 11}`).join('\n')}\n`);
+  made('plants.csv', 'plant,treatment,height_cm,day,ph <b>\n1,ctrl,4.17,2024-05-02,7\n2,compost,5.58,2024-05-03,<6\n3,ctrl,,2024-05-06,6.8\n');
   for (const [name, given] of Object.entries(analyses)) {
-    const words = given.map((word) => (word === 'plants.csv' ? table : word));
+    const words = given.map((word) => (existsSync(path.join(folder, word)) ? path.join(folder, word) : word));
     const file = path.join(folder, `${name}.html`);
     run(wqstat, [name.split('-')[0], ...words, '--html', file], words.includes('missing.txt') ? 1 : 0);
     expect(statSync(file).size < 300 * 1024, name, 'is too large');

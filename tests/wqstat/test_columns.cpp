@@ -173,6 +173,44 @@ TEST(Columns, doubtsACommaAndSuggestsNothingWithIt)
     EXPECT_EQ(runSuggested(sure), 2U);
 }
 
+// The library's own format, which begins with a comment: it has no titles, and needs none.
+TEST(Columns, knowsAFileThatIsReadWithoutThem)
+{
+    const TempFolder folder;
+    const struct {
+        int line;
+        std::string text;
+        Words commands;
+    } rows[] = {
+        {__LINE__, "# masses\n1\n2.5\n4\n", {"describe", "frequency"}},
+        {__LINE__, "\n  # masses\n# in kg\n\n1\n-2.5e1\n4\n", {"describe", "frequency"}},
+        {__LINE__, "# x;y\n1;2\n2;3\n3;5\n", {"correlate", "regress --model linear"}},
+        {__LINE__, "# group:y\n1:2\n1:3\n2:5\n2:6\n", {"anova", "correlate", "regress --model linear"}},
+        {__LINE__, "# x|y|n\n1|2|1\n2|3|2\n3|5|1\n", {"multiy"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const std::string file = folder.write("own.txt", row.text);
+        std::string expected = file + ": begins with a comment, in the library's own format: the analyses read it without a column\n\n"
+                                      "Command lines that fit; nothing has been tested:\n";
+        Words commands;
+        for (const std::string& command : row.commands) {
+            commands.push_back("wqstat " + command + " " + file);
+            expected += "  " + commands.back() + "\n";
+        }
+        EXPECT_EQ(run({"columns", file}), (Outcome{done, expected, ""}));
+        runSuggested(commands);
+        EXPECT_EQ(run({"columns", "--json", file}),
+                  cannotAnalyse(file + ": begins with a comment, in the library's own format: the analyses read it without a column"));
+    }
+    for (const std::string& shippedFile : {data_files::cavendish, data_files::norris, data_files::resistivity, data_files::seedlings})
+        EXPECT_THAT(run({"columns", shippedFile}).output, HasSubstr("in the library's own format"));
+    // Titles may begin with that sign, too.
+    EXPECT_THAT(run({"columns", folder.write("t.csv", "#id,x\n1,2.5\n2,3\n3,4\n")}).output, HasSubstr("1. #id: number"));
+    EXPECT_THAT(run({"columns", folder.write("u.csv", "# id;x\n1;a\n2;b\n3;c\n")}).output, HasSubstr("1. # id: number"));
+    EXPECT_THAT(run({"columns", "--header", folder.write("v.csv", "#id;x\n1;2\n2;3\n3;5\n")}).output, HasSubstr("1. #id: number"));
+}
+
 // ---------------------------------------------------------------- the suggestions
 
 const struct {

@@ -57,7 +57,7 @@ const struct Analysis {
      {"anova", resistivity, "--x-label", "instrument", "--y-label", "resistivity"},
      "Does resistivity differ among the groups of instrument?",
      "F(4, 20) = 1.1805, p = 0.349, \u03b7\u00b2 = 0.191, \u03c9\u00b2 = 0.0281"},
-    {__LINE__, {"multiy", seedlings}, "How does y, observed several times, depend on x?", "among groups F = "},
+    {__LINE__, {"multiy", seedlings}, "How does y, observed several times, depend on x?", "among groups F(4, "},
     {__LINE__,
      {"fit", peas},
      "Do the observed frequencies fit the expected ones?",
@@ -370,6 +370,27 @@ TEST(Page, marksWhereTheReportDecidesDifferently)
     EXPECT_THAT(contentOf(folder.path("page.html")), HasSubstr("<p class=\"differs\">"));
     run(withPage({"anova", resistivity}, folder.path("page.html")));
     EXPECT_THAT(contentOf(folder.path("page.html")), Not(HasSubstr("<p class=\"differs\">")));
+}
+
+// Of what is not there the line says what the table says.
+TEST(Page, saysThatThereIsNoFigureInTheSameWords)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const Words constant[] = {{"describe", folder.write("c.txt", "4\n4\n4\n")},
+                              {"correlate", folder.write("p.txt", "4;1\n4;2\n4;3\n")},
+                              {"anova", folder.write("g.txt", "1;4\n2;4\n3;4\n")},
+                              {"multiy", folder.write("m.txt", "1;4;1\n2;4;1\n3;4;1\n")}};
+    for (const Words& words : constant) {
+        SCOPED_TRACE(joined(words));
+        ASSERT_EQ(run(withPage(with(words, {"--no-warnings"}), file)).status, done);
+        const Page page = pageIn(file);
+        EXPECT_THAT(page.texts, Contains(HasSubstr("= n/a")));
+        for (const std::string& text : page.texts) {
+            const bool isReport = text.find("====") != std::string::npos;
+            EXPECT_TRUE(isReport || !testing::Value(text, testing::ContainsRegex("(^|[ =(])-?nan([ ,;)]|$)"))) << text;
+        }
+    }
 }
 
 TEST(Page, tellsWhatStandardErrorTells)

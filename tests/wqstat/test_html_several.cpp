@@ -317,6 +317,9 @@ TEST(PageOfSeveral, isThereInWholeOrNotAtAll)
     const Outcome report = run({"describe", cavendish, cavendish});
     const Outcome full = run({"describe", cavendish, cavendish, "--html", "/dev/full"});
     EXPECT_EQ(full, (Outcome{couldNotAnalyse, report.output, "wqstat: /dev/full: is no file\n"}));
+    const Outcome noRoom = runCommand(
+        {"bash", "-c", "trap '' XFSZ; ulimit -f 1; exec \"$@\" > /dev/null", "bash", WQSTAT, "describe", cavendish, "--html", old});
+    EXPECT_THAT(noRoom.errors, Not(HasSubstr("the picture")));
     for (const Words& files : {Words{cavendish}, Words{cavendish, cavendish}}) {
         const Words limited = with({"bash", "-c", "trap '' XFSZ; ulimit -f 8; exec \"$@\" > /dev/null", "bash", WQSTAT, "describe"}, files);
         const Outcome outcome = runCommand(with(limited, {"--html", old}));

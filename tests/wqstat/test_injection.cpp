@@ -207,9 +207,9 @@ TEST(Injection, whatIsNoTextIsRefusedWithoutReachingGnuplot)
     } rows[] = {{"--size", "85x60mm"}, {"--dpi", "300"}, {"--font-size", "12"}, {"--log", "x"}};
     for (const auto& row : rows)
         for (const std::string& injection : injections)
-            EXPECT_EQ(run({"pairs", data, row.option, row.good + injection, "--plot", "a.svg"}).status, wrongUsage)
+            EXPECT_EQ(run({"pairs", data, row.option, row.good + injection, "--plot", "a.png"}).status, wrongUsage)
                 << row.option << " " << plainVisible(injection);
-    EXPECT_FALSE(std::filesystem::exists("a.svg"));
+    EXPECT_FALSE(std::filesystem::exists("a.png"));
     EXPECT_FALSE(folder.hasCanary());
 }
 

@@ -108,6 +108,19 @@ TEST(MemoryLimits, ofADocumentOfManyGroupsAreNoMoreThanTwiceTheReports)
     EXPECT_EQ(runLimited(2 * limit, with(report, {"--json", "--textbook"})).status, done);
 }
 
+// As the manual says: 10^7 rows, none of which the program keeps, of which one column has as many different numbers and one as many labels.
+TEST(MemoryLimits, ofColumnsHoldOnTenMillionRows)
+{
+    if (!canBeLimited) GTEST_SKIP();
+    constexpr unsigned long limit = 256 * step;
+    const std::string rows =
+        "BEGIN { print \"x,label,group\"; for (i = 0; i < 10000000; ++i) print i * 7919 % 10000019 \",name \" i \",\" i % 7 }";
+    const Outcome outcome = runCommand(
+        {"bash", "-c", "set -o pipefail; awk \"$0\" | { ulimit -v $1; exec \"$2\" columns --json; }", rows, std::to_string(limit), WQSTAT});
+    ASSERT_EQ(outcome.status, done) << outcome.errors;
+    EXPECT_NE(outcome.output.find("\"rows\": 10000000"), std::string::npos);
+}
+
 TEST(MemoryLimits, endEverythingElseWithOneLine)
 {
     if (!canBeLimited) GTEST_SKIP();

@@ -57,6 +57,23 @@ TEST(Open, showsThePageOrElseThePicture)
     }
 }
 
+TEST(Open, showsThePageOfColumns)
+{
+    const TempFolder folder;
+    const std::string table = folder.write("t.csv", "a,b\n1,x\n2,y\n");
+    const std::string page = folder.path("page.html");
+    const FakeViewer viewer(writesDown);
+    const Variable path("PATH", viewer.path());
+    EXPECT_EQ(run({"columns", table, "--open", "--html", page}), run({"columns", table}));
+    EXPECT_EQ(viewer.shown(), page + "|");
+    EXPECT_EQ(run({"columns", table, "--open"}), cannotAnalyse("--open: there is nothing to show without --html"));
+    const Variable none("PATH", folder.path("none"));
+    std::filesystem::remove(page);
+    EXPECT_EQ(run({"columns", table, "--open", "--html", page}),
+              cannotAnalyse("--open: there is no program xdg-open (Debian package: xdg-utils)"));
+    EXPECT_FALSE(std::filesystem::exists(page));
+}
+
 TEST(Open, namesTheFileByItsWholePath)
 {
     const FakeViewer viewer(writesDown);

@@ -1,5 +1,6 @@
 // wqstat --plot: which file appears, what gnuplot is told to draw, and what happens when nothing can be drawn.
 #include "program.h"
+#include "commands.h"
 #include "data_files.h"
 #include "svg.h"
 #include "variable.h"
@@ -33,11 +34,13 @@ using testing::StartsWith;
 using namespace wq_test::data_files;
 using wq_test::contentOf;
 using wq_test::Outcome;
+using wq_test::refused;
 using wq_test::run;
 using wq_test::shipped;
 using wq_test::TempFolder;
 using wq_test::textsOf;
 using wq_test::Variable;
+using wq_test::with;
 using wq_test::Words;
 
 constexpr int done = 0;
@@ -148,7 +151,7 @@ const struct Analysis {
     {__LINE__, {"frequency", cavendish}, {"10 classes, n = 29", "value"}},
     {__LINE__, {"pairs", norris}, {"pairs", "x", "y"}},
     {__LINE__, {"correlate", norris, "--x-label", "true"}, {"true", "y"}},
-    {__LINE__, {"regress", "--model", "linear", norris}, {"y = -0.26232 + 1.0021 x", "exact 95 % confidence limits of the curve"}},
+    {__LINE__, {"regress", "--model", "linear", norris}, {"y = -0.26232 + 1.0021 x", "exact 95 % confidence limits of the line"}},
     {__LINE__, {"regress", "--model", "logarithmic", norris}, {"y"}},
     {__LINE__, {"regress", "--model", "exponential", norris}, {"y"}},
     {__LINE__, {"regress", "--model", "power", norris}, {"y"}},
@@ -390,7 +393,8 @@ TEST(Pictures, ofARegressionHaveCurveAndLimits)
         const auto curve =
             std::find_if(drawn.layers.begin(), drawn.layers.end(), [](const auto& layer) { return layer.first.rfind("y = ", 0) == 0; });
         ASSERT_NE(curve, drawn.layers.end()) << name;
-        const Rows& limits = drawn.layers["exact 95 % confidence limits of the curve"];
+        const Rows& limits =
+            drawn.layers[std::string("exact 95 % confidence limits of the ") + (std::string(name) == "linear" ? "line" : "curve")];
         ASSERT_EQ(limits.size(), 2 * curve->second.size()) << name;
         EXPECT_EQ(curve->second.front().at(0), 1.0) << name;
         EXPECT_EQ(curve->second.back().at(0), 11.0) << name;
@@ -599,7 +603,7 @@ TEST(Pictures, ofDirectionsHaveSectorsAndTheMeanVector)
     int most = 0;
     for (const auto& [sector, count] : counts) most = std::max(most, count);
     std::map<int, double> radii;
-    for (const auto& point : drawn.layers["observations (area of the sector)"]) {
+    for (const auto& point : drawn.layers["observations (by area)"]) {
         const double radius = std::hypot(point.at(0), point.at(1));
         if (radius == 0.0) continue;
         const double angle = std::atan2(point.at(0), point.at(1)) / (2.0 * std::acos(-1.0)) * 12.0 + (point.at(0) < 0.0 ? 12.0 : 0.0);
@@ -615,7 +619,7 @@ TEST(Pictures, ofBinsGiveEachItsOwnSector)
     const TempFolder folder;  // bins are numbered by their upper edge: the first reaches from 0 to a quarter
     Script drawn = script({"circular", "--unit", "bins", "--bins", "4", "--bin0", "1", folder.write("a.txt", "1;9\n2;1\n4;4\n")});
     double quadrants[4] = {};
-    for (const auto& point : drawn.layers["observations (area of the sector)"]) {
+    for (const auto& point : drawn.layers["observations (by area)"]) {
         const double x = point.at(0);
         const double y = point.at(1);
         if (std::fabs(x) < 1e-9 || std::fabs(y) < 1e-9) continue;
@@ -763,7 +767,9 @@ TEST(Print, filesHaveTheSizeAskedFor)
         const TempFolder folder;
         for (const char* const name : {"a.png", "a.svg", "a.pdf"}) {
             Words arguments = plotted({"describe", cavendish}, folder.path(name));
-            arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+            for (std::size_t i = 0; i < row.options.size(); i += 2)
+                if (row.options[i] != "--dpi" || name == std::string("a.png"))
+                    arguments = with(arguments, {row.options[i], row.options[i + 1]});
             ASSERT_EQ(run(arguments).status, done) << name;
         }
         const std::string png = contentOf(folder.path("a.png"));
@@ -779,6 +785,17 @@ TEST(Print, filesHaveTheSizeAskedFor)
             << "the checksum of the chunk";
         EXPECT_THAT(contentOf(folder.path("a.svg")), HasSubstr(row.svg));
     }
+}
+
+TEST(Print, dotsAreForPicturesThatAreMadeOfThem)
+{
+    const TempFolder folder;
+    for (const char* const name : {"a.svg", "a.pdf"})
+        EXPECT_EQ(run({"describe", cavendish, "--dpi", "300", "--plot", folder.path(name)}),
+                  refused("--dpi requires --plot FILE.png: other pictures have no dots", "describe"));
+    EXPECT_EQ(run({"describe", cavendish, "--dpi", "300", "--html", folder.path("a.html")}),
+              refused("--dpi requires --plot FILE.png: other pictures have no dots", "describe"));
+    EXPECT_EQ(run({"describe", cavendish, "--dpi", "50", "--plot", folder.path("a.PNG"), "--html", folder.path("a.html")}).status, done);
 }
 
 TEST(Print, lettersHaveTheSizeAskedFor)
@@ -810,8 +827,10 @@ TEST(Print, sizesThatMakeNoSenseAreRefused)
         const char* reason;
     } rows[] = {
         {__LINE__, {"--size", "85"}, "--size: '85' is no size such as 85x60mm or 800x600px"},
-        {__LINE__, {"--size", "850x600cm"}, "--size: '600cm' is not a number"},
-        {__LINE__, {"--size", "x60mm"}, "--size: '' is not a number"},
+        {__LINE__, {"--size", "850x600cm"}, "--size: '850x600cm' is no size such as 85x60mm or 800x600px"},
+        {__LINE__, {"--size", "85x60cm"}, "--size: '85x60cm' is no size such as 85x60mm or 800x600px"},
+        {__LINE__, {"--size", "85mmx60mm"}, "--size: '85mmx60mm' is no size such as 85x60mm or 800x600px"},
+        {__LINE__, {"--size", "x60mm"}, "--size: 'x60mm' is no size such as 85x60mm or 800x600px"},
         {__LINE__, {"--size", "85x-60mm"}, "--size: '85x-60mm': a side is 30 to 1000 mm"},
         {__LINE__, {"--size", "nanx60mm"}, "--size: 'nanx60mm': a side is 30 to 1000 mm"},
         {__LINE__, {"--size", "99x100"}, "--size: '99x100': a side is 100 to 8000 px"},
@@ -909,8 +928,8 @@ TEST(Pictures, areDrawnOfAnyData)
          {"100 000 pairs, gathered in small squares: the darker, the more"}},
         {__LINE__, {"correlate"}, "1;2\n1;2\n1;2\n4;4\n", {"pairs (larger: several)"}},
         {__LINE__, {"pairs"}, "nan;2\n1;inf\n", {"2 pairs left out: not finite"}},
-        {__LINE__, {"anova"}, "7;1\n7;2\n", {"F = nan, 1 group, 2 observations"}},
-        {__LINE__, {"anova"}, "7;1\n7;nan\n8;3\nnan;4\n", {"nan", "1 observation left out: not finite", "1 mean left out: not finite"}},
+        {__LINE__, {"anova"}, "7;1\n7;2\n", {"F = n/a, 1 group, 2 observations"}},
+        {__LINE__, {"anova"}, "7;1\n7;nan\n8;3\nnan;4\n", {"n/a", "1 observation left out: not finite", "1 mean left out: not finite"}},
         {__LINE__, {"anova"}, pairLines(400, inForties, scattered), {"48148147.75"}},
         {__LINE__, {"anova"}, pairLines(9000, index, scattered), {"group, by its place in the data"}},
         {__LINE__, {"anova"}, pairLines(100'000, byThree, scattered), {"mean of the group"}},

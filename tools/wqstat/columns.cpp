@@ -9,6 +9,7 @@
 #include "command_line/progress.h"
 #include "command_line/terminal.h"
 #include "command_line/version_text.h"
+#include "command_line/viewer.h"
 #include "data_files/table.h"
 #include "data_files/table_options.h"
 #include "results/json_writer.h"
@@ -66,6 +67,7 @@ class Columns final : public Command {
         app.add_option("--html", pageName, "write a page with the columns, their histograms and how it was made")
             ->type_name("FILE")
             ->check([](const std::string& name) { return name.empty() ? "the name of a file is needed" : ""; });
+        app.add_flag("--open", isToBeShown, "show the page of --html with xdg-open");
         app.footer("Nothing is tested. The command lines that fit are there to be copied.\n"
                    "Quartiles are exact while a column has at most 100000 different values, and about right beyond.");
     }
@@ -74,9 +76,16 @@ class Columns final : public Command {
     {
         const std::string name = givenName.value_or("-");
         if (name == "-" && inputIsTerminal()) throw WrongUsage("TABLE is required where standard input is a terminal");
+        if (isToBeShown && pageName.empty()) throw CannotAnalyse("--open: there is nothing to show without --html");
+        if (isToBeShown) requireViewer();
         progress().show("reading");
         Table table(name, tableOptions.format());
         if (!pageName.empty()) guardOutput("--html", pageName, {table.identity()});
+        if (!table.commandsWithoutColumns().empty()) {
+            progress().hide();
+            printWithoutColumns(table, name);
+            return done;
+        }
         TableView view{table.name(), profileOf(table), {}};
         table.require(view.profile.rows, 1);
         view.commands = fittingCommands(view.profile, {name, table.hasTitles(), tableOptions.readingWords()});
@@ -84,7 +93,21 @@ class Columns final : public Command {
         if (tableOptions.verbose()) std::cerr << "wqstat: " << table.description(hasComma(view.profile)) << '\n';
         print(view, name);
         if (!pageName.empty()) writePage(view, name);
+        if (isToBeShown && std::cout.flush()) show(pageName);
         return done;
+    }
+
+    /** A file that is no table, and what can be done with it. */
+    void printWithoutColumns(const Table& table, const std::string& name) const
+    {
+        const std::string sentence =
+            table.name() + ": begins with a comment, in the library's own format: the analyses read it without a column";
+        if (asJson || asTsv || !pageName.empty()) throw CannotAnalyse(sentence);
+        std::cout << sentence << "\n\nCommand lines that fit; nothing has been tested:\n";
+        for (CommandWithoutColumns words : table.commandsWithoutColumns()) {
+            words.push_back(fileWord(name));
+            std::cout << "  " << commandLine(words) << '\n';
+        }
     }
 
     void print(const TableView& view, const std::string& name) const
@@ -139,6 +162,7 @@ class Columns final : public Command {
     TableOptions tableOptions;
     bool asJson = false;
     bool asTsv = false;
+    bool isToBeShown = false;
 };
 
 }  // namespace

@@ -58,7 +58,10 @@ void writeColumn(ResultWriter& writer, const ColumnProfile& column, std::size_t 
     });
     figure("greatest", summary.greatest());
     figure("mean", summary.mean());
-    writer.member("rankError", summary.rankError());
+    if (numbers == nullptr)
+        writer.nothing("rankError");
+    else
+        writer.member("rankError", summary.rankError());
     writeHistogram(writer, column, numbers);
     writer.array("labels", column.labelCounts().mostFrequent(mostLabelsShown), [&writer](const LabelCount& label) {
         writer.object("", [&] {

@@ -127,8 +127,9 @@ void Views::declarePlot(CLI::App& app, const PlotChoices& choices)
 /** Words about a picture that nobody wants are a mistake. */
 void Views::requirePicture(const CLI::App& app) const
 {
+    if (picture.dots && !hasDots(picture.fileName)) throw WrongUsage("--dpi requires --plot FILE.png: other pictures have no dots");
     if (!picture.fileName.empty() || !page.empty()) return;
-    for (const char* const name : {"--x-label", "--y-label", "--title", "--size", "--font-size", "--dpi", "--log", "--residuals"}) {
+    for (const char* const name : {"--x-label", "--y-label", "--title", "--size", "--font-size", "--log", "--residuals"}) {
         const CLI::Option* const option = app.get_option_no_throw(name);
         if (option != nullptr && option->count() > 0) throw WrongUsage(std::string(name) + " requires --plot or --html");
     }

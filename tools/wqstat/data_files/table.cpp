@@ -47,6 +47,7 @@ Table::Table(const std::string& fileName, const TableFormat& wanted)
     TextSource text = openText(fileName, shownName);
     wrappings = std::move(text.wrappings);
     records = std::make_unique<CsvRecords>(std::move(text.bytes), shownName);
+    if (format.header == TableFormat::Header::found) ownCommands = commandsForOwnFormat(records->begin());
     if (!format.separator) format.separator = separatorOf(records->begin());
     records->setSeparator(*format.separator);
     if (format.decimalComma) numbers.expectComma();

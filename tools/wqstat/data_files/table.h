@@ -3,6 +3,7 @@
 
 #include "cell_numbers.h"
 #include "csv_records.h"
+#include "own_format.h"
 #include "table_rows.h"
 
 #include <algorithm>
@@ -87,6 +88,9 @@ public:
 
     bool hasTitles() const { return hasHeader; }
 
+    /** What reads the file without columns, where it is one in the library's own format; empty where that is a table, or was said to be. */
+    const std::vector<CommandWithoutColumns>& commandsWithoutColumns() const { return ownCommands; }
+
     /** The line on which the row that a handler takes begins, from 1. */
     std::size_t line() const { return records->line(); }
 
@@ -128,6 +132,7 @@ private:
     std::vector<std::string> columnTitles;
     bool firstIsData = false;  // without a header, the record that was read first
     bool hasHeader = false;
+    std::vector<CommandWithoutColumns> ownCommands;
     std::vector<Use> uses;
     CellNumbers numbers;
 };

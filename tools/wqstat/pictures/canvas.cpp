@@ -24,9 +24,19 @@ bool endsIn(const std::string& text, const std::string& end)
     return text.size() > end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-double side(const std::string& text, const std::string& part, const Unit& unit)
+[[noreturn]] void refuse(const std::string& text) { throw WrongUsage(inQuotes(text) + " is no size such as 85x60mm or 800x600px"); }
+
+double lengthIn(const std::string& text, const std::string& part)
 {
-    const double length = realArgument(part);
+    try {
+        return realArgument(part);
+    } catch (const WrongUsage&) {
+        refuse(text);
+    }
+}
+
+double side(const std::string& text, double length, const Unit& unit)
+{
     if (!(length >= unit.least && length <= unit.most))
         throw WrongUsage(inQuotes(text) + ": a side is " + shortest(unit.least) + " to " + shortest(unit.most) + " " + unit.name);
     return length * unit.pixels;
@@ -39,9 +49,11 @@ void setSize(Canvas& canvas, const std::string& text)
     const Unit& unit = endsIn(text, millimetres.name) ? millimetres : screenPixels;
     const std::string sides = endsIn(text, unit.name) ? text.substr(0, text.size() - 2) : text;
     const std::size_t by = sides.find('x');
-    if (by == std::string::npos) throw WrongUsage(inQuotes(text) + " is no size such as 85x60mm or 800x600px");
-    canvas.width = side(text, sides.substr(0, by), unit);
-    canvas.height = side(text, sides.substr(by + 1), unit);
+    if (by == std::string::npos) refuse(text);
+    const double width = lengthIn(text, sides.substr(0, by));
+    const double height = lengthIn(text, sides.substr(by + 1));
+    canvas.width = side(text, width, unit);
+    canvas.height = side(text, height, unit);
     canvas.isGiven = true;
     canvas.inMillimetres = &unit == &millimetres;
 }

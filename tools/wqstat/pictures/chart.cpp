@@ -237,10 +237,9 @@ GnuplotCode Chart::footnotes(double& y) const
 }
 
 /** A square of the room there is. */
-GnuplotCode Chart::roundPlot(Frame frame) const
+GnuplotCode Chart::roundPlot(Frame frame, double middle) const
 {
-    const double side = std::min(frame.bottom - frame.top, frame.right - frame.left);
-    const double middle = 0.5 * (frame.left + frame.right);
+    const double side = std::min(frame.bottom - frame.top, 0.95 * (frame.right - frame.left));
     frame.top = 0.5 * (frame.top + frame.bottom - side);
     frame.bottom = frame.top + side;
     frame.left = middle - 0.5 * side;
@@ -249,21 +248,55 @@ GnuplotCode Chart::roundPlot(Frame frame) const
     return "unset border\nunset tics\n" + margins(frame) + "set xrange " + limits + "\nset yrange " + limits + "\n";
 }
 
-/** The key stands above what is round, or in the corner beside it: where it leaves more room. */
-GnuplotCode Chart::roundWithKey(Frame frame) const
+namespace {
+
+/** How far to the side of its middle a circle reaches between its top, or bottom, and so far from there. */
+double reach(double radius, double distance)
 {
-    Frame above = frame;
+    const double rest = std::max(0.0, radius - distance);
+    return std::sqrt(std::max(0.0, radius * radius - rest * rest));
+}
+
+}  // namespace
+
+/**
+ * The key stands in the corner beside what is round, or above it: where it leaves more room. The label stands below, or in a corner that is left
+ * free.
+ */
+GnuplotCode Chart::roundWithKey(const Frame& frame) const
+{
+    constexpr double labelHeight = 24.0;
+    constexpr double cornerMargin = 12.0;
+    const std::string text = fitted(xLabel, fitting(0.97 * width, captionCharacter));
+    const double textWidth = static_cast<double>(characters(text)) * captionCharacter;
+    const auto labelAt = [&](double x) { return label(x, frame.bottom - 0.5 * labelHeight, text, ""); };
+    Frame overLabel = frame;
+    overLabel.bottom -= labelHeight;
+    Frame above = overLabel;
     const GnuplotCode keyAbove = key(above.top);
     above.top += 14.0;
-    Frame beside = frame;
-    beside.top += 14.0;
-    constexpr double corner = 0.14;  // of the side of a square, which a circle leaves free at its corners
-    const double besideWidth = (width - keyWidth(besideCharacter)) / (1.0 - corner);
-    beside.right = std::min(width, besideWidth);
-    const auto side = [](const Frame& room) { return std::min(room.bottom - room.top, room.right - room.left); };
-    if (keys() == 0 || isSmall || side(above) >= side(beside)) return keyAbove + roundPlot(above);
-    return GnuplotCode("set key at screen ") + across(width - keyWidth(besideCharacter)) + "," + up(beside.top) +
-           " left top vertical maxcols 1 Left reverse samplen 2.5 spacing keySpacing noenhanced nobox\n" + roundPlot(beside);
+    const auto side = [](const Frame& room) { return std::min(room.bottom - room.top, 0.95 * (room.right - room.left)); };
+
+    const double keyLeft = width - keyWidth(besideCharacter);
+    const double keyHeight = static_cast<double>(keys()) * lineHeight;
+    const auto middleOf = [&](double radius) { return std::min(0.5 * width, keyLeft - reach(radius, keyHeight)); };
+    const auto besideIn = [&](const Frame& room) {
+        double radius = 0.5 * side(room) - 7.0;
+        while (radius > 0.5 * side(above) && middleOf(radius) < 1.05 * radius) radius -= 1.0;
+        return radius;
+    };
+    double radius = besideIn(frame);
+    const bool inCorner = textWidth + cornerMargin < width - middleOf(radius) - reach(radius, labelHeight);
+    if (!inCorner) radius = besideIn(overLabel);
+    if (keys() == 0 || isSmall || radius <= 0.5 * side(above)) return labelAt(0.5 * width) + keyAbove + roundPlot(above, 0.5 * width);
+    const double middle = middleOf(radius);
+    Frame beside = inCorner ? frame : overLabel;
+    beside.top = beside.bottom - 2.0 * radius;
+    beside.left = middle - 1.1 * radius;
+    beside.right = middle + 1.1 * radius;
+    return labelAt(inCorner ? width - 0.5 * (textWidth + cornerMargin) : middle) + GnuplotCode("set key at screen ") + across(keyLeft) +
+           "," + up(beside.top) + " left top vertical maxcols 1 Left reverse samplen 2.5 spacing keySpacing noenhanced nobox\n" +
+           roundPlot(beside, middle);
 }
 
 bool Chart::share(std::vector<Chart>& charts, std::optional<Axis> Chart::*axis)
@@ -334,8 +367,6 @@ GnuplotCode Chart::commands() const
     script += headings(frame.top);
     if (!isBelow && !isSmall) script += footnotes(frame.bottom);
     if (roundLimit > 0.0) {
-        script += label(0.5 * width, frame.bottom - 12.0, fitted(xLabel, fitting(0.97 * width, captionCharacter)), "");
-        frame.bottom -= 24.0;
         script += roundWithKey(frame);
     } else {
         script += isBelow ? GnuplotCode("unset key\n") : key(frame.top);

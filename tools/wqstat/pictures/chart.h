@@ -114,8 +114,8 @@ private:
     double keyWidth(double character) const;
     std::size_t keys() const;
     GnuplotCode footnotes(double& y) const;
-    GnuplotCode roundPlot(Frame frame) const;
-    GnuplotCode roundWithKey(Frame frame) const;
+    GnuplotCode roundPlot(Frame frame, double middle) const;
+    GnuplotCode roundWithKey(const Frame& frame) const;
     double leftMargin() const;
     GnuplotCode plotWithAxes(Frame frame) const;
     GnuplotCode layersPlotted() const;

@@ -114,6 +114,8 @@ void checkPictureName(const std::string& fileName)
     if (formatOf(fileName) == nullptr) throw WrongUsage("--plot: " + inQuotes(fileName) + " does not end in .svg, .png or .pdf");
 }
 
+bool hasDots(const std::string& fileName) { return formatOf(fileName) == &formats[1]; }
+
 #if defined(__unix__) || defined(__APPLE__)
 
 void requireGnuplot(const std::string& option)
@@ -123,8 +125,8 @@ void requireGnuplot(const std::string& option)
 
 namespace {
 
-/** What gnuplot makes of a picture. @param name of the file, for messages. */
-std::string drawn(const Picture& picture, const Format& format, const std::string& name)
+/** What gnuplot makes of a picture. @param name of the file, for messages. @param what is to be written to it, for messages. */
+std::string drawn(const Picture& picture, const Format& format, const std::string& name, const std::string& what)
 {
     const std::string commands = (format.settings(picture.canvas) + picture.commands).text();
     const TemporaryFile input = temporaryFile("set encoding utf8\n" + (format.drawsText ? drawable(commands) : commands));
@@ -134,7 +136,7 @@ std::string drawn(const Picture& picture, const Format& format, const std::strin
     const int status = runProgram(programOnPath("gnuplot"), {"-d"}, {fileno(input.get()), fileno(output.get()), fileno(messages.get())});
     if (status != 0) throw CannotAnalyse(name + ": " + failureOf("gnuplot", status, contentOf(messages.get())));
     const std::string content = contentOf(output.get());
-    if (!isWhole(content, format)) throw CannotAnalyse(name + ": the picture cannot be written");
+    if (!isWhole(content, format)) throw CannotAnalyse(name + ": " + what + " cannot be written");
     return content;
 }
 
@@ -147,7 +149,7 @@ void draw(const Picture& picture, const std::string& fileName)
     const Format& format = *formatOf(fileName);
     OutputFile file(fileName, "the picture");
     if (file.isDirect()) throw CannotAnalyse(shown(fileName) + ": is no file");
-    std::string content = drawn(picture, format, shown(fileName));
+    std::string content = drawn(picture, format, shown(fileName), "the picture");
     if (&format == &formats[0]) content = svgFile(std::move(content), picture);
     if (&format == &formats[1]) content = withResolution(std::move(content), picture.canvas.dots);
     file.write(content);
@@ -157,7 +159,7 @@ void draw(const Picture& picture, const std::string& fileName)
 SvgElement inlineSvg(const Picture& picture, const std::string& ids)
 {
     requireGnuplot("--html");
-    return svgElement(drawn(picture, formats[0], "picture"), picture, ids);
+    return svgElement(drawn(picture, formats[0], "--html", "the page"), picture, ids);
 }
 
 #else

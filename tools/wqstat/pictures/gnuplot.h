@@ -11,6 +11,9 @@ namespace wqstat {
 /** @throws WrongUsage when the name does not end in .svg, .png or .pdf. */
 void checkPictureName(const std::string& fileName);
 
+/** Whether its format is one of dots. */
+bool hasDots(const std::string& fileName);
+
 /** @param option that needs it. @throws CannotAnalyse when gnuplot is not on PATH. */
 void requireGnuplot(const std::string& option);
 

@@ -111,7 +111,6 @@ void addSector(Rows& rows, double begin, double width, double radius)
 /** Around the circle: the unit of the data at the quarters, or the number of each bin. */
 void addDirectionTexts(Chart& chart, const wq_lib::Circular& directions)
 {
-    constexpr double radius = 1.15;
     std::vector<std::pair<double, std::string>> texts;
     const std::size_t bins = directions.getBins();
     if (directions.getDataType() == wq_lib::BIN_NUMBERS && bins > 0) {
@@ -128,7 +127,7 @@ void addDirectionTexts(Chart& chart, const wq_lib::Circular& directions)
             texts.emplace_back(eighths++ * pi / 4.0, text);
     }
     for (const auto& [angle, text] : texts) {
-        const Point point = onCircle(angle, radius);
+        const Point point = onCircle(angle, 1.12 + 0.07 * std::fabs(std::sin(angle)));  // texts are wider than high
         chart.addText(point.x, point.y, text, "center");
     }
 }
@@ -149,7 +148,7 @@ Picture picture(wq_lib::Circular& directions, const PictureWords& words)
     const std::string binName = directions.getBinName().empty() ? "bin" : directions.getBinName();
     if (inBins) caption += " (" + binName + " " + std::to_string(result.meanBin) + ")";
     Chart chart(words.canvas, titleOf(directions, words), caption + ", r = " + figures(result.r));
-    chart.setRound(1.27, words.xLabel.empty() ? (inBins ? binName : "direction") + ", clockwise from the top" : words.xLabel);
+    chart.setRound(1.21, words.xLabel.empty() ? (inBins ? binName : "direction") + ", clockwise from the top" : words.xLabel);
     addDirectionTexts(chart, directions);
 
     Rows sectors;
@@ -160,7 +159,7 @@ Picture picture(wq_lib::Circular& directions, const PictureWords& words)
     chart.add(sectors,
               "using 1:2 with filledcurves closed fillstyle solid 1.0 border linecolor rgb '" + GnuplotCode(colour::blue) +
                   "' fillcolor rgb '" + colour::histogram + "'",
-              counts + " (area of the sector)");
+              counts + " (by area)");
     chart.add(sectors, "using 1:2 with lines linewidth 1 " + inColour(colour::blue));
 
     if (most > 0.0) {

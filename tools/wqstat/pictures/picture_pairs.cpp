@@ -213,7 +213,8 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
         chart.note("no curve: it is not finite");
     if (limited)
         chart.add(limits, "using 1:2 with lines linewidth 1.5 dashtype (9,5) " + inColour(colour::vermilion),
-                  confidenceText(regression) + " confidence limits of the curve");
+                  confidenceText(regression) +
+                      (model.ofX == asItIs && model.ofY == asItIs ? " confidence limits of the line" : " confidence limits of the curve"));
     else
         chart.note("no confidence limits: they are not finite");
     if (!words.residuals) return pictureOf(chart, words);

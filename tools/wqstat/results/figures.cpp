@@ -8,7 +8,7 @@ namespace wqstat {
 
 std::string figures(double value, int digits)
 {
-    if (std::isnan(value)) return "nan";
+    if (std::isnan(value)) return "n/a";
     char buffer[32];
     std::string text(buffer, std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, digits).ptr);
     if (const std::size_t e = text.find('e'); e != std::string::npos) {  // 1e-05 and 1e+30 to 1e-5 and 1e30

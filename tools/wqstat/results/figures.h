@@ -6,7 +6,7 @@
 
 namespace wqstat {
 
-/** So many significant digits at most: 5.4479, 2.5e-7, nan. */
+/** So many significant digits at most: 5.4479, 2.5e-7, n/a. */
 std::string figures(double value, int digits = 5);
 
 /** A figure as people read it: a whole number, and the whole part of any other, in full; at least six digits. */
@@ -15,7 +15,7 @@ std::string readable(double value);
 /** A coefficient from -1 to 1, with as many digits as tell it from -1 and 1: 0.98198, 0.999997. */
 std::string coefficient(double value);
 
-/** "p = 0.0312", "p < 1e-300"; "p = nan" where there is none. */
+/** "p = 0.0312", "p < 1e-300"; "p = n/a" where there is none. */
 std::string probability(double p);
 
 /** A count: 1000, 10 000. */

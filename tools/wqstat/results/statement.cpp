@@ -161,9 +161,12 @@ Statement statementOf(wq_lib::LinearRegressionMultiY& regression, const Variable
     const Textbook book = textbook(wq_exact::of(regression));
     const wq_lib::regression_multi_y_stat& fit = regression.getRegressionResult();
     const double b = book.value("b");
+    const double df1 = lessBy(regression.getGroups().size(), 1.0);
+    const double df2 = static_cast<double>(regression.getTotalObservations()) - df1 - 1.0;
     return {"How does " + nameOr(names.y, "y") + ", observed several times, depend on " + nameOr(names.x, "x") + "?",
-            "among groups F = " + figures(book.value("among/fs")) + ", " + probability(book.value("among/p")) + "; b = " +
-                withLimits(b, book, "limitsB", regression) + ", " + probability(book.value("pT")) + determination("R\u00b2", book),
+            "among groups " + withDf("F", df1, df2, book.value("among/fs")) + ", " + probability(book.value("among/p")) +
+                "; b = " + withLimits(b, book, "limitsB", regression) + ", " + withDf("t", book.value("deviations/df"), book.value("tB")) +
+                ", " + probability(book.value("pT")) + determination("R\u00b2", book),
             {{"observations", "result/anova/totalObservations", static_cast<double>(regression.getTotalObservations())},
              {"constant a", "result/a", fit.a},
              {"coefficient b", "result/b", fit.b}}};
