@@ -35,7 +35,8 @@ ul.contents { padding-left: 1.25rem; }
 .failed { color: var(--mark); }
 table { border-collapse: collapse; width: 100%; }
 caption { text-align: left; padding: 1.25rem 0 .25rem; font-weight: 600; }
-@media (max-width: 40rem) { .rows { font-size: .8rem; } .rows th, .rows td { padding-right: .4rem; } }
+.rows thead th { overflow-wrap: normal; }
+@media (max-width: 40rem) { .rows { font-size: .75rem; } .rows th, .rows td { padding-right: .4rem; } }
 th, td { text-align: left; vertical-align: top; padding: .25rem .75rem .25rem 0; border-bottom: 1px solid var(--rule); font-weight: 400; }
 thead th { font-weight: 600; }
 .all data { white-space: nowrap; }

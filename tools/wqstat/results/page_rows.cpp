@@ -105,7 +105,7 @@ PageRows rowsOf(wq_lib::GoodnessOfFit& test, const DataWords& words)
 PageRows rowsOf(wq_lib::KolmogorovSmirnov2& test, const DataWords& words)
 {
     PageRows table = classRows("The classes: counts in both samples, shares up to the end of the class, and their difference");
-    table.heads = {"class", "count 1", "count 2", "share 1", "share 2", "difference"};
+    table.heads = {"class", "count 1", "count 2", "share 1", "share 2", "diff"};
     const DataWords none;
     fill(table, test.getSampleSize(), [&](std::size_t i) {
         const auto [c1, c2] = test.getCumulativeFrequency(i);
