@@ -57,14 +57,6 @@ double williamsDivisor(const GoodnessOfFitResult& exact)
     return exact.classes == 2 ? 1.0 + 1.0 / (2.0 * exact.sumObserved) : 1.0 + (k + 1.0) / (6.0 * exact.sumObserved);
 }
 
-/** Accepts with both, rejects with either; one that decides nothing leaves it to the other. */
-void include(GoodnessOfFitResult& exact, const Test& test)
-{
-    if (!test.accepted) return;
-    exact.decision.accepted = exact.decision.accepted.value_or(true) && *test.accepted;
-    exact.p = std::fmin(exact.p, test.p);
-}
-
 /** acceptH0() */
 bool acceptedByReport(const wq_lib::GoodnessOfFit& test)
 {
@@ -87,17 +79,16 @@ GoodnessOfFitResult of(const wq_lib::GoodnessOfFit& test) noexcept
         exact.chiSquareLowerTail = chiSquareCdf(exact.chiSquare.statistic, df);
         exact.G = detail::upperChiSquare(G, df, alpha);
         exact.GLowerTail = chiSquareCdf(G, df);
-        include(exact, exact.chiSquare);
-        include(exact, exact.G);
         if (test.isWilliamsCorrection()) {
             const double adjusted = std::isnan(test.getGAdjusted()) ? G / williamsDivisor(exact) : test.getGAdjusted();
             exact.GAdjusted = detail::upperChiSquare(adjusted, df, alpha);
             exact.GAdjustedLowerTail = chiSquareCdf(adjusted, df);
-            include(exact, *exact.GAdjusted);
         }
-        if (exact.classesWithoutExpected > 0) {  // then what was observed there is impossible, or was to be left out
-            exact.decision.accepted.reset();
-            exact.p = none;
+        // One statistic decides: where the least p of three does, as in the report, H0 is rejected more often than the level says. X2 is the one
+        // that keeps it best where little is expected. With nothing expected in a class, what was observed there is impossible, or was to be left out.
+        if (exact.classesWithoutExpected == 0) {
+            exact.decision.accepted = exact.chiSquare.accepted;
+            exact.p = exact.chiSquare.p;
         }
         exact.decision.acceptedByReport = acceptedByReport(test);
         return exact;

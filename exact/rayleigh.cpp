@@ -19,6 +19,13 @@ detail::WalkPoint pointAt(double z, double n)
     return {inside, static_cast<long double>(n) - inside};
 }
 
+/** What the report has multiplied the mean resultant length by. */
+double groupingCorrection(const wq_lib::Circular& directions)
+{
+    const double half = directions.getCircularResult().binSize / 2.0;
+    return directions.isGrouped() ? half / std::sin(half) : 1.0;
+}
+
 }  // namespace
 
 double rayleighUpperTail(double z, double n) noexcept
@@ -35,14 +42,23 @@ double rayleighUpperQuantile(double p, double n) noexcept { return isDefined(p, 
 
 double rayleighQuantile(double p, double n) noexcept { return isDefined(p, n) ? detail::walkQuantile(p, 1.0L - p, n) : none; }
 
+/**
+ * The corrected mean resultant length estimates that of directions which are not grouped. As many directions as stand for their classes are a walk of
+ * unit steps, of which 2 z is asymptotically chi-square with 2 degrees of freedom for three classes or more; corrected it would be larger by up to
+ * 46 %, and p too small.
+ */
 DirectionsResult of(const wq_lib::Circular& directions) noexcept
 {
     const wq_lib::circular_stat& result = directions.getCircularResult();
     const double alpha = directions.getSignificance();
-    const double n = static_cast<double>(result.n);
+    const double correction = groupingCorrection(directions);
+    const double z = result.z / correction / correction;
     DirectionsResult exact;
-    exact.n = n;
-    exact.rayleigh = detail::test(result.z, none, none, alpha, rayleighUpperTail(result.z, n), rayleighUpperQuantile(alpha, n));
+    exact.n = static_cast<double>(result.n);
+    exact.classes = directions.isGrouped() ? static_cast<double>(result.bins) : 0.0;
+    const bool isTested = !directions.isGrouped() || exact.classes >= 3.0;  // of fewer, cosine and sine do not vary alike
+    exact.rayleigh = detail::test(z, none, none, alpha, isTested ? rayleighUpperTail(z, exact.n) : none,
+                                  isTested ? rayleighUpperQuantile(alpha, exact.n) : none);
     exact.rayleigh.acceptedByReport = result.p >= alpha;
     return exact;
 }

@@ -200,6 +200,17 @@ TEST(ExactResults, giveClasses)
     expectClose(exact.chiSquare.p, 0.269820056384687, __LINE__);
     expectClose(exact.cohensW, 0.161864140562386, __LINE__);
     EXPECT_FALSE(exact.reportDiffers());
+    EXPECT_EQ(exact.p, exact.chiSquare.p);
+
+    GoodnessOfFit few;  // chisq.test(c(1, 3, 8, 8)); G is 8.756, of which p is 0.0327
+    few.copyFrom({{1, 5}, {3, 5}, {8, 5}, {8, 5}});
+    few.analyse();
+    const auto byX2 = wq_exact::of(few);
+    expectClose(byX2.p, 0.055043936378878, __LINE__);
+    expectClose(byX2.G.p, 0.032712973352932, __LINE__);
+    EXPECT_EQ(byX2.decision.accepted, true);
+    EXPECT_EQ(byX2.G.accepted, false);
+    EXPECT_TRUE(byX2.reportDiffers());  // it rejects when G does
 
     KolmogorovSmirnov2 two;  // ks.test(c(1, 2, 3, 4.5, 6, 7), c(3.5, 5, 8, 9, 10), exact = TRUE)
     two.copyFrom({{3, 0}, {0, 1}, {1, 0}, {0, 1}, {2, 0}, {0, 3}});
@@ -209,6 +220,51 @@ TEST(ExactResults, giveClasses)
     expectClose(distributions.p, 0.238095238095241, __LINE__);
     EXPECT_FALSE(distributions.reportHasCriticalValue);
     EXPECT_TRUE(distributions.reportDiffers());
+}
+
+// So many directions in each class.
+Circular counted(const std::vector<double>& counts)
+{
+    Circular directions;
+    directions.setDataType(wq_lib::BIN_NUMBERS);
+    directions.setBins(counts.size());
+    for (std::size_t i = 0; i < counts.size(); ++i) directions.add(static_cast<double>(i + 1), counts[i]);
+    directions.analyse();
+    return directions;
+}
+
+// z of the middles of the classes, without the report's correction. By R, p as in test_exact_distributions.cpp:
+// t <- 2 * pi * (seq_along(counts) - 0.5) / length(counts)
+// (sum(counts * cos(t))^2 + sum(counts * sin(t))^2) / sum(counts)
+TEST(ExactResults, takeGroupedDirectionsWithoutTheCorrection)
+{
+    const struct {
+        int line;
+        std::vector<double> counts;
+        double z, p;
+        bool differs;  // the report takes 3.084 and 2.842 for z
+    } rows[] = {
+        {__LINE__, {9, 4, 2, 5}, 2.5, 0.08075205213, true},
+        {__LINE__, {3, 1, 0, 2, 1, 4, 6, 3, 2, 1, 1, 1}, 2.77779454915, 0.06078211899, false},
+    };
+    for (const auto& row : rows) {
+        const auto exact = wq_exact::of(counted(row.counts));
+        EXPECT_NEAR(exact.rayleigh.statistic, row.z, 1e-11) << row.line;
+        EXPECT_NEAR(exact.rayleigh.p, row.p, 1e-8) << row.line;
+        EXPECT_EQ(exact.classes, static_cast<double>(row.counts.size())) << row.line;
+        EXPECT_EQ(exact.rayleigh.accepted, true) << row.line;
+        EXPECT_EQ(exact.reportDiffers(), row.differs) << row.line;
+    }
+    for (const auto& counts : {std::vector<double>{9, 2}, std::vector<double>{7}}) {
+        const auto exact = wq_exact::of(counted(counts));
+        EXPECT_TRUE(std::isnan(exact.rayleigh.p)) << counts.size();
+        EXPECT_TRUE(exact.rayleigh.reportLacksGround()) << counts.size();
+    }
+    Circular single;
+    single.copyFrom({{0.5, 0}, {1.0, 0}});
+    single.analyse();
+    EXPECT_EQ(wq_exact::of(single).classes, 0.0);
+    EXPECT_EQ(wq_exact::of(single).rayleigh.statistic, single.getCircularResult().z);
 }
 
 // ---------------------------------------------------------------- the report's decision

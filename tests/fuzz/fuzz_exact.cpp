@@ -295,6 +295,15 @@ const struct {
          directions.analyse();
          expect(wq_exact::of(directions).rayleigh);
      }},
+    {"grouped",
+     [](Line& a) {
+         const std::size_t classes = a.count();
+         auto directions = loaded<wq_lib::Circular>(a);
+         directions.setDataType(wq_lib::BIN_NUMBERS);
+         directions.setBins(classes);
+         directions.analyse();
+         expect(wq_exact::of(directions).rayleigh);
+     }},
 };
 
 }  // namespace

@@ -66,6 +66,18 @@ TEST(Warnings, tellOfADecisionThatDiffers)  // the p are those of tests/referenc
     expectWarnings(__LINE__, {"ks", digits}, {});
     expectWarnings(__LINE__, {"variances", instrument1, instrument2}, {});
     expectWarnings(__LINE__, {"circular", "--unit", "degrees", pigeons}, {});
+    expectWarnings({
+        // X2 by chisq.test(c(1, 3, 8, 8)); G has a p of 0.033
+        {__LINE__, {"fit"}, "1;5\n3;5\n8;5\n8;5\n", {"the exact p is 0.055, which accepts H0; the report rejects it"}},
+        {__LINE__, {"fit"}, "2;5\n3;5\n7;5\n8;5\n", {}},
+        // as test_exact_results.cpp has it, of z = 2.5; the report corrects it to 3.08
+        {__LINE__,
+         {"circular", "--unit", "bins", "--bins", "4"},
+         "1;9\n2;4\n3;2\n4;5\n",
+         {"the exact p is 0.081, which accepts H0; the report rejects it"}},
+        {__LINE__, {"circular", "--unit", "bins", "--bins", "4"}, "1;7\n2;4\n3;4\n4;5\n", {}},
+        {__LINE__, {"circular", "--unit", "bins", "--bins", "4"}, "1;19\n2;4\n3;2\n4;5\n", {}},
+    });
 }
 
 TEST(Warnings, tellOfADecisionThatRestsOnNothing)
@@ -85,6 +97,11 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
         {__LINE__, {"fit"}, "7;7\n", {"the report rejects H0 without ground: there are no degrees of freedom"}},
         {__LINE__, {"fit"}, "7;0\n8;15\n", {"the report rejects H0 without ground: nothing is expected in 1 class"}},
         {__LINE__, {"ks"}, "3;0\n4;0\n", {"the report accepts H0 without ground: a sample is empty"}},
+        {__LINE__,
+         {"circular", "--unit", "bins", "--bins", "2"},
+         "1;9\n2;2\n",
+         {"the report rejects H0 without ground: directions in fewer than 3 classes have no test of R"}},
+        {__LINE__, {"circular", "--unit", "bins", "--bins", "3"}, "1;9\n2;1\n3;1\n", {}},
         {__LINE__,
          {"correlate"},
          "1;2\n2;5\n",

@@ -16,14 +16,14 @@ namespace wq_exact {
 
 /** Observed against expected frequencies. */
 struct GoodnessOfFitResult {
-    Test chiSquare;                    ///< with Yates' correction where that is on; the report states one decision on all
+    Test chiSquare;                    ///< with Yates' correction where that is on; it decides
     Test G;                            ///< a class with nothing observed adds nothing
     std::optional<Test> GAdjusted;     ///< with Williams' correction; nothing where that is off
     double chiSquareLowerTail = none;  ///< P(chi-square <= statistic)
     double GLowerTail = none;          ///< P(chi-square <= G)
     double GAdjustedLowerTail = none;  ///< P(chi-square <= adjusted G)
-    Decision decision;      ///< H0 is accepted when each of the tests that have a p accepts it; none with a class where nothing is expected
-    double p = none;        ///< the smallest p of them
+    Decision decision;      ///< that of chiSquare; none with a class where nothing is expected. The report rejects when any statistic does
+    double p = none;        ///< that of chiSquare, where there is a decision
     double cohensW = none;  ///< sqrt(sum (o - e)^2 / e) of the shares o and e
     double sumObserved = 0.0;                ///< observed in all classes
     double sumExpected = 0.0;                ///< expected in all classes

@@ -10,10 +10,13 @@
 
 namespace wq_exact {
 
-/** Rayleigh's test of uniformity. */
+/**
+ * Rayleigh's test of uniformity. Directions that are grouped in fewer than three classes have none: what is opposite cancels, or nothing does.
+ */
 struct DirectionsResult {
-    Test rayleigh;    ///< statistic z, without degrees of freedom
-    double n = none;  ///< number of directions
+    Test rayleigh;       ///< statistic z, without degrees of freedom; of grouped directions without the correction that the report makes
+    double n = none;     ///< number of directions
+    double classes = 0;  ///< how many classes make up the circle; 0 where the directions are not grouped
 
     /** @return whether the object's own report decides differently. */
     bool reportDiffers() const noexcept { return rayleigh.reportDiffers(); }

@@ -219,7 +219,7 @@ Statement statementOf(wq_lib::Circular& directions, const VariableNames& names)
     const Textbook book = textbook(wq_exact::of(directions));
     return {"Is there a mean direction of " + nameOr(names.x, "the observations") + ", or do they point anywhere?",
             "mean direction " + figures(wq_lib::radianToDegree(result.a)) + "\u00b0, r = " + coefficient(result.r) +
-                ", z = " + figures(result.z) + ", " + probability(book.value("p")) + ", n = " + digits(result.n),
+                ", z = " + figures(book.value("z")) + ", " + probability(book.value("p")) + ", n = " + digits(result.n),
             {{"observations", "result/n", static_cast<double>(result.n)},
              {"mean direction in radians", "result/a", result.a},
              {"length r of the mean vector", "result/r", result.r},

@@ -205,8 +205,7 @@ Textbook textbook(const wq_exact::GoodnessOfFitResult& exact)
     book.figure("X2 " + sixDigits(test.alpha) + "," + sixDigits(test.df1), "criticalChiSquare", test.criticalValue);
     book.figure("Cohen's w", "cohensW", exact.cohensW);
     book.decision("Ho", "acceptH0", exact.decision);
-    for (const char* const path : {"X2/p", "G/p", "GAdjusted/p"})  // the least of them, as H0 is rejected when one rejects it
-        if (book.deciding().empty() && book.value(path) == exact.p) book.decidesBy(path);
+    if (exact.decision.accepted) book.decidesBy("X2/p");
     return book;
 }
 
@@ -257,6 +256,7 @@ Textbook textbook(const wq_exact::DirectionsResult& exact)
 {
     const wq_exact::Test& test = exact.rayleigh;
     Textbook book;
+    book.figure(exact.classes > 0.0 ? "z, not corrected" : "z", "z", test.statistic);
     book.figure("p of R", "p", test.p);
     book.figure("z" + sixDigits(test.alpha) + "," + sixDigits(exact.n), "criticalZ", test.criticalValue);
     book.decision("H0", "acceptH0", test);

@@ -183,7 +183,11 @@ Warnings warningsOf(const wq_exact::DirectionsResult& exact, wq_lib::Circular& d
 {
     constexpr double circle = 6.2831854;  // 2 pi, and a little for rounding
     Warnings warnings;
-    addDecision(warnings, exact.rayleigh, "", exact.n > 0.0 ? "z is no number" : "there are no directions");
+    const bool hasZ = !std::isnan(exact.rayleigh.statistic);
+    addDecision(warnings, exact.rayleigh, "",
+                hasZ            ? "directions in fewer than 3 classes have no test of R"
+                : exact.n > 0.0 ? "z is no number"
+                                : "there are no directions");
     std::size_t outside = 0;
     if (directions.getDataType() == wq_lib::RADIANS)
         for (std::size_t i = 0; i < directions.getSampleSize(); ++i)
