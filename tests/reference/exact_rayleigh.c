@@ -8,7 +8,7 @@
 // end at two heights, and for three steps by the integral of the density in its hypergeometric form (Borwein, Straub, Wan and Zudilin 2012,
 // Densities of short uniform random walks): they agree to 22 digits before a row is written.
 //
-// Debian: libflint-arb-dev. cc -O2 exact_rayleigh.c -o exact_rayleigh -lflint-arb -lflint -lm && ./exact_rayleigh > exact_rayleigh.csv
+// Takes 20 minutes. Debian: libflint-arb-dev. cc -O2 exact_rayleigh.c -o exact_rayleigh -lflint-arb -lflint -lm && ./exact_rayleigh > exact_rayleigh.csv
 #include <acb.h>
 #include <acb_calc.h>
 #include <acb_hypgeom.h>
@@ -27,7 +27,7 @@ struct walk {
     int side;      // 0 on the line, 1 to the left of its end, -1 to the right
 };
 
-// K of an order, at the middle of a ball: its power series, taken to about |w| = 130, loses exp(2 |w|), also of the ball.
+// K of an order, at the middle of a ball. Arb takes its power series up to some |w|, which loses exp(2 |w|): then once more, with as many bits more.
 static void bessel_k(acb_t result, long order, const acb_t w)
 {
     acb_t nu, middle;
@@ -38,7 +38,8 @@ static void bessel_k(acb_t result, long order, const acb_t w)
     acb_get_mid(middle, w);
     acb_get_mag(modulus, middle);
     const double size = mag_get_d(modulus);
-    acb_hypgeom_bessel_k(result, nu, middle, bits + (size < 150.0 ? (slong)(3.0 * size) : 0));
+    acb_hypgeom_bessel_k(result, nu, middle, bits);
+    if (acb_rel_accuracy_bits(result) < bits - 50) acb_hypgeom_bessel_k(result, nu, middle, bits + (slong)(3.0 * size));
     acb_clear(nu), acb_clear(middle);
     mag_clear(modulus);
 }
@@ -154,7 +155,8 @@ static void upper_tail(arb_t tail, long n, double z, double factor, double heigh
     mag_set_d(change, bell);
     mag_mul(size, size, change);
     acb_zero(sum);
-    const int pieces = (int)ceil(end / fmin(fmax(2.0 * bell, 16.0 / ((double)n + walk.about)), c));
+    const double width = n > most ? bell : 2.0 * bell;  // beside the saddle point many steps nearly cancel
+    const int pieces = (int)ceil(end / fmin(fmax(width, 16.0 / ((double)n + walk.about)), c));
     for (int i = 0; i < pieces; ++i) {
         point(from, c, end * i / pieces);
         point(to, c, i + 1 == pieces ? end : end * (i + 1) / pieces);  // where the sides begin, to the last bit
@@ -274,6 +276,9 @@ static void rows(long n, double z)
     arb_clear(upper), arb_clear(other);
 }
 
+// Whether the tail, about exp(-z - z^2 / (4 n)), is none of the smallest numbers.
+static int above_1e300(double z, long n) { return z + z * z / (4.0 * (double)n) < 300.0 * log(10.0); }
+
 int main(void)
 {
     static const long steps[] = {3, 4, 5, 7, 10, 24, 45, 64, 100, 317, 1000, 12345, 1000000};
@@ -283,13 +288,17 @@ int main(void)
         const long n = steps[i];
         static const double centre[] = {1e-3, 0.3, 1.4, 2.7};
         static const double rests[] = {0.45, 0.1, 1e-3, 1e-9};
-        static const double far[] = {30.0, 110.0, 300.0, 680.0};
+        static const double far[] = {30.0, 110.0, 300.0, 680.0, 690.0};
         for (int j = 0; j < 4; ++j) rows(n, centre[j]);
         for (int j = 0; j < 4; ++j)
             if (n <= 700 && (double)n * (1.0 - rests[j]) > 2.7 && 0.5 * (double)n * log10(rests[j]) > -300.0)
                 rows(n, (double)n * (1.0 - rests[j]));
-        for (int j = 0; j < 4; ++j)
-            if (n > 700 && far[j] < 0.3 * (double)n * (n < 2000 ? 1.4 : 1.0)) rows(n, far[j]);
+        for (int j = 0; j < 5; ++j)
+            if (n > 700 && far[j] < 0.42 * (double)n && above_1e300(far[j], n)) rows(n, far[j]);
     }
+    static const long table_steps[] = {7, 10, 20, 49, 50, 100};  // those of distributions_textbook.csv
+    static const double table_z[] = {0.1, 0.5, 1.0, 2.0, 3.0, 4.0, 4.6, 6.0, 6.9};
+    for (size_t i = 0; i < sizeof table_steps / sizeof *table_steps; ++i)
+        for (size_t j = 0; j < sizeof table_z / sizeof *table_z; ++j) rows(table_steps[i], table_z[j]);
     return 0;
 }
