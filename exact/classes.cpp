@@ -9,6 +9,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace wq_exact {
 
@@ -97,25 +101,67 @@ GoodnessOfFitResult of(const wq_lib::GoodnessOfFit& test) noexcept
 
 // ---------------------------------------------------------------- Kolmogorov and Smirnov
 
+namespace {
+
+/** The cumulative frequencies of both samples. */
+struct StoredFrequencies : wq_lib::KolmogorovSmirnov2 {
+    static const std::vector<std::pair<double, double>>& of(const wq_lib::KolmogorovSmirnov2& test)
+    {
+        return test.*(&StoredFrequencies::cumulativeFrequencies);
+    }
+};
+
+/** How many observations of both samples each class has; nothing where a count is negative or not whole. Empty classes are left out. */
+std::optional<std::vector<std::size_t>> classSizes(const wq_lib::KolmogorovSmirnov2& test)
+{
+    const auto all = static_cast<double>(test.getN1() + test.getN2());
+    const auto isCount = [all](double count) { return count >= 0.0 && count <= all && count == std::floor(count); };
+    std::vector<std::size_t> sizes;
+    std::pair<double, double> last = {0.0, 0.0};
+    for (const auto& [c1, c2] : StoredFrequencies::of(test)) {
+        const double first = c1 - last.first;
+        const double second = c2 - last.second;
+        if (!isCount(first) || !isCount(second)) return {};
+        if (first + second > 0.0) sizes.push_back(static_cast<std::size_t>(first + second));
+        last = {c1, c2};
+    }
+    return sizes;
+}
+
+/** By all arrangements given the ties. */
+std::optional<Test> countedTest(const wq_lib::KolmogorovSmirnov2& test)
+{
+    const std::size_t n1 = test.getN1();
+    const std::size_t n2 = test.getN2();
+    if (!canCountArrangements(n1, n2)) return {};
+    const std::optional<std::vector<std::size_t>> sizes = classSizes(test);
+    if (!sizes) return {};
+    const double alpha = test.getSignificance();
+    return detail::test(test.getD(), none, none, alpha, smirnovUpperTail(test.getD(), n1, n2, *sizes),
+                        smirnovUpperQuantile(alpha, n1, n2, *sizes));
+}
+
+}  // namespace
+
 KolmogorovSmirnovResult of(const wq_lib::KolmogorovSmirnov2& test) noexcept
 {
-    const double alpha = test.getSignificance();
-    const double D = test.getD();
-    const double n1 = static_cast<double>(test.getN1());
-    const double n2 = static_cast<double>(test.getN2());
-    const double root = n1 > 0.0 && n2 > 0.0 ? std::sqrt(n1 / (n1 + n2) * n2) : none;
+    return detail::guarded([&] {
+        const double alpha = test.getSignificance();
+        const double D = test.getD();
+        const double n1 = static_cast<double>(test.getN1());
+        const double n2 = static_cast<double>(test.getN2());
+        const double root = n1 > 0.0 && n2 > 0.0 ? std::sqrt(n1 / (n1 + n2) * n2) : none;
 
-    KolmogorovSmirnovResult exact;
-    exact.largeSamples = detail::test(D, none, none, alpha, kolmogorovUpperTail(D * root), kolmogorovUpperQuantile(alpha) / root);
-    if (canCountArrangements(test.getN1(), test.getN2()))
-        exact.allArrangements = detail::test(D, none, none, alpha, smirnovUpperTail(D, test.getN1(), test.getN2()),
-                                             smirnovUpperQuantile(alpha, test.getN1(), test.getN2()));
-    const Test& best = exact.allArrangements ? *exact.allArrangements : exact.largeSamples;
-    const double critical = wq_lib::D_TwoSamples(alpha, test.getN1(), test.getN2());
-    exact.p = best.p;
-    exact.decision = {best.accepted, critical >= D};  // acceptH0()
-    exact.reportHasCriticalValue = critical > 0.0;
-    return exact;
+        KolmogorovSmirnovResult exact;
+        exact.largeSamples = detail::test(D, none, none, alpha, kolmogorovUpperTail(D * root), kolmogorovUpperQuantile(alpha) / root);
+        exact.allArrangements = countedTest(test);
+        const Test& best = exact.allArrangements ? *exact.allArrangements : exact.largeSamples;
+        const double critical = wq_lib::D_TwoSamples(alpha, test.getN1(), test.getN2());
+        exact.p = best.p;
+        exact.decision = {best.accepted, critical >= D};  // acceptH0()
+        exact.reportHasCriticalValue = critical > 0.0;
+        return exact;
+    });
 }
 
 }  // namespace wq_exact

@@ -99,38 +99,78 @@ struct Paths {
     double staying;   ///< those that stay below it all the way
 };
 
-/** The counts of paths stay below 1e60. */
-Paths countPaths(double least, std::size_t n1, std::size_t n2)
-{
-    std::vector<double> reaching(n2 + 1, 0.0);  // paths to (i, j) for the current i
-    std::vector<double> staying(n2 + 1, 0.0);
-    staying[0] = 1.0;
-    for (std::size_t i = 0; i <= n1; ++i) {
-        for (std::size_t j = 0; j <= n2; ++j) {
-            if (j > 0) {
-                reaching[j] += reaching[j - 1];
-                staying[j] += staying[j - 1];
-            }
-            if (distanceAt(i, j, n1, n2) >= least) {
-                reaching[j] += staying[j];
-                staying[j] = 0.0;
+/**
+ * Where two samples are compared: after so many observations of both a class ends. Equal values have no order among them.
+ * Source: Schroeer and Trenkler (1995), Exact and randomization distributions of Kolmogorov-Smirnov tests.
+ */
+class Arrangements {
+public:
+    Arrangements(std::size_t size1, std::size_t size2) : n1(size1), n2(size2), ends(size1 + size2 + 1, true) {}
+
+    Arrangements(std::size_t size1, std::size_t size2, const std::vector<std::size_t>& classes)
+        : n1(size1),
+          n2(size2),
+          ends(size1 + size2 + 1, false)
+    {
+        std::size_t end = 0;
+        ends[0] = true;
+        for (const std::size_t size : classes) ends[end += size] = true;
+    }
+
+    /** The counts of paths stay below 1e60. */
+    Paths count(double least) const
+    {
+        std::vector<double> reaching(n2 + 1, 0.0);  // paths to (i, j) for the current i
+        std::vector<double> staying(n2 + 1, 0.0);
+        staying[0] = 1.0;
+        for (std::size_t i = 0; i <= n1; ++i) {
+            for (std::size_t j = 0; j <= n2; ++j) {
+                if (j > 0) {
+                    reaching[j] += reaching[j - 1];
+                    staying[j] += staying[j - 1];
+                }
+                if (ends[i + j] && distanceAt(i, j, n1, n2) >= least) {
+                    reaching[j] += staying[j];
+                    staying[j] = 0.0;
+                }
             }
         }
+        const double all = reaching[n2] + staying[n2];
+        return {reaching[n2] / all, staying[n2] / all};
     }
-    const double all = reaching[n2] + staying[n2];
-    return {reaching[n2] / all, staying[n2] / all};
-}
 
-/** The distances that paths can have, in ascending order. */
-std::vector<double> distances(std::size_t n1, std::size_t n2)
-{
-    std::vector<double> all;
-    for (std::size_t i = 0; i <= n1; ++i)
-        for (std::size_t j = 0; j <= n2; ++j) all.push_back(distanceAt(i, j, n1, n2));
-    std::sort(all.begin(), all.end());
-    all.erase(std::unique(all.begin(), all.end()), all.end());
-    return all;
-}
+    /** The first distance with the property that some arrangement can have, as a D. */
+    template <typename IsBelow>
+    double firstDistance(IsBelow isBelow) const
+    {
+        const std::vector<double> candidates = distances();
+        const auto first = std::partition_point(candidates.begin(), candidates.end(), isBelow);
+        return first == candidates.end() ? undefined : *first / (static_cast<double>(n1) * static_cast<double>(n2));
+    }
+
+    /** The smallest D with an upper tail of p at most. */
+    double upperQuantile(double p) const
+    {
+        return firstDistance([&](double least) { return count(least).reaching > p; });
+    }
+
+private:
+    /** In ascending order. */
+    std::vector<double> distances() const
+    {
+        std::vector<double> all;
+        for (std::size_t i = 0; i <= n1; ++i)
+            for (std::size_t j = 0; j <= n2; ++j)
+                if (ends[i + j]) all.push_back(distanceAt(i, j, n1, n2));
+        std::sort(all.begin(), all.end());
+        all.erase(std::unique(all.begin(), all.end()), all.end());
+        return all;
+    }
+
+    std::size_t n1;
+    std::size_t n2;
+    std::vector<bool> ends;
+};
 
 /** D as a multiple of 1 / (n1 n2). A quotient of frequencies may lie a last bit above the D it stands for. */
 double steps(double d, std::size_t n1, std::size_t n2)
@@ -151,37 +191,55 @@ double counted(std::size_t n1, std::size_t n2, Computation computation) noexcept
     }
 }
 
-/** The first distance with the property, as a D. */
-template <typename IsBelow>
-double firstDistance(std::size_t n1, std::size_t n2, IsBelow isBelow)
+/** Whether these are the classes of two such samples. A sum of sizes may wrap. */
+bool makeUp(const std::vector<std::size_t>& classes, std::size_t n1, std::size_t n2)
 {
-    const std::vector<double> candidates = distances(n1, n2);
-    const auto first = std::partition_point(candidates.begin(), candidates.end(), isBelow);
-    return first == candidates.end() ? undefined : *first / (static_cast<double>(n1) * static_cast<double>(n2));
+    if (!canCountArrangements(n1, n2)) return false;
+    std::size_t rest = n1 + n2;
+    for (const std::size_t size : classes) {
+        if (size > rest) return false;
+        rest -= size;
+    }
+    return rest == 0;
 }
 
 }  // namespace
 
 double smirnovUpperTail(double d, std::size_t n1, std::size_t n2) noexcept
 {
-    return std::isnan(d) ? undefined : counted(n1, n2, [&] { return countPaths(steps(d, n1, n2), n1, n2).reaching; });
+    return std::isnan(d) ? undefined : counted(n1, n2, [&] { return Arrangements(n1, n2).count(steps(d, n1, n2)).reaching; });
+}
+
+double smirnovUpperTail(double d, std::size_t n1, std::size_t n2, const std::vector<std::size_t>& classes) noexcept
+{
+    if (std::isnan(d) || !makeUp(classes, n1, n2)) return undefined;
+    return counted(n1, n2, [&] { return Arrangements(n1, n2, classes).count(steps(d, n1, n2)).reaching; });
 }
 
 double smirnovCdf(double d, std::size_t n1, std::size_t n2) noexcept
 {
-    return std::isnan(d) ? undefined : counted(n1, n2, [&] { return countPaths(steps(d, n1, n2), n1, n2).staying; });
+    return std::isnan(d) ? undefined : counted(n1, n2, [&] { return Arrangements(n1, n2).count(steps(d, n1, n2)).staying; });
 }
 
 double smirnovUpperQuantile(double p, std::size_t n1, std::size_t n2) noexcept
 {
     if (!(p >= 0.0 && p <= 1.0)) return undefined;
-    return counted(n1, n2, [&] { return firstDistance(n1, n2, [&](double least) { return countPaths(least, n1, n2).reaching > p; }); });
+    return counted(n1, n2, [&] { return Arrangements(n1, n2).upperQuantile(p); });
+}
+
+double smirnovUpperQuantile(double p, std::size_t n1, std::size_t n2, const std::vector<std::size_t>& classes) noexcept
+{
+    if (!(p >= 0.0 && p <= 1.0) || !makeUp(classes, n1, n2)) return undefined;
+    return counted(n1, n2, [&] { return Arrangements(n1, n2, classes).upperQuantile(p); });
 }
 
 double smirnovQuantile(double p, std::size_t n1, std::size_t n2) noexcept
 {
     if (!(p >= 0.0 && p <= 1.0)) return undefined;
-    return counted(n1, n2, [&] { return firstDistance(n1, n2, [&](double d) { return countPaths(d + 0.5, n1, n2).staying < p; }); });
+    return counted(n1, n2, [&] {
+        const Arrangements all(n1, n2);
+        return all.firstDistance([&](double d) { return all.count(d + 0.5).staying < p; });
+    });
 }
 
 }  // namespace wq_exact

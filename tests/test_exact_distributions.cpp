@@ -273,6 +273,52 @@ TEST(ExactDistributions, countAllArrangementsOfTwoSmallSamples)
     EXPECT_TRUE(std::isnan(smirnovUpperQuantile(-0.1, 3, 3)));
 }
 
+// Equal values have no order: D is looked for only where a class ends.
+TEST(ExactDistributions, countAllArrangementsGivenTheTies)
+{
+    const struct {
+        int n1, n2;
+        std::vector<std::size_t> classes;
+    } rows[] = {
+        {6, 7, {2, 4, 3, 4}},
+        {3, 3, {6}},
+        {3, 3, {0, 3, 0, 3}},
+        {1, 8, {4, 5}},
+        {5, 6, {1, 3, 1, 1, 5}},
+        {8, 8, {2, 2, 2, 2, 2, 2, 2, 2}},
+        {4, 4, {1, 1, 1, 1, 1, 1, 1, 1}},
+    };
+    for (const auto& [n1, n2, classes] : rows) {
+        const auto size1 = static_cast<std::size_t>(n1);
+        const auto size2 = static_cast<std::size_t>(n2);
+        const std::map<int, int> counts = arrangementsByD(n1, n2, classes);
+        double all = 0.0;
+        for (const auto& [d, count] : counts) all += count;
+        double reaching = all;
+        for (const auto& [d, count] : counts) {
+            const double D = static_cast<double>(d) / (n1 * n2);
+            EXPECT_NEAR(smirnovUpperTail(D, size1, size2, classes), reaching / all, 1e-15) << n1 << " and " << n2 << ", D = " << D;
+            const double critical = smirnovUpperQuantile((reaching + 0.5) / all, size1, size2, classes);
+            if (reaching < all)
+                EXPECT_LE(critical, D);
+            else
+                EXPECT_TRUE(std::isnan(critical)) << "no level above 1";
+            EXPECT_LE(smirnovUpperTail(D, size1, size2, classes), smirnovUpperTail(D, size1, size2) + 1e-15);
+            reaching -= count;
+        }
+    }
+    const double twice = 2.0 / 9.0548514656103e58;
+    EXPECT_NEAR(smirnovUpperTail(1.0, 100, 100, {100, 100}), twice, 1e-71);
+    EXPECT_EQ(smirnovUpperTail(1.0, 100, 100, {99, 101}), 0.0);  // the class in the middle has values of both samples
+    for (const auto& classes : {std::vector<std::size_t>{}, {2, 3}, {2, 5}, {7, static_cast<std::size_t>(-1)}}) {
+        EXPECT_TRUE(std::isnan(smirnovUpperTail(0.5, 3, 3, classes)));
+        EXPECT_TRUE(std::isnan(smirnovUpperQuantile(0.5, 3, 3, classes)));
+    }
+    EXPECT_TRUE(std::isnan(smirnovUpperTail(0.5, 101, 100, {201})));
+    EXPECT_TRUE(std::isnan(smirnovUpperTail(notANumber, 3, 3, {6})));
+    EXPECT_TRUE(std::isnan(smirnovUpperQuantile(1.5, 3, 3, {6})));
+}
+
 // ---------------------------------------------------------------- Rayleigh
 
 TEST(ExactDistributions, haveRayleighsTailsAndTheirQuantiles)

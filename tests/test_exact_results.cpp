@@ -213,13 +213,39 @@ TEST(ExactResults, giveClasses)
     EXPECT_TRUE(byX2.reportDiffers());  // it rejects when G does
 
     KolmogorovSmirnov2 two;  // ks.test(c(1, 2, 3, 4.5, 6, 7), c(3.5, 5, 8, 9, 10), exact = TRUE)
-    two.copyFrom({{3, 0}, {0, 1}, {1, 0}, {0, 1}, {2, 0}, {0, 3}});
+    two.copyFrom({{1, 0}, {1, 0}, {1, 0}, {0, 1}, {1, 0}, {0, 1}, {1, 0}, {1, 0}, {0, 1}, {0, 1}, {0, 1}});
     two.cumulative();
     two.analyse();
     const auto distributions = wq_exact::of(two);
     expectClose(distributions.p, 0.238095238095241, __LINE__);
     EXPECT_FALSE(distributions.reportHasCriticalValue);
     EXPECT_TRUE(distributions.reportDiffers());
+}
+
+KolmogorovSmirnov2 compared(const std::vector<data_pair>& classes)
+{
+    KolmogorovSmirnov2 test;
+    test.copyFrom(classes);
+    test.cumulative();
+    test.analyse();
+    return test;
+}
+
+TEST(ExactResults, compareDistributionsGivenTheTies)
+{
+    // ks.test(rep(1:4, c(2, 3, 1, 0)), rep(1:4, c(0, 1, 2, 4)), exact = TRUE)
+    const auto few = wq_exact::of(compared({{2, 0}, {3, 1}, {1, 2}, {0, 4}}));
+    expectClose(few.p, 0.0291375291375267, __LINE__);
+    EXPECT_EQ(few.decision.accepted, false);
+    EXPECT_FALSE(few.reportDiffers());
+    const auto thinned = wq_exact::of(compared({{0, 0}, {2, 0}, {0, 0}, {3, 1}, {1, 2}, {0, 4}, {0, 0}}));
+    EXPECT_EQ(thinned.p, few.p);  // classes without observations
+    EXPECT_FALSE(wq_exact::of(compared({{2.5, 0}, {3.5, 7}})).allArrangements);
+    EXPECT_FALSE(wq_exact::of(compared({{2, -1}, {3, 7}})).allArrangements);
+    KolmogorovSmirnov2 twice = compared({{2, 0}, {3, 1}});
+    twice.cumulative();
+    twice.analyse();
+    EXPECT_FALSE(wq_exact::of(twice).allArrangements);  // its cumulative frequencies fall
 }
 
 // So many directions in each class.

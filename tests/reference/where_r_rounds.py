@@ -40,17 +40,19 @@ def correlation(pairs):
 
 
 def arrangements(pairs):
-    """How many of all orders of so many different values have a D that is no smaller."""
+    """The share of all arrangements, given the ties, whose D is no smaller. Equal values have no order: only where a class ends is there a D."""
     n1, n2 = (int(sum(pair[i] for pair in pairs)) for i in (0, 1))
     first = second = steps = 0
+    ends = set()
     for x, y in pairs:
         first += int(x)
         second += int(y)
+        ends.add(first + second)
         steps = max(steps, abs(first * n2 - second * n1))
     ways = [[0] * (n2 + 1) for _ in range(n1 + 1)]
     for i in range(n1 + 1):
         for j in range(n2 + 1):
-            if abs(i * n2 - j * n1) < steps:
+            if i + j not in ends or abs(i * n2 - j * n1) < steps:
                 ways[i][j] = 1 if i == j == 0 else (ways[i - 1][j] if i else 0) + (ways[i][j - 1] if j else 0)
     return number(1 - Fraction(ways[n1][n2], comb(n1 + n2, n1)))
 

@@ -281,20 +281,22 @@ TEST(Textbook, countsTheArrangementsOfSmallSamples)
     const TempFolder folder;
     const struct {
         int n1, n2;
-        std::string classes;  // of so many observations, as a data file
-        int steps;            // their D
+        std::string classes;             // of so many observations, as a data file
+        std::vector<std::size_t> sizes;  // of both samples together
+        int steps;                       // their D
     } rows[] = {
-        {3, 3, "3;0\n0;3\n", 9},
-        {3, 3, "1;0\n1;2\n1;1\n", 3},
-        {5, 5, "4;0\n1;5\n", 20},
-        {4, 6, "3;0\n1;1\n0;5\n", 20},
-        {7, 3, "0;2\n3;0\n1;1\n3;0\n", 14},
-        {1, 8, "1;4\n0;4\n", 4},
-        {8, 8, "8;0\n0;8\n", 64},
-        {2, 2, "1;1\n1;1\n", 0},
+        {3, 3, "3;0\n0;3\n", {3, 3}, 9},
+        {3, 3, "1;0\n1;2\n1;1\n", {1, 3, 2}, 3},
+        {5, 5, "4;0\n1;5\n", {4, 6}, 20},
+        {4, 6, "3;0\n1;1\n0;5\n", {3, 2, 5}, 20},
+        {7, 3, "0;2\n3;0\n1;1\n3;0\n", {2, 3, 2, 3}, 14},
+        {4, 3, "1;0\n0;0\n1;0\n0;1\n1;0\n0;1\n0;1\n1;0\n", {1, 1, 1, 1, 1, 1, 1}, 6},
+        {1, 8, "1;4\n0;4\n", {5, 4}, 4},
+        {8, 8, "8;0\n0;8\n", {8, 8}, 64},
+        {2, 2, "1;1\n1;1\n", {2, 2}, 0},
     };
     for (const auto& row : rows) {
-        const std::map<int, int> counts = arrangementsByD(row.n1, row.n2);
+        const std::map<int, int> counts = arrangementsByD(row.n1, row.n2, row.sizes);
         int total = 0;
         for (const auto& [d, count] : counts) total += count;
         int reaching = 0;
@@ -313,6 +315,7 @@ TEST(Textbook, countsTheArrangementsOfSmallSamples)
             expectSixDigits(numberOf(figures.at("criticalDTheseSizes")), critical, row.classes);
         EXPECT_EQ(figures.at("acceptH0"), p >= 0.1) << row.classes;
     }
+    EXPECT_EQ(figuresOf({"ks", folder.write("fractions.txt", "1.5;0\n0.5;2\n")}).count("pTheseSizes"), 0U);
     EXPECT_EQ(figuresOf({"ks", folder.write("large.txt", "101;0\n0;100\n")}).count("pTheseSizes"), 0U);  // 10 100 pairs
     EXPECT_EQ(figuresOf({"ks", folder.write("largest.txt", "100;0\n0;100\n")}).count("pTheseSizes"), 1U);
 }

@@ -41,10 +41,11 @@ WQ_EXACT_EXPORT GoodnessOfFitResult of(const wq_lib::GoodnessOfFit& test) noexce
 
 /** The distributions of two samples. */
 struct KolmogorovSmirnovResult {
-    Test largeSamples;                    ///< by Kolmogorov's limit; statistic D
-    std::optional<Test> allArrangements;  ///< by counting; nothing for samples too large for it
-    Decision decision;                    ///< by the count where there is one
-    double p = none;                      ///< of the decision
+    Test largeSamples;  ///< by Kolmogorov's limit; statistic D
+    std::optional<Test>
+        allArrangements;  ///< by counting, given the ties; nothing for samples too large for it, or counts that are not whole
+    Decision decision;    ///< by the count where there is one
+    double p = none;      ///< of the decision
     bool reportHasCriticalValue = false;  ///< whether D_TwoSamples() offers one for these sizes; without it the report accepts D = 0 alone
 
     /** @return whether the object's own report decides differently. */

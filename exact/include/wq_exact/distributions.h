@@ -7,6 +7,7 @@
 #include <wq_exact/export.h>
 
 #include <cstddef>
+#include <vector>
 
 /**
  * The exact figures beside those of wq_lib: distributions, and what the textbook says of each analysis.
@@ -122,11 +123,22 @@ WQ_EXACT_EXPORT bool canCountArrangements(std::size_t n1, std::size_t n2) noexce
  */
 WQ_EXACT_EXPORT double smirnovUpperTail(double d, std::size_t n1, std::size_t n2) noexcept;
 
+/**
+ * Two samples given the ties: P(D >= d) over all arrangements of so many observations in classes, where equal values have no order.
+ * Source: Schroeer and Trenkler (1995), Exact and randomization distributions of Kolmogorov-Smirnov tests.
+ * @param classes how many observations of both samples together are equal, in ascending order of their values.
+ * @return NaN also where the sizes of the classes do not sum to n1 + n2.
+ */
+WQ_EXACT_EXPORT double smirnovUpperTail(double d, std::size_t n1, std::size_t n2, const std::vector<std::size_t>& classes) noexcept;
+
 /** @return P(D < d) over all arrangements: the rest to smirnovUpperTail(), not P(D <= d). */
 WQ_EXACT_EXPORT double smirnovCdf(double d, std::size_t n1, std::size_t n2) noexcept;
 
 /** @return the smallest D that two samples can have with smirnovUpperTail() <= p; NaN where there is none. */
 WQ_EXACT_EXPORT double smirnovUpperQuantile(double p, std::size_t n1, std::size_t n2) noexcept;
+
+/** @return the smallest D with smirnovUpperTail() <= p that two samples can have given the ties; NaN where there is none. */
+WQ_EXACT_EXPORT double smirnovUpperQuantile(double p, std::size_t n1, std::size_t n2, const std::vector<std::size_t>& classes) noexcept;
 
 /** @return the smallest D that two samples can have with P(D' <= D) >= p. */
 WQ_EXACT_EXPORT double smirnovQuantile(double p, std::size_t n1, std::size_t n2) noexcept;

@@ -216,8 +216,8 @@ Textbook textbook(const wq_exact::KolmogorovSmirnovResult& exact)
     book.figure("p, large samples", "pLargeSamples", exact.largeSamples.p);
     book.figure(level + ", large samples", "criticalDLargeSamples", exact.largeSamples.criticalValue);
     if (exact.allArrangements) {
-        book.figure("p, these sample sizes", "pTheseSizes", exact.allArrangements->p);
-        book.figure(level + ", these sample sizes", "criticalDTheseSizes", exact.allArrangements->criticalValue);
+        book.figure("p, given the ties", "pTheseSizes", exact.allArrangements->p);
+        book.figure(level + ", given the ties", "criticalDTheseSizes", exact.allArrangements->criticalValue);
     } else {
         for (const char* const path : {"pTheseSizes", "criticalDTheseSizes"}) book.noFigure(path);
     }
