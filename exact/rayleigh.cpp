@@ -1,6 +1,7 @@
 #include <wq_exact/directions.h>
 #include <wq_exact/distributions.h>
 
+#include "grouped_directions.h"
 #include "p_values.h"
 #include "random_walk.h"
 
@@ -26,6 +27,15 @@ double groupingCorrection(const wq_lib::Circular& directions)
     return directions.isGrouped() ? half / std::sin(half) : 1.0;
 }
 
+/** Of no classes where the directions are not grouped; of fewer than three, cosine and sine do not vary alike. */
+Test rayleighsTest(double z, double n, double classes, double alpha)
+{
+    if (classes > 0.0 && classes < 3.0) return detail::test(z, none, none, alpha, none, none);
+    if (classes > 0.0 && isDefined(z, n) && detail::canEnumerateDirections(n, classes))
+        return detail::test(z, none, none, alpha, detail::groupedUpperTail(z, n, classes), none);
+    return detail::test(z, none, none, alpha, rayleighUpperTail(z, n), rayleighUpperQuantile(alpha, n));
+}
+
 }  // namespace
 
 double rayleighUpperTail(double z, double n) noexcept
@@ -44,23 +54,23 @@ double rayleighQuantile(double p, double n) noexcept { return isDefined(p, n) ? 
 
 /**
  * The corrected mean resultant length estimates that of directions which are not grouped. As many directions as stand for their classes are a walk of
- * unit steps, of which 2 z is asymptotically chi-square with 2 degrees of freedom for three classes or more; corrected it would be larger by up to
- * 46 %, and p too small.
+ * unit steps; corrected it would be longer by up to 46 %, and p too small. Few of them have few lengths, of which the longest is likely:
+ * all are looked at. Of many, 2 z is asymptotically chi-square with 2 degrees of freedom for three classes or more, as that of ungrouped ones is.
  */
 DirectionsResult of(const wq_lib::Circular& directions) noexcept
 {
-    const wq_lib::circular_stat& result = directions.getCircularResult();
-    const double alpha = directions.getSignificance();
-    const double correction = groupingCorrection(directions);
-    const double z = result.z / correction / correction;
-    DirectionsResult exact;
-    exact.n = static_cast<double>(result.n);
-    exact.classes = directions.isGrouped() ? static_cast<double>(result.bins) : 0.0;
-    const bool isTested = !directions.isGrouped() || exact.classes >= 3.0;  // of fewer, cosine and sine do not vary alike
-    exact.rayleigh = detail::test(z, none, none, alpha, isTested ? rayleighUpperTail(z, exact.n) : none,
-                                  isTested ? rayleighUpperQuantile(alpha, exact.n) : none);
-    exact.rayleigh.acceptedByReport = result.p >= alpha;
-    return exact;
+    return detail::guarded([&] {
+        const wq_lib::circular_stat& result = directions.getCircularResult();
+        const double alpha = directions.getSignificance();
+        const double correction = groupingCorrection(directions);
+        const double z = result.z / correction / correction;
+        DirectionsResult exact;
+        exact.n = static_cast<double>(result.n);
+        exact.classes = directions.isGrouped() ? static_cast<double>(result.bins) : 0.0;
+        exact.rayleigh = rayleighsTest(z, exact.n, exact.classes, alpha);
+        exact.rayleigh.acceptedByReport = result.accepted;
+        return exact;
+    });
 }
 
 }  // namespace wq_exact

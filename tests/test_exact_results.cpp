@@ -7,8 +7,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <complex>
 #include <cstddef>
 #include <filesystem>
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -259,9 +261,11 @@ Circular counted(const std::vector<double>& counts)
     return directions;
 }
 
-// z of the middles of the classes, without the report's correction. By R, p as in test_exact_distributions.cpp:
+// z of the middles of the classes, without the report's correction. By R:
 // t <- 2 * pi * (seq_along(counts) - 0.5) / length(counts)
 // (sum(counts * cos(t))^2 + sum(counts * sin(t))^2) / sum(counts)
+// p of many classes as in test_exact_distributions.cpp; of few directions the sum of dmultinom() over all rows of
+// expand.grid(rep(list(0:n), k)) whose sum is n and whose length is no less
 TEST(ExactResults, takeGroupedDirectionsWithoutTheCorrection)
 {
     const struct {
@@ -270,7 +274,7 @@ TEST(ExactResults, takeGroupedDirectionsWithoutTheCorrection)
         double z, p;
         bool differs;  // the report takes 3.084 and 2.842 for z
     } rows[] = {
-        {__LINE__, {9, 4, 2, 5}, 2.5, 0.08075205213, true},
+        {__LINE__, {9, 4, 2, 5}, 2.5, 0.108393204573076, true},
         {__LINE__, {3, 1, 0, 2, 1, 4, 6, 3, 2, 1, 1, 1}, 2.77779454915, 0.06078211899, false},
     };
     for (const auto& row : rows) {
@@ -291,6 +295,82 @@ TEST(ExactResults, takeGroupedDirectionsWithoutTheCorrection)
     single.analyse();
     EXPECT_EQ(wq_exact::of(single).classes, 0.0);
     EXPECT_EQ(wq_exact::of(single).rayleigh.statistic, single.getCircularResult().z);
+}
+
+// The distributions of n directions over k classes, one direction after the other: k^n outcomes, each as likely as the others.
+std::map<std::vector<double>, double> outcomesByCounts(std::size_t n, std::size_t k)
+{
+    std::map<std::vector<double>, double> outcomes = {{std::vector<double>(k, 0.0), 1.0}};
+    for (std::size_t i = 0; i < n; ++i) {
+        std::map<std::vector<double>, double> more;
+        for (const auto& [counts, share] : outcomes)
+            for (std::size_t j = 0; j < k; ++j) {
+                std::vector<double> next = counts;
+                next[j] += 1.0;
+                more[next] += share / static_cast<double>(k);
+            }
+        outcomes = more;
+    }
+    return outcomes;
+}
+
+double squaredLength(const std::vector<double>& counts)
+{
+    std::complex<double> sum = 0.0;
+    for (std::size_t j = 0; j < counts.size(); ++j)
+        sum += std::polar(counts[j], 6.283185307179586 * static_cast<double>(j) / static_cast<double>(counts.size()));
+    return std::norm(sum);
+}
+
+TEST(ExactResults, lookAtAllDistributionsOfFewGroupedDirections)
+{
+    EXPECT_NEAR(wq_exact::of(counted({0, 2, 0, 0})).rayleigh.p, 0.25, 1e-15);    // both in one of 4 classes
+    EXPECT_NEAR(wq_exact::of(counted({0, 0, 3})).rayleigh.p, 1.0 / 9.0, 1e-15);  // 3 of 27
+    EXPECT_NEAR(wq_exact::of(counted({1, 0, 1, 0})).rayleigh.p, 1.0, 1e-15);     // opposite: length 0
+    EXPECT_NEAR(wq_exact::of(counted({1, 0, 0, 0, 0})).rayleigh.p, 1.0, 1e-15);  // one direction has the length 1
+    EXPECT_TRUE(std::isnan(wq_exact::of(counted({0, 2, 0, 0})).rayleigh.criticalValue));
+    const struct {
+        std::size_t n, k;
+    } rows[] = {{2, 3}, {7, 3}, {12, 3}, {5, 4}, {9, 4}, {4, 5}, {4, 6}, {7, 6}, {3, 8}, {5, 8}};
+    for (const auto& [n, k] : rows) {
+        const auto outcomes = outcomesByCounts(n, k);
+        double rejected[] = {0.0, 0.0, 0.0};
+        const double levels[] = {0.01, 0.05, 0.3};
+        for (const auto& [counts, share] : outcomes) {
+            double tail = 0.0;
+            for (const auto& [others, othersShare] : outcomes)
+                if (squaredLength(others) > squaredLength(counts) - 1e-8) tail += othersShare;
+            Circular directions = counted(counts);
+            const double p = wq_exact::of(directions).rayleigh.p;
+            ASSERT_NEAR(p, tail, 1e-13) << n << " directions in " << k << " classes";
+            for (std::size_t i = 0; i < 3; ++i) {
+                directions.setSignificance(levels[i]);
+                if (!*wq_exact::of(directions).rayleigh.accepted) rejected[i] += share;
+            }
+        }
+        for (std::size_t i = 0; i < 3; ++i) EXPECT_LE(rejected[i], levels[i] + 1e-12) << n << " directions in " << k << " classes";
+    }
+}
+
+// Some 1 000 000 distributions at most; of more directions or classes the figures are those of ungrouped ones.
+TEST(ExactResults, boundTheDistributionsOfGroupedDirections)
+{
+    const struct {
+        std::size_t k;
+        double each;  // directions in the first class
+        bool looksAtAll;
+    } rows[] = {{3, 1412, true}, {3, 1413, false}, {1413, 2, true}, {1414, 2, false}, {11, 12, true}, {12, 11, true}, {12, 12, false}};
+    for (const auto& row : rows) {
+        std::vector<double> counts(row.k, 0.0);
+        counts[0] = row.each;
+        const auto exact = wq_exact::of(counted(counts));
+        EXPECT_EQ(std::isnan(exact.rayleigh.criticalValue), row.looksAtAll) << row.each << " in " << row.k;
+        EXPECT_EQ(exact.rayleigh.accepted.has_value(), true);
+        if (row.looksAtAll) {  // all in one class
+            const double p = std::pow(static_cast<double>(row.k), 1.0 - row.each);
+            EXPECT_NEAR(exact.rayleigh.p, p, 1e-12 * p) << row.each << " in " << row.k;
+        }
+    }
 }
 
 // ---------------------------------------------------------------- the report's decision
