@@ -170,7 +170,8 @@ Warnings warningsOf(const wq_exact::KolmogorovSmirnovResult& exact, const wq_lib
 {
     const bool hasBoth = test.getN1() > 0 && test.getN2() > 0;
     Warnings warnings;
-    addDecision(warnings, exact.decision, exact.p, exact.allArrangements ? "given the ties " : "", hasBoth ? "D is no number" : "a sample is empty");
+    addDecision(warnings, exact.decision, exact.p, exact.allArrangements ? "given the ties " : "",
+                hasBoth ? "D is no number" : "a sample is empty");
     if (hasBoth && !exact.reportHasCriticalValue)
         warnings.add("samples of " + digits(test.getN1()) + " and " + digits(test.getN2()) +
                      " are too small for the report's critical value: without one it rejects every D above 0");
