@@ -6,6 +6,7 @@
 #include <boost/math/special_functions/erf.hpp>
 #include <boost/math/special_functions/gamma.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -15,11 +16,11 @@ namespace {
 
 constexpr long double rootOfTwoPi = 2.50662827463100050241576528481104525L;
 
-/** log(1 + x) - x, x > -1, without cancellation. Source: the series of the inverse hyperbolic tangent. */
+/** log(1 + x) - x without cancellation; -infinity at -1, below which rounding may take x. Source: the series of the inverse hyperbolic tangent. */
 long double logMinusLine(long double x)
 {
     constexpr long double near = 0.5L;
-    if (std::fabs(x) > near) return std::log1p(x) - x;
+    if (std::fabs(x) > near) return std::log1p(std::max(x, -1.0L)) - x;
     const long double s = x / (2.0L + x);
     const long double square = s * s;
     long double sum = 0.0L;

@@ -217,6 +217,34 @@ TEST(ExactDistributions, areNotDefinedWithoutDegreesOfFreedomOrForNaN)
     }
 }
 
+bool isDegrees(double df) { return df > 0.0 && std::isfinite(df); }
+
+// Whether there is a value: of a statistic that is a number, or a probability, and of degrees of freedom, or a number of directions.
+bool isDefined(const std::string& name, const std::vector<double>& arguments)
+{
+    const double first = arguments[0];
+    if (name.find("Quantile") != std::string::npos && !(first >= 0.0 && first <= 1.0)) return false;
+    if (name.find("rayleigh") == std::string::npos) return std::all_of(arguments.begin() + 1, arguments.end(), isDegrees);
+    if (arguments[1] == 1.0 && name.find("Quantile") != std::string::npos) return first == (name == "rayleighQuantile" ? 0.0 : 1.0);
+    return arguments[1] >= 1.0 && std::isfinite(arguments[1]) && arguments[1] == std::floor(arguments[1]);
+}
+
+void expectWithinItsRange(const std::string& name, const Entry& function, std::vector<double> arguments)
+{
+    arguments.resize(function.arguments);
+    const double value = function.call(arguments);
+    std::string call = name;
+    for (const double argument : arguments) call += " " + std::to_string(argument);
+    if (!isDefined(name, arguments))
+        EXPECT_TRUE(std::isnan(value)) << call << " is " << value;
+    else if (function.isProbability)
+        EXPECT_TRUE(value >= 0.0 && value <= 1.0) << call << " is " << value;
+    else if (name.find("Density") != std::string::npos)
+        EXPECT_TRUE(value >= 0.0) << call << " is " << value;
+    else
+        EXPECT_FALSE(std::isnan(value)) << call;
+}
+
 // Every combination of arguments that are small, large and in between: a probability is one, nothing throws, nothing takes for ever.
 TEST(ExactDistributions, stayWithinTheirRanges)
 {
@@ -226,16 +254,29 @@ TEST(ExactDistributions, stayWithinTheirRanges)
         for (const double first : arguments)
             for (const double second : arguments)
                 for (const double third : arguments) {
-                    const std::vector<double> all = {first, second, third};
-                    const double value = function.call(all);
-                    const std::string call =
-                        name + "(" + std::to_string(first) + ", " + std::to_string(second) + ", " + std::to_string(third) + ")";
-                    const bool isDensity = name.find("Density") != std::string::npos;
-                    EXPECT_FALSE((isDensity || function.isProbability) && value < 0.0) << call << " is " << value;
-                    EXPECT_FALSE(function.isProbability && value > 1.0) << call << " is " << value;
+                    expectWithinItsRange(name, function, {first, second, third});
                     if (function.arguments < 3) break;
                 }
     }
+}
+
+// Far from the centre the distance to it is that of a tail without anything in it, but for rounding.
+TEST(ExactDistributions, haveNothingInTheTailsOfManyDegreesOfFreedom)
+{
+    const double rows[][3] = {
+        {1e30, 203000.0, 200000.0}, {1.9372932602257912e19, 41988302.0, 1495176.0}, {1.7444921100912018e46, 3e6, 1e6}, {1e300, 3e9, 5e9}};
+    for (const auto& [f, df1, df2] : rows) {
+        EXPECT_EQ(fUpperTail(f, df1, df2), 0.0) << f;
+        EXPECT_EQ(fCdf(f, df1, df2), 1.0) << f;
+        EXPECT_EQ(fDensity(f, df1, df2), 0.0) << f;
+        EXPECT_EQ(fCdf(1.0 / f, df2, df1), 0.0) << f;
+        EXPECT_EQ(fDensity(1.0 / f, df2, df1), 0.0) << f;
+    }
+    for (const double f : {1e-300, 1e-30, 1e-19, 1e19, 1e46, 1e300})
+        for (const double df1 : {2e5, 203000.0, 3e6, 41988302.0, 3e9, 7e11})
+            for (const double df2 : {2e5, 1495176.0, 1e6, 5e9, 3e12})
+                for (const char* const name : {"fCdf", "fUpperTail", "fDensity"})
+                    expectWithinItsRange(name, functions.at(name), {f, df1, df2});
 }
 
 // ---------------------------------------------------------------- two samples, all arrangements
