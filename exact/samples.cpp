@@ -102,16 +102,31 @@ TwoVariancesResult of(const wq_lib::TwoSamples& samples) noexcept
     return exact;
 }
 
+namespace {
+
+/** Whether a value lies in the last class, by the class that the table finds for it; its upper end, which may have been rounded, belongs to it. */
+bool isInLastClass(const wq_lib::Frequency& sample, double value)
+{
+    constexpr double rounding = 1e-9;
+    const double distance = value - sample.getStartClass();
+    const double width = sample.getClassWidth();
+    const auto classes = static_cast<double>(sample.getTable().size());
+    if (width == 0.0) return distance == 0.0;
+    return distance / width >= classes - 1.0 && distance / width <= classes * (1.0 + rounding);
+}
+
+}  // namespace
+
 FrequencyResult of(const wq_lib::Frequency& sample) noexcept
 {
     FrequencyResult exact;
-    eachValue(sample, [&exact](double value) {
+    eachValue(sample, [&](double value) {
         ++exact.n;
         exact.minimum = std::fmin(exact.minimum, value);
         exact.maximum = std::fmax(exact.maximum, value);
+        if (!sample.getTable().empty() && isInLastClass(sample, value)) ++exact.lastClass;
     });
     for (const wq_lib::frequency_class& row : sample.getTable()) exact.counted += row.count;
-    if (!sample.getTable().empty()) exact.lastClass = sample.getTable().back().count + exact.leftOut();
     return exact;
 }
 

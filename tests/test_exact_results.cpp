@@ -126,6 +126,30 @@ TEST(ExactResults, giveSamples)  // x <- c(3.1, 4.7, 2.2, 5.9, 4.4, 3.8); y <- c
     expectClose(two.ratioLimits.upper, 79.06425140174646, __LINE__);
 }
 
+TEST(ExactResults, countWhatLiesInTheLastClass)
+{
+    const struct {
+        int line;
+        std::vector<double> values;
+        std::size_t classes, lastClass;
+    } rows[] = {
+        {__LINE__, {-1, -2, -3}, 10, 0},  // the report's maximum is 0: nothing lies between -0.3 and 0
+        {__LINE__, {-3, -2, -1, -1, -5}, 2, 3}, {__LINE__, {1, 1, 1}, 10, 3},
+        {__LINE__, {1, 2, 3, 4}, 3, 2},  // 3 and 4, which the table leaves out
+        {__LINE__, {4, 3, 2, 1}, 3, 2},         {__LINE__, {0.1, 0.4, 0.2, 0.7}, 7, 1},
+    };
+    for (const auto& row : rows) {
+        Frequency table;
+        table.copyFrom(row.values);
+        table.autoClassWidth(row.classes);
+        table.initFrequency(table.getClasses());
+        table.buildTable();
+        table.analyse();
+        EXPECT_EQ(wq_exact::of(table).lastClass, row.lastClass) << row.line;
+    }
+    EXPECT_EQ(wq_exact::of(Frequency()).lastClass, 0U);
+}
+
 TEST(ExactResults, giveGroups)  // aov(o ~ g), predict(..., interval = "confidence")
 {
     SingleAnova anova;

@@ -54,7 +54,7 @@ WQ_EXACT_EXPORT TwoVariancesResult of(const wq_lib::TwoSamples& samples) noexcep
 struct FrequencyResult {
     std::size_t n = 0;          ///< values in the analysed range
     std::size_t counted = 0;    ///< values that the table counts
-    std::size_t lastClass = 0;  ///< values in the last class, its upper limit included, when all are counted
+    std::size_t lastClass = 0;  ///< values that lie in the last class, its upper limit included, whether the table counts them or not
     double minimum = none;      ///< smallest value
     double maximum = none;      ///< largest value, whatever its sign
 
