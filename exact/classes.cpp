@@ -75,10 +75,10 @@ GoodnessOfFitResult of(const wq_lib::GoodnessOfFit& test) noexcept
 {
     return detail::guarded([&] {
         const double alpha = test.getSignificance();
-        const double df = detail::degrees(test.getSampleSize(), 1);
         const double G = likelihoodRatio(test);
         GoodnessOfFitResult exact;
         sumClasses(test, exact);
+        const double df = detail::degrees(exact.classes, 1);  // of those that were summed; the report takes all
         exact.chiSquare = detail::upperChiSquare(test.getX2(), df, alpha);
         exact.chiSquareLowerTail = chiSquareCdf(exact.chiSquare.statistic, df);
         exact.G = detail::upperChiSquare(G, df, alpha);
@@ -90,7 +90,7 @@ GoodnessOfFitResult of(const wq_lib::GoodnessOfFit& test) noexcept
         }
         // One statistic decides: where the least p of three does, as in the report, H0 is rejected more often than the level says. X2 is the one
         // that keeps it best where little is expected. With nothing expected in a class, what was observed there is impossible, or was to be left out.
-        if (exact.classesWithoutExpected == 0) {
+        if (exact.classesWithoutExpected == 0 && exact.chiSquare.accepted) {
             exact.decision.accepted = exact.chiSquare.accepted;
             exact.p = exact.chiSquare.p;
         }

@@ -18,8 +18,12 @@ inline double degrees(std::size_t n, std::size_t lost) { return static_cast<doub
 /** What a two-sided test leaves for each side; NaN for what is no level. */
 inline double eachSide(double alpha) { return alpha <= 1.0 ? alpha / 2.0 : none; }
 
-/** Accepted unless the probability is below the level. */
-inline std::optional<bool> decided(double p, double alpha) { return std::isnan(p) ? std::optional<bool>() : p >= alpha; }
+/** Accepted unless the probability is below the level; nothing without a probability, or a level between 0 and 1. */
+inline std::optional<bool> decided(double p, double alpha)
+{
+    const bool isLevel = alpha > 0.0 && alpha < 1.0;
+    return std::isnan(p) || !isLevel ? std::optional<bool>() : p >= alpha;
+}
 
 inline Limits around(double value, double halfWidth) { return {value - halfWidth, value + halfWidth}; }
 

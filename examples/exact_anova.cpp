@@ -10,5 +10,8 @@ int main(int argc, char* argv[])
     anova.analyse();
     const auto exact = wq_exact::of(anova);
     std::cout << "p = " << exact.F.p << ", eta squared = " << exact.etaSquared << '\n';
-    std::cout << (exact.reportDiffers() ? "the report decides differently\n" : "the report decides likewise\n");
+    if (!exact.F.accepted)
+        std::cout << "nothing is decided: there is no p, or no level between 0 and 1\n";
+    else
+        std::cout << (exact.reportDiffers() ? "the report decides differently\n" : "the report decides likewise\n");
 }

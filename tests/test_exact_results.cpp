@@ -453,6 +453,55 @@ TEST(ExactResults, knowWhatTheReportDecides)
         [](const Circular& a) -> const wq_exact::Decision& { return kept = wq_exact::of(a).rayleigh; });
 }
 
+// After analyse() the report prints the decision of that time, whatever the level is by now.
+TEST(ExactResults, knowTheDecisionThatTheReportOfDirectionsPrints)
+{
+    Circular directions = counted({9, 4, 2, 5});
+    const bool printed = directions.getCircularResult().accepted;
+    EXPECT_FALSE(printed);
+    directions.setSignificance(0.001);
+    ASSERT_TRUE(directions.acceptH0());
+    EXPECT_EQ(wq_exact::of(directions).rayleigh.acceptedByReport, printed);
+    EXPECT_EQ(wq_exact::of(directions).rayleigh.accepted, true);
+    directions.analyse();
+    EXPECT_EQ(wq_exact::of(directions).rayleigh.acceptedByReport, true);
+}
+
+TEST(ExactResults, decideNothingWithoutALevel)
+{
+    for (const double level : {0.0, 1.0, -0.1, 1.5, std::nan(""), HUGE_VAL}) {
+        auto correlation = cars<Correlation>();
+        correlation.setSignificance(level);
+        EXPECT_FALSE(wq_exact::of(correlation).t.accepted) << level;
+        EXPECT_FALSE(wq_exact::of(correlation).F.accepted) << level;
+        EXPECT_FALSE(std::isnan(wq_exact::of(correlation).t.p)) << level;
+        Circular directions = counted({9, 4, 2, 5});
+        directions.setSignificance(level);
+        EXPECT_FALSE(wq_exact::of(directions).rayleigh.accepted) << level;
+        KolmogorovSmirnov2 test = compared({{2, 0}, {3, 1}, {1, 2}, {0, 4}});
+        test.setSignificance(level);
+        EXPECT_FALSE(wq_exact::of(test).decision.accepted) << level;
+        GoodnessOfFit fit;
+        fit.copyFrom({{18, 25}, {55, 50}, {27, 25}});
+        fit.setSignificance(level);
+        fit.analyse();
+        EXPECT_FALSE(wq_exact::of(fit).decision.accepted) << level;
+    }
+}
+
+TEST(ExactResults, takeTheDegreesOfFreedomOfTheClassesThatAreSummed)
+{
+    GoodnessOfFit fit;
+    fit.copyFrom({{18, 25}, {57, 50}, {27, 25}});
+    fit.setTail(0.34);  // leaves the last one out
+    fit.analyse();
+    const auto exact = wq_exact::of(fit);
+    EXPECT_EQ(exact.classes, 2U);
+    EXPECT_EQ(exact.chiSquare.df1, 1.0);
+    EXPECT_EQ(exact.G.df1, 1.0);
+    expectClose(exact.chiSquare.p, 0.0864107329736999, __LINE__);  // chisq.test(c(18, 57), p = c(1, 2), rescale.p = TRUE)
+}
+
 TEST(ExactResults, knowTheDecisionOfTwoVariances)
 {
     for (const double scale : {1.0, 2.0, 3.0, 5.0, 9.0}) {

@@ -51,7 +51,8 @@ void expectDensity(double x, double value, bool isDefined)
 void expect(const Decision& decision, double p, double alpha)
 {
     require(std::isnan(p) || isProbability(p), "p is ", p);
-    require(decision.accepted.has_value() == !std::isnan(p), "a decision with p = ", p);
+    const bool isLevel = alpha > 0.0 && alpha < 1.0;
+    require(decision.accepted.has_value() == (isLevel && !std::isnan(p)), "a decision with p = ", p, ", alpha ", alpha);
     require(!decision.accepted || *decision.accepted == (p >= alpha), "p is ", p, ", alpha ", alpha);
     require(!decision.reportDiffers() || decision.acceptedByReport, "the report decides nothing, and differs");
     require(!(decision.reportDiffers() && decision.reportLacksGround()), "differs without a decision to differ from");

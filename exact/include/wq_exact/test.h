@@ -30,7 +30,7 @@ struct Decision {
     bool reportLacksGround() const noexcept { return acceptedByReport && !accepted; }
 };
 
-/** A test of one statistic. H0 is accepted unless p lies below alpha; a p that is NaN decides nothing. */
+/** A test of one statistic. H0 is accepted unless p lies below alpha; a p that is NaN decides nothing, nor does an alpha outside 0 ... 1, ends excluded. */
 struct Test : Decision {
     double statistic = none;      ///< its value
     double df1 = none;            ///< degrees of freedom; of F those of the numerator; NaN where the distribution has none
