@@ -61,7 +61,7 @@ const struct Analysis {
     {__LINE__,
      {"fit", peas},
      "Do the observed frequencies fit the expected ones?",
-     "\u03c7\u00b2(3) = 0.47002, p = 0.925; G(3) = 0.47545, p = 0.924, w = 0.0291"},
+     "\u03c7\u00b2(3) = 0.47002, p = 0.925, which decides; G(3) = 0.47545, p = 0.924, w = 0.0291"},
     {__LINE__, {"ks", digits}, "Do the two samples come from the same distribution?", "D = 0.019, p = "},
     {__LINE__, {"variances", instrument1, instrument2}, "Do the variances of the two samples differ?", "F(4, 4) = 2.488, p = "},
     {__LINE__,
@@ -218,6 +218,16 @@ TEST(Page, givesNoProbabilityWhereNothingIsTested)
         EXPECT_EQ(cell, "NA") << title;
     }
     EXPECT_EQ(found, 2U) << rows;
+}
+
+// 20 r^2 of the r that is shown is 3.084; z is 2.5, (9 - 2)^2 / 20 + (5 - 4)^2 / 20.
+TEST(Page, saysWhichFiguresOfGroupedDirectionsAreCorrected)
+{
+    const TempFolder folder;
+    const std::string data = folder.write("quarters.txt", "1;9\n2;4\n3;2\n4;5\n");
+    ASSERT_EQ(run(withPage({"circular", "--unit", "bins", "--bins", "4", data}, folder.path("page.html"))).status, done);
+    EXPECT_THAT(pageIn(folder.path("page.html")).texts,
+                Contains(HasSubstr(", r = 0.3927 corrected for grouping, z without the correction = 2.5, p = 0.108, n = 20")));
 }
 
 TEST(Page, hasTheFiguresOfTheJsonDocument)

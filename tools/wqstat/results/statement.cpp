@@ -177,10 +177,10 @@ Statement statementOf(wq_lib::GoodnessOfFit& test, const VariableNames&)
     const wq_exact::GoodnessOfFitResult exact = wq_exact::of(test);
     const bool isTested = !std::isnan(exact.p);  // not where a class has no expectation
     const auto shown = [&](const char* statistic, const wq_exact::Test& of) {
-        return withDf(statistic, lessBy(test.getSampleSize(), 1.0), of.statistic) + (isTested ? ", " + probability(of.p) : "");
+        return withDf(statistic, of.df1, of.statistic) + (isTested ? ", " + probability(of.p) : "");
     };
     return {"Do the observed frequencies fit the expected ones?",
-            shown("\u03c7\u00b2", exact.chiSquare) + "; " + shown("G", exact.G) +
+            shown("\u03c7\u00b2", exact.chiSquare) + (isTested ? ", which decides; " : "; ") + shown("G", exact.G) +
                 (isTested ? effectSize("w", textbook(exact), "cohensW") : ", no test: nothing is expected in a class"),
             {{"chi-square", "result/X2", test.getX2()},
              {"G", "result/G", test.getG()},
@@ -217,9 +217,11 @@ Statement statementOf(wq_lib::Circular& directions, const VariableNames& names)
 {
     const wq_lib::circular_stat& result = directions.getCircularResult();
     const Textbook book = textbook(wq_exact::of(directions));
+    const bool isGrouped = directions.isGrouped();
     return {"Is there a mean direction of " + nameOr(names.x, "the observations") + ", or do they point anywhere?",
             "mean direction " + figures(wq_lib::radianToDegree(result.a)) + "\u00b0, r = " + coefficient(result.r) +
-                ", z = " + figures(book.value("z")) + ", " + probability(book.value("p")) + ", n = " + digits(result.n),
+                (isGrouped ? " corrected for grouping, z without the correction = " : ", z = ") + figures(book.value("z")) + ", " +
+                probability(book.value("p")) + ", n = " + digits(result.n),
             {{"observations", "result/n", static_cast<double>(result.n)},
              {"mean direction in radians", "result/a", result.a},
              {"length r of the mean vector", "result/r", result.r},
