@@ -185,6 +185,23 @@ const struct {
          expectTails(d, smirnovCdf(d, n1, n2), smirnovUpperTail(d, n1, n2), isDefined);
          for (const double q : {smirnovQuantile(p, n1, n2), smirnovUpperQuantile(p, n1, n2)}) expectProbability("D", q, !std::isnan(q));
      }},
+    {"ties",
+     [](Line& a) {
+         const double d = a.number();
+         const std::size_t n1 = a.count(), n2 = a.count();
+         const double p = a.number();
+         std::vector<std::size_t> classes;
+         double sum = 0.0;
+         for (const double size : a.numbers()) {
+             classes.push_back(size >= 0.0 && size < 1e6 ? static_cast<std::size_t>(size) : 0);
+             sum += static_cast<double>(classes.back());
+         }
+         const bool isDefined = canCountArrangements(n1, n2) && sum == static_cast<double>(n1 + n2);
+         expectProbability("tail", smirnovUpperTail(d, n1, n2, classes), isDefined && !std::isnan(d));
+         const double q = smirnovUpperQuantile(p, n1, n2, classes);
+         expectProbability("D", q, !std::isnan(q));
+         require(std::isnan(q) || (isDefined && smirnovUpperTail(q, n1, n2, classes) <= p * (1.0 + 1e-12)), "no quantile: ", q);
+     }},
     {"rayleigh",
      [](Line& a) {
          const double z = a.number(), n = a.number(), p = a.number();
