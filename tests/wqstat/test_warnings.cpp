@@ -74,7 +74,7 @@ TEST(Warnings, tellOfADecisionThatDiffers)  // the p are those of tests/referenc
         {__LINE__,
          {"circular", "--unit", "bins", "--bins", "4"},
          "1;9\n2;4\n3;2\n4;5\n",
-         {"the exact p is 0.081, which accepts H0; the report rejects it"}},
+         {"the exact p is 0.11, which accepts H0; the report rejects it"}},
         {__LINE__, {"circular", "--unit", "bins", "--bins", "4"}, "1;7\n2;4\n3;4\n4;5\n", {}},
         {__LINE__, {"circular", "--unit", "bins", "--bins", "4"}, "1;19\n2;4\n3;2\n4;5\n", {}},
     });
@@ -157,8 +157,12 @@ TEST(Warnings, tellOfDataThatLookUnlikeWhatIsMeant)
         {__LINE__,
          {"ks"},
          "2;1\n1;2\n1;1\n",
-         {"the exact p is 1, which accepts H0; the report rejects it",
+         {"the exact p given the ties is 1, which accepts H0; the report rejects it",
           "samples of 4 and 4 are too small for the report's critical value: without one it rejects every D above 0"}},
+        {__LINE__,  // ks.test() with exact = TRUE rejects as well
+         {"ks"},
+         "2;0\n3;1\n1;2\n0;4\n",
+         {"samples of 6 and 7 are too small for the report's critical value: without one it rejects every D above 0"}},
         {__LINE__, {"ks"}, "20;21\n21;20\n", {}},
         {__LINE__,
          {"regress", "--model", "logarithmic"},
