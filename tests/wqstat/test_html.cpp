@@ -230,6 +230,13 @@ TEST(Page, saysWhichFiguresOfGroupedDirectionsAreCorrected)
                 Contains(HasSubstr(", r = 0.3927 corrected for grouping, z without the correction = 2.5, p = 0.108, n = 20")));
 }
 
+TEST(Page, saysThatThePOfSmallSamplesIsGivenTheTies)
+{
+    const TempFolder folder;
+    ASSERT_EQ(run(withPage({"ks", folder.write("few.txt", "2;0\n3;1\n1;2\n0;4\n")}, folder.path("page.html"))).status, done);
+    EXPECT_THAT(pageIn(folder.path("page.html")).texts, Contains("D = 0.69048, p = 0.0291 given the ties, n = 6 and 7"));
+}
+
 TEST(Page, hasTheFiguresOfTheJsonDocument)
 {
     for (const Analysis& analysis : pages) {

@@ -192,7 +192,8 @@ Statement statementOf(wq_lib::KolmogorovSmirnov2& test, const VariableNames&)
     const Textbook book = textbook(wq_exact::of(test));
     const double counted = book.value("pTheseSizes");
     return {"Do the two samples come from the same distribution?",
-            "D = " + figures(test.getD()) + ", " + probability(std::isnan(counted) ? book.value("pLargeSamples") : counted) +
+            "D = " + figures(test.getD()) + ", " +
+                (std::isnan(counted) ? probability(book.value("pLargeSamples")) : probability(counted) + " given the ties") +
                 ", n = " + digits(test.getN1()) + " and " + digits(test.getN2()),
             {{"first sample", "result/n1", static_cast<double>(test.getN1())},
              {"second sample", "result/n2", static_cast<double>(test.getN2())},
