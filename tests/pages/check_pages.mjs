@@ -1,7 +1,8 @@
 // check_pages.mjs WQSTAT DATA FOLDER: makes the page of every analysis and opens it in a browser without a window.
 //
 // Each page writes nothing to the console, asks for nothing besides itself, has no violations that axe-core finds, in light and in dark, has
-// nothing to scroll sideways at 320 pixels, and prints to a PDF whose text holds every row of its tables, cell beside cell and in order. Pictures of all of them stay in FOLDER.
+// nothing to scroll sideways at 320 pixels and every figure on one line, and prints to a PDF whose text holds every row of its tables, cell beside
+// cell and in order, and every figure in one piece. Pictures of all of them stay in FOLDER.
 
 import { spawnSync } from 'node:child_process';
 import { existsSync, mkdirSync, readFileSync, statSync, writeFileSync } from 'node:fs';
@@ -56,6 +57,40 @@ function placeOf(printed, cells, from) {
   return place < 0 ? -1 : place + whole.length;
 }
 
+// How often each word stands in a text.
+function wordsOf(text) {
+  const counts = new Map();
+  for (const word of text.split(/\s+/)) counts.set(word, (counts.get(word) ?? 0) + 1);
+  return counts;
+}
+
+// A figure that breaks in the middle of its digits is two words.
+function expectWholeFigures(name, figures, printed) {
+  const found = wordsOf(printed);
+  for (const [figure, count] of wordsOf(figures.join(' ')))
+    expect((found.get(figure) ?? 0) >= count, name, `prints the figure ${figure} in pieces: ${found.get(figure) ?? 0} of ${count} are whole`);
+}
+
+// The figures that stand on more than one line; the numbers of a text outside of them are words, too.
+async function brokenFigures(page) {
+  return page.evaluate(() => {
+    const lines = (range) => new Set([...range.getClientRects()].filter((box) => box.width > 0).map((box) => Math.round(box.top))).size;
+    const broken = [];
+    const texts = document.createTreeWalker(document.querySelector('main'), NodeFilter.SHOW_TEXT);
+    while (texts.nextNode()) {
+      const text = texts.currentNode;
+      if (!text.parentElement.closest('data, td:not(.failed), .summary')) continue;
+      for (const word of text.data.matchAll(/[-\u2212+]?\d[\d.]*(e[-+]?\d+)?/g)) {
+        const range = document.createRange();
+        range.setStart(text, word.index);
+        range.setEnd(text, word.index + word[0].length);
+        if (lines(range) > 1) broken.push(word[0]);
+      }
+    }
+    return broken;
+  });
+}
+
 const plain = (text) => text.replace(/\s+/g, '');
 
 async function look(browser, name, file, scheme) {
@@ -78,7 +113,9 @@ async function look(browser, name, file, scheme) {
   if (scheme === 'light') {
     const pdf = path.join(folder, `${name}.pdf`);
     await page.pdf({ path: pdf, preferCSSPageSize: true });
-    const printed = plain(run('pdftotext', ['-raw', pdf, '-']));
+    const text = run('pdftotext', ['-raw', pdf, '-']);
+    expectWholeFigures(name, await page.$$eval('data', (all) => all.map((figure) => figure.textContent)), text);
+    const printed = plain(text);
     const rows = await page.$$eval('tbody tr', (all) => all.map((row) => [...row.children].map((cell) => cell.textContent)));
     expect(rows.length > 2, name, 'has no table');
     let place = 0;
@@ -92,6 +129,8 @@ async function look(browser, name, file, scheme) {
   await page.setViewportSize({ width: 320, height: 800 });
   const width = await page.evaluate(() => document.documentElement.scrollWidth);
   expect(width <= 320, name, `is ${width} pixels wide at 320`);
+  const broken = await brokenFigures(page);
+  expect(broken.length === 0, name, `breaks the figures ${broken.join(' ')} at 320`);
   await page.screenshot({ path: path.join(folder, `${name}-${scheme}-320.png`), fullPage: true });
   await context.close();
 }

@@ -8,6 +8,7 @@ import sys
 
 
 class Page(html.parser.HTMLParser):
+    RUNNING = {"span", "bdi"}  # parts of the text around them
     VOID = {"meta", "br", "link", "img", "input", "hr"}
 
     def __init__(self):
@@ -50,6 +51,8 @@ class Page(html.parser.HTMLParser):
                 found("command", text)
             elif name == "span" and style:
                 found("decision", style, text)
+            elif name in self.RUNNING:
+                self.handle_data(text)
             elif text.strip() and name != "style":
                 found("text", text)
             return

@@ -14,7 +14,8 @@ std::string htmlPage(const PageContent& content)
     html.open("body").open("main");
     html.open("header").element("h1", content.heading);
     html.element("p", content.statement.question, {{"class", "question"}});
-    html.element("p", content.statement.summary, {{"class", "summary"}}).close();
+    summaryLine(html, content.statement.summary);
+    html.close();
     heading(html, "picture", "Picture", "h2");
     html.open("figure").picture(content.picture).close().close();
     resultTable(html, content, "h2", "", PageRows::mostShown);

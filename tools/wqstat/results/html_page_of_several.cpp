@@ -150,7 +150,9 @@ private:
             html.element("td", "failed: " + one.failure, {{"colspan", "3"}, {"class", "failed"}}).close();
             return;
         }
-        html.element("td", one.summary);
+        html.open("td");
+        textWithFigures(html, one.summary);
+        html.close();
         if (one.pathOfP.empty()) {
             html.element("td", "n/a").element("td", "n/a");
         } else {
@@ -208,7 +210,7 @@ private:
         HtmlWriter html;
         html.open("section", {{"class", "analysis"}, {"id", anchor(i)}}).element("h2", one.name);
         html.element("p", one.content->heading).element("p", one.question, {{"class", "question"}});
-        html.element("p", one.summary, {{"class", "summary"}});
+        summaryLine(html, one.summary);
         heading(html, "picture", "Picture", "h3");
         if (picture != nullptr)
             html.open("figure").picture(*picture).close().close();

@@ -39,9 +39,11 @@ caption { text-align: left; padding: 1.25rem 0 .25rem; font-weight: 600; }
 @media (max-width: 40rem) { .rows { font-size: .75rem; } .rows th, .rows td { padding-right: .4rem; } }
 th, td { text-align: left; vertical-align: top; padding: .25rem .75rem .25rem 0; border-bottom: 1px solid var(--rule); font-weight: 400; }
 thead th { font-weight: 600; }
-.all data { white-space: nowrap; }
 .all thead th { overflow-wrap: normal; }
-@media (max-width: 40rem) { .all table { font-size: .85rem; } }
+.all td { overflow-wrap: break-word; }
+.all td.failed { overflow-wrap: anywhere; }
+@media (max-width: 40rem) { .all table { font-size: .75rem; } .all th, .all td { padding-right: .4rem; } }
+data, .all td span, .summary span { white-space: nowrap; }
 td { font-variant-numeric: tabular-nums; }
 pre { background: var(--soft); padding: .75rem; font: .8rem/1.4 ui-monospace, monospace; white-space: pre-wrap; overflow-wrap: anywhere; margin: 0; }
 dl { margin: 0; }
@@ -74,6 +76,29 @@ void figureCell(HtmlWriter& html, double value, const std::string& path, int sho
     else
         html.element("data", std::fabs(value) < 1e15 && value == std::round(value) ? figures(value, 15) : figures(value, shownDigits),
                      {{"value", shortest(value)}, {"class", path}});
+    html.close();
+}
+
+void textWithFigures(HtmlWriter& html, std::string_view text)
+{
+    while (!text.empty()) {
+        const std::string_view word = text.substr(0, text.find(' '));
+        const bool mayBreak = word.find('-') != std::string_view::npos && word.find_first_of("0123456789") != std::string_view::npos;
+        if (mayBreak)
+            html.inlined("span", word);
+        else
+            html.text(word);
+        text.remove_prefix(word.size());
+        const std::size_t gap = std::min(text.find_first_not_of(' '), text.size());
+        html.text(text.substr(0, gap));
+        text.remove_prefix(gap);
+    }
+}
+
+void summaryLine(HtmlWriter& html, std::string_view summary)
+{
+    html.open("p", {{"class", "summary"}});
+    textWithFigures(html, summary);
     html.close();
 }
 

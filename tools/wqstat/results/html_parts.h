@@ -23,6 +23,12 @@ void heading(HtmlWriter& html, MarkupWord section, std::string_view text, Markup
 /** A figure for people, with all its digits for programs, in a cell of a table. @param path where it stands in the JSON document */
 void figureCell(HtmlWriter& html, double value, const std::string& path, int shownDigits = 6);
 
+/** A text whose numbers stay on one line each, "p = 2.58e-22" too. */
+void textWithFigures(HtmlWriter& html, std::string_view text);
+
+/** What came out, in words. */
+void summaryLine(HtmlWriter& html, std::string_view summary);
+
 /**
  * The section of all figures and decisions.
  * @param document what the paths of its figures begin with: "2/" of the third of an array

@@ -36,6 +36,13 @@ HtmlWriter& HtmlWriter::element(MarkupWord name, std::string_view content, std::
     return open(name, attributes).text(content).close();
 }
 
+HtmlWriter& HtmlWriter::inlined(MarkupWord name, std::string_view content)
+{
+    element(name, content);
+    markup.pop_back();
+    return *this;
+}
+
 HtmlWriter& HtmlWriter::style(MarkupWord sheet)
 {
     markup += "<meta charset=\"utf-8\">\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<style>";

@@ -39,6 +39,9 @@ public:
     /** An element that holds nothing but a text. */
     HtmlWriter& element(MarkupWord name, std::string_view content, std::initializer_list<Attribute> attributes = {});
 
+    /** A text in a running line, without the line end that an element of its own has behind it. */
+    HtmlWriter& inlined(MarkupWord name, std::string_view content);
+
     /** What the head of every page has: how its bytes are to be read, and the style sheet. */
     HtmlWriter& style(MarkupWord sheet);
 
