@@ -467,6 +467,53 @@ TEST(Page, namesItsFilesTheirFingerprintsAndWarnings)
     EXPECT_THAT(pageIn(folder.path("page.html")).texts, Contains("none: it is no file on a disk"));
 }
 
+// The pea seeds are 315, 101, 108 and 32; the digits 1000 of each number.
+TEST(Page, saysHowMuchWasReadOfWhat)
+{
+    const TempFolder folder;
+    const std::string table = folder.write("t.csv", "s,v,k\na,1,2\nb,2,3\na,,1\nb,4,0\na,5,4\na,7,1\nb,9,2\n");
+    const std::string first = folder.write("first.csv", "v\n1\n2\n4\n");
+    const std::string second = folder.write("second.csv", "v\n2\n2\n3\n9\n");
+    const std::string bins = folder.write("bins.txt", "0;3\n1;4\n2;0\n3;1\n");
+    const struct {
+        int line;
+        Words arguments;
+        Words notes;
+    } rows[] = {
+        {__LINE__, {"fit", peas}, {peas + ": 4 classes read, 556 observations"}},
+        {__LINE__, {"ks", digits}, {digits + ": 10 classes read, 1000 and 1000 observations"}},
+        {__LINE__, {"circular", "--unit", "bins", "--bins", "4", bins}, {bins + ": 4 classes read, 8 observations"}},
+        {__LINE__, {"describe", cavendish}, {cavendish + ": 29 observations read"}},
+        {__LINE__, {"describe", "--head", ".1", cavendish}, {cavendish + ": 29 observations read, 3 left out by --head"}},
+        {__LINE__,
+         {"describe", "--head", ".1", "--tail", ".1", cavendish},
+         {cavendish + ": 29 observations read, 5 left out by --head and --tail"}},
+        {__LINE__, {"describe", "--column", "v", table}, {table + ": 7 rows read, 6 observations"}},
+        {__LINE__, {"fit", "--column", "s", "--ratio", "1:1", table}, {table + ": 7 rows read, 7 observations"}},
+        {__LINE__, {"frequency", "--column", "v", "--count", "k", table}, {table + ": 7 rows read, 12 observations"}},
+        {__LINE__, {"variances", "--value", "v", "--group", "s", table}, {table + ": 7 rows read, 3 and 3 observations"}},
+        {__LINE__,
+         {"variances", "--column", "v", first, second},
+         {first + ": 3 rows read, 3 observations", second + ": 4 rows read, 4 observations"}},
+        {__LINE__,
+         {"ks", "--column", "v", first, second},
+         {first + ": 3 rows read, 3 observations", second + ": 4 rows read, 4 observations"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const std::string file = folder.path("page.html");
+        const Outcome outcome = run(withPage(with(row.arguments, {"--no-warnings"}), file));
+        ASSERT_EQ(outcome.status, done) << outcome;
+        const Page page = pageIn(file);
+        for (const std::string& note : row.notes) EXPECT_THAT(page.texts, Contains(note));
+        const bool isWhole = row.notes[0].find("left out") == std::string::npos && row.notes[0].find("7 rows read, 6") == std::string::npos;
+        if (row.arguments[0] != "describe") continue;
+        EXPECT_EQ(
+            std::count(page.texts.begin(), page.texts.end(), "Nothing was left out, and nothing was read in a way that may surprise."),
+            isWhole ? 1 : 0);
+    }
+}
+
 TEST(Page, takesEveryTextForAText)
 {
     const std::string evil[] = {

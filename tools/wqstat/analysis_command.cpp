@@ -370,15 +370,16 @@ std::string AnalysisCommand::subject(const std::string& x, const std::string& y)
     return "";
 }
 
-PageContent AnalysisCommand::contentOfInputs(const std::vector<std::size_t>& counts) const
+PageContent AnalysisCommand::contentOfInputs(const HeldData& held) const
 {
     PageContent page;
     page.command = commandName;
     page.version = versionText();
     page.commandLine = commandLine();
     if (words.item == "sample") page.key = keyLines();
+    page.leavesOut = !held.leftOut.empty();
     for (std::size_t i = 0; i < inputs.size(); ++i) {
-        page.files.push_back({inputs[i]->name(), counts[i], ""});
+        page.files.push_back({inputs[i]->name(), readText(held, i, inputs.size(), inputs[i]->rowsRead()), ""});
         for (const std::string& warning : inputs[i]->warnings()) page.warnings.push_back(warning);
     }
     return page;
@@ -457,7 +458,7 @@ void AnalysisCommand::writePageOfSeveral()
     pageOfAll.commandLine = commandLine();
     std::set<std::string> named;
     for (const std::string& name : givenFiles.empty() ? std::vector<std::string>{"-"} : givenFiles)
-        if (named.insert(name).second) pageOfAll.files.push_back({nameOf(name), 0, fingerprintIfReadable(name)});
+        if (named.insert(name).second) pageOfAll.files.push_back({nameOf(name), "", fingerprintIfReadable(name)});
     progress().show("drawing");
     writePage(htmlPageOfSeveral(pageOfAll));
 }

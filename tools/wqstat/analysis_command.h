@@ -13,6 +13,7 @@
 #include "command_line/options.h"
 #include "pictures/picture.h"
 #include "results/captured_output.h"
+#include "results/held_data.h"
 #include "results/html_page.h"
 #include "results/html_page_of_several.h"
 #include "command_line/progress.h"
@@ -205,7 +206,7 @@ private:
     template <typename Analysis>
     PageContent contentOf(Analysis& analysis, const PictureWords& wordsOfPicture, const std::string& title) const
     {
-        PageContent page = contentOfInputs(countsOf(analysis));
+        PageContent page = contentOfInputs(heldBy(analysis));
         page.heading = title;
         const bool isOfFiles = title == wordsOfPicture.source && subject(wordsOfPicture.xLabel, wordsOfPicture.yLabel).empty();
         page.title = isOfFiles ? title : title + titleSeparator + analysisName() + titleSeparator + filesInTitle();
@@ -221,13 +222,11 @@ private:
     std::string nameInTitle(std::size_t input) const;
     std::string filesInTitle() const;
     std::string subject(const std::string& x, const std::string& y) const;
-    PageContent contentOfInputs(const std::vector<std::size_t>& counts) const;
+    PageContent contentOfInputs(const HeldData& held) const;
     void addFingerprints(PageContent& page) const;
     PictureWords wordsOfMultiple(const std::string& name) const;
     void writePage(const std::string& html) const;
     void writePageOfSeveral();
-    static std::vector<std::size_t> countsOf(const wq_lib::BasicStatistics& analysis) { return {analysis.getSampleSize()}; }
-    static std::vector<std::size_t> countsOf(const TwoDataFiles& test) { return {test.getSampleSize(), test.second.getSampleSize()}; }
 
     /** Of the data files and of the analysis, unless they are not wanted. */
     void printWarnings(const std::vector<std::string>& ofAnalysis) const;

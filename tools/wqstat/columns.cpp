@@ -153,7 +153,7 @@ class Columns final : public Command {
         const bool onDisk = name != "-" && std::filesystem::is_regular_file(name, ignored);
         OutputFile file(pageName, "the page");
         if (file.isDirect()) throw CannotAnalyse(shown(pageName) + ": is no file");
-        file.write(viewPage(view, {{view.name, view.profile.rows, onDisk ? sha256Of(name, view.name) : ""}, commandLine(), versionText()}));
+        file.write(viewPage(view, {{view.name, "", onDisk ? sha256Of(name, view.name) : ""}, commandLine(), versionText()}));
         file.keep();
     }
 

@@ -23,6 +23,9 @@ public:
     /** One line of text for each surprise. */
     virtual std::vector<std::string> warnings() const = 0;
 
+    /** How many rows of a table were read, those that were left out included; nullptr where it is no table. */
+    virtual const std::size_t* rowsRead() const { return nullptr; }
+
     /** @throws CannotAnalyse unless held, the number of observations that were read, is at least least. */
     virtual void require(std::size_t held, std::size_t least) const = 0;
 

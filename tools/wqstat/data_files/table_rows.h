@@ -32,6 +32,7 @@ public:
     /** Tells how many rows were left out. */
     std::vector<std::string> warnings() const override;
 
+    const std::size_t* rowsRead() const override { return &counts.rows; }
     void require(std::size_t held, std::size_t least) const override;
 
 protected:

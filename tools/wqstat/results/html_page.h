@@ -15,7 +15,7 @@ namespace wqstat {
 /** A data file, as the page names it. */
 struct PageFile {
     std::string name;
-    std::size_t observations;
+    std::string read;  ///< how much of what: "29 observations read"
     std::string sha256;
 };
 
@@ -31,6 +31,7 @@ struct PageContent {
     std::string report;
     std::vector<PageFile> files;
     std::vector<std::string> warnings;
+    bool leavesOut = false;  ///< what was read, as it was asked to
     std::string commandLine;  ///< makes the page again
     std::string version;
 };

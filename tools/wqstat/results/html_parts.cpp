@@ -211,13 +211,12 @@ void dataNotes(HtmlWriter& html, const PageContent& content, MarkupWord level)
 {
     heading(html, "data", "Data", level);
     html.open("ul");
-    for (const PageFile& file : content.files)
-        html.element("li", file.name + ": " + counted(file.observations, "observation", "observations") + " read");
+    for (const PageFile& file : content.files) html.open("li").inlined("bdi", file.name).text(": " + file.read).close();
     constexpr std::size_t mostWarnings = 50;
     const std::size_t shown = std::min(content.warnings.size(), mostWarnings);
     for (std::size_t i = 0; i < shown; ++i) html.element("li", content.warnings[i]);
     if (shown < content.warnings.size()) html.element("li", digits(content.warnings.size() - shown) + " more, which standard error has");
-    const bool warned = !content.warnings.empty() || (content.textbook && !content.textbook->warnings().empty());
+    const bool warned = content.leavesOut || !content.warnings.empty() || (content.textbook && !content.textbook->warnings().empty());
     if (!warned) html.element("li", "Nothing was left out, and nothing was read in a way that may surprise.");
     html.close().close();
 }
@@ -231,7 +230,11 @@ void howItWasMade(HtmlWriter& html, const std::string& version, const std::strin
     constexpr std::size_t mostFiles = 200;
     for (std::size_t i = 0; i < std::min(files.size(), mostFiles); ++i) {
         const PageFile& file = files[i];
-        html.element("dt", "SHA-256 of " + file.name).element("dd", file.sha256.empty() ? "none: it is no file on a disk" : file.sha256);
+        html.open("dt")
+            .text("SHA-256 of ")
+            .inlined("bdi", file.name)
+            .close()
+            .element("dd", file.sha256.empty() ? "none: it is no file on a disk" : file.sha256);
     }
     if (files.size() > mostFiles)
         html.element("dt", "SHA-256").element("dd", "of " + digits(files.size() - mostFiles) + " more files it is left out here");
