@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 namespace wq_test {
@@ -74,15 +75,15 @@ inline std::size_t plainPrintable(const std::string& text, std::size_t start)
         {{0xf4, 0xf4}, {{0x80, 0x8f}, {0x80, 0xbf}, {0x80, 0xbf}}, 4},
     };
     static const char* const none[] = {
-        "\u2028", "\u2029", "\u202a", "\u202b", "\u202c", "\u202d",       "\u202e",
-        "\u2066", "\u2067", "\u2068", "\u2069", "\ufeff", "\xef\xbf\xbe", "\xef\xbf\xbf",
+        "\u2028", "\u2029",       "\u202a",       "\u202b", "\u202c", "\u202d", "\u202e", "\u2066", "\u2067", "\u2068", "\u2069",
+        "\ufeff", "\xef\xbf\xbe", "\xef\xbf\xbf", "\u200b", "\u200c", "\u200d", "\u200e", "\u200f", "\u2060", "\u061c",
     };
     const auto within = [&](std::size_t i, const unsigned(&range)[2]) {
         const unsigned byte = i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
         return range[0] <= byte && byte <= range[1];
     };
     for (const char* const character : none)
-        if (text.compare(start, 3, character) == 0) return 0;
+        if (text.compare(start, std::strlen(character), character) == 0) return 0;
     for (const auto& row : table) {
         bool matches = within(start, row.first);
         for (std::size_t i = 1; i < row.length; ++i) matches = matches && within(start + i, row.rest[i - 1]);

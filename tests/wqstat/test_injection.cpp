@@ -1,5 +1,6 @@
 // Texts that are more than text to someone, in every option and every place of the data that reaches gnuplot, a picture or a terminal.
 #include "commands.h"
+#include "data_files.h"
 #include "svg.h"
 #include "support/plain_gnuplot.h"
 #include "terminal.h"
@@ -58,6 +59,27 @@ const std::string injections[] = {
     "\u2066isolated\u2069",
     "\u2028 \u2029 \ufeff",
     "\u05d0\u200f right-to-left \u200e",
+};
+
+// By hand: what misleads is shown by its bytes, what is only foreign as it is.
+const struct {
+    const char* text;
+    const char* shown;
+} unseen[] = {
+    {"a\u200eb", "a\\xe2\\x80\\x8eb"},
+    {"a\u200fb", "a\\xe2\\x80\\x8fb"},
+    {"a\u061cb", "a\\xd8\\x9cb"},
+    {"a\u200bb", "a\\xe2\\x80\\x8bb"},
+    {"a\u200cb", "a\\xe2\\x80\\x8cb"},
+    {"a\u200db", "a\\xe2\\x80\\x8db"},
+    {"a\u2060b", "a\\xe2\\x81\\xa0b"},
+    {"a\ufeffb", "a\\xef\\xbb\\xbfb"},
+    {"a\u202eb", "a\\xe2\\x80\\xaeb"},
+    {"a\U000e0041b", "a\\xf3\\xa0\\x81\\x81b"},
+    {"a\xef\xb7\x90z", "a\\xef\\xb7\\x90z"},
+    {"a\xf0\x9f\xbf\xbez", "a\\xf0\\x9f\\xbf\\xbez"},
+    {"\u05e9\u05dc\u05d5\u05dd", "\u05e9\u05dc\u05d5\u05dd"},
+    {"\u0627\u064e \u00e9 \u4e2d \U0001f600", "\u0627\u064e \u00e9 \u4e2d \U0001f600"},
 };
 
 std::string allInjections()
@@ -121,6 +143,24 @@ std::string dataFor(const AnalysisCommand& command)
     for (const std::string& injection : injections) data += "# " + asComment(injection) + "\n";
     for (int i = 0; i < 3; ++i) data += command.goodLine + "\n";
     return data;
+}
+
+TEST(Injection, whatIsNotSeenIsShownByItsBytes)
+{
+    for (const auto& row : unseen) {
+        SCOPED_TRACE(row.shown);
+        const InFolder folder;
+        const std::string data = folder.write("t.csv", std::string("g,w\n") + row.text + ",1\n" + row.text + ",3\nother,4\nother,5\n");
+        const Outcome outcome = run(
+            {"anova", "--group", "g", "--value", "w", data, "--x-label", row.text, "--html", "a.html", "--plot", "a.svg", "--no-warnings"});
+        ASSERT_EQ(outcome.status, done) << outcome;
+        const std::string line = std::string("group 1: ") + row.shown;
+        EXPECT_THAT(outcome.output, HasSubstr(line + "\n"));
+        EXPECT_THAT(contentOf("a.html"), HasSubstr(line + "<"));
+        EXPECT_THAT(textsOf("a.svg"), HasSubstr(std::string(row.shown) + "\n"));
+        const std::string written = outcome.output + contentOf("a.html") + contentOf("a.svg");
+        EXPECT_EQ(written.find(row.text) == std::string::npos, std::string(row.text) != row.shown);
+    }
 }
 
 // ---------------------------------------------------------------- gnuplot and SVG

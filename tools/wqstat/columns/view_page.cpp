@@ -119,7 +119,8 @@ void drawColumn(HtmlWriter& html, const ColumnProfile& column)
 
 void columnSection(HtmlWriter& html, const ColumnProfile& column, std::size_t index)
 {
-    heading(html, "column", shown(column.title()) + ": " + nameOf(column.kind()), "h2");
+    html.open("section", {{"class", "column"}}).open("h2").inlined("bdi", shown(column.title()));
+    html.text(std::string(": ") + nameOf(column.kind())).close();
     drawColumn(html, column);
     ColumnTable table(html, column, index);
     table.count("rows", "rows", column.rows());

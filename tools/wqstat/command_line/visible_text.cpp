@@ -4,8 +4,25 @@ namespace wqstat {
 
 namespace {
 
-/** U+2028 and U+2029 end lines; U+202A ... U+202E and U+2066 ... U+2069 reorder the text around them. */
-bool breaksLineOrDirection(unsigned code) { return (code >= 0x2028 && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069); }
+/** What ends a line, reorders the text around it, or is not seen at all, so that different texts look alike. */
+bool misleads(unsigned code)
+{
+    constexpr struct {
+        unsigned first;
+        unsigned last;
+    } ranges[] = {
+        {0x061c, 0x061c},    // a mark of direction
+        {0x200b, 0x200f},    // without width, joiners, marks of direction
+        {0x2028, 0x202e},    // ends of lines and paragraphs, embedding of directions
+        {0x2060, 0x206f},    // a joiner, unseen operators, isolation of directions
+        {0xfdd0, 0xfdef},    // no characters
+        {0xfeff, 0xfeff},    // a byte order mark
+        {0xe0000, 0xe007f},  // tags
+    };
+    for (const auto& range : ranges)
+        if (code >= range.first && code <= range.last) return true;
+    return (code & 0xfffeU) == 0xfffeU;  // the last two of each plane are no characters
+}
 
 /** How many bytes the character of more than one byte that the text begins with has; 0 without one. */
 std::size_t longCharacter(std::string_view text)
@@ -22,8 +39,7 @@ std::size_t longCharacter(std::string_view text)
     const bool control = code < 0xa0;
     const bool tooLong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);  // a shorter form exists
     const bool surrogate = code >= 0xd800 && code <= 0xdfff;
-    const bool unseen = code == 0xfeff || code == 0xfffe || code == 0xffff;  // a byte order mark; no characters
-    return control || tooLong || surrogate || code > 0x10ffff || unseen || breaksLineOrDirection(code) ? 0 : length;
+    return control || tooLong || surrogate || code > 0x10ffff || misleads(code) ? 0 : length;
 }
 
 }  // namespace
