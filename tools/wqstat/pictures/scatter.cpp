@@ -49,22 +49,51 @@ void addMarks(Chart& chart, const Marks& marks, const Noun& noun)
     chart.add(rows, "using 1:2:(mark*$3) with points pointsize variable " + looks, noun.many + " (larger: several)");
 }
 
-/** Equal parts of an axis, at round positions: then each holds as many of the values that data of few digits can have. */
+/** The step of positions that are a grid, such as those of whole numbers; 0 where they are none. The positions are sorted. */
+double stepOf(const std::vector<double>& positions)
+{
+    const double first = positions.front();
+    const double extent = positions.back() - first;
+    const double noise = 1e-9 * extent;  // of decimal fractions
+    double least = extent;
+    for (std::size_t i = 1; i < positions.size(); ++i)
+        if (const double difference = positions[i] - positions[i - 1]; difference > noise) least = std::min(least, difference);
+    if (!(least > 0.0)) return 0.0;
+    const double step = extent / std::round(extent / least);
+    const auto isOnGrid = [&](double position) {
+        const double quotient = (position - first) / step;
+        return std::fabs(quotient - std::round(quotient)) < 1e-3;
+    };
+    return std::all_of(positions.begin(), positions.end(), isOnGrid) ? step : 0.0;
+}
+
+/**
+ * Equal parts of an axis. Each holds as many of the values that the data can have: their edges stand half a step beside the values of a grid,
+ * or at round positions.
+ */
 class Cells {
 public:
-    Cells(const Axis& axis, double most) : width(roundedUp((axis.high() - axis.low()) / most)) {}
+    Cells(const Axis& axis, double most, std::vector<double> positions) : width(roundedUp((axis.high() - axis.low()) / most))
+    {
+        std::sort(positions.begin(), positions.end());
+        const double step = stepOf(positions);
+        if (!(step > 0.0)) return;
+        width = step * std::max(1.0, std::ceil((axis.high() - axis.low()) / most / step - 1e-9));
+        origin = positions.front() - 0.5 * step;
+    }
 
     /** A position on a limit that is not exact in binary stays on it. */
     double cellOf(double position) const
     {
-        const double quotient = position / width;
+        const double quotient = (position - origin) / width;
         const double nearest = std::round(quotient);
         return std::fabs(quotient - nearest) < 1e-9 + 1e-14 * std::fabs(nearest) ? nearest : std::floor(quotient);
     }
 
-    double begin(double cell) const { return cell * width; }
+    double begin(double cell) const { return origin + cell * width; }
 
 private:
+    double origin = 0.0;
     double width;
 };
 
@@ -91,8 +120,14 @@ Rows rectangles(const Marks& cells, const Cells& columns, const Cells& rows, std
 void addCells(Chart& chart, const std::vector<Place>& places, const Axis& x, const Axis& y, const Noun& noun)
 {
     const double detail = chart.isSmallMultiple() ? 0.3 : 1.0;
-    const Cells columns(x, 140.0 * detail);
-    const Cells rows(y, 90.0 * detail);
+    const auto all = [&places](double Place::*position) {
+        std::vector<double> positions;
+        positions.reserve(places.size());
+        for (const Place& place : places) positions.push_back(place.*position);
+        return positions;
+    };
+    const Cells columns(x, 140.0 * detail, all(&Place::first));
+    const Cells rows(y, 90.0 * detail, all(&Place::second));
     std::vector<Place> inCells;  // row by row
     inCells.reserve(places.size());
     for (const Place& place : places) inCells.emplace_back(rows.cellOf(place.second), columns.cellOf(place.first));
