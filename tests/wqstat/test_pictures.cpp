@@ -460,8 +460,8 @@ TEST(Pictures, ofGroupsHaveTheirObservationsAndMeans)
     std::vector<double> observations;
     for (std::size_t k = 0; k < anova.getGroups().size(); ++k) {
         const auto& group = anova.getGroups()[k];
-        for (const std::size_t end : {2 * k, 2 * k + 1}) EXPECT_EQ(means.at(end).at(1), group.mean);
-        EXPECT_NEAR(0.5 * (means.at(2 * k).at(0) + means.at(2 * k + 1).at(0)), static_cast<double>(k + 1), 1e-12);
+        EXPECT_EQ(means.at(k).at(1), group.mean);
+        EXPECT_NEAR(means.at(k).at(0) + 0.5 * means.at(k).at(2), static_cast<double>(k + 1), 1e-12);
         observations.insert(observations.end(), group.observations.begin(), group.observations.end());
     }
     std::sort(observed.begin(), observed.end());
@@ -484,6 +484,7 @@ TEST(Pictures, ofGroupsHaveTheTestAndTheLimitsOfTheirMeans)
         EXPECT_NEAR(bar.at(2), bar.at(1) - half, 1e-9);
         EXPECT_NEAR(bar.at(3), bar.at(1) + half, 1e-9);
     }
+    EXPECT_THAT(drawn.text, Not(HasSubstr("pointtype 5"))) << "a square that hides narrow limits";
 }
 
 TEST(Pictures, ofFrequenciesHaveObservedBesideExpected)
@@ -868,6 +869,43 @@ TEST(Print, evenDensitiesLookEven)
     double largest = 0.0;
     for (const auto& [title, part] : areas) largest = std::max(largest, part);
     EXPECT_GT(largest, 0.98 * area) << "but for the cells at the edges all look the same";
+}
+
+// Between the cells of a grid that is full nothing stays empty.
+TEST(Print, densitiesOfGridsHaveNoStripes)
+{
+    const struct {
+        double step;
+        int columns;
+        int rows;
+    } grids[] = {{1.0, 500, 450}, {1.0, 60, 50}, {1.0, 211, 97}, {0.25, 301, 133}, {0.02, 500, 450}, {0.02, 143, 91}};
+    for (const auto& grid : grids) {
+        SCOPED_TRACE(std::to_string(grid.columns) + " steps of " + std::to_string(grid.step));
+        const TempFolder folder;
+        std::string text;
+        for (int x = 0; x < grid.columns; ++x)
+            for (int y = 0; y < grid.rows; ++y) text += std::to_string(x * grid.step) + ";" + std::to_string(y * grid.step) + "\n";
+        double area = 0.0;
+        double left = HUGE_VAL;
+        double right = -HUGE_VAL;
+        double bottom = HUGE_VAL;
+        double top = -HUGE_VAL;
+        for (const auto& [title, rows] : script({"correlate", folder.write("a.txt", text)}).layers) {
+            for (const auto& row : rows) {
+                if (row.size() != 6) continue;
+                area += (row[3] - row[2]) * (row[5] - row[4]);
+                left = std::min(left, row[2]);
+                right = std::max(right, row[3]);
+                bottom = std::min(bottom, row[4]);
+                top = std::max(top, row[5]);
+            }
+        }
+        EXPECT_LE(left, 0.0);
+        EXPECT_LE(bottom, 0.0);
+        EXPECT_GE(right, (grid.columns - 1) * grid.step);
+        EXPECT_GE(top, (grid.rows - 1) * grid.step);
+        EXPECT_NEAR(area, (right - left) * (top - bottom), 1e-6 * area) << "every cell is drawn, once";
+    }
 }
 
 // ---------------------------------------------------------------- odd data

@@ -35,12 +35,15 @@ double besides(double place, std::size_t i)
     return place + halfWidth * (2.0 * (turn - std::floor(turn)) - 1.0);
 }
 
-/** A bar across the place of a group. */
-void addLevel(Rows& rows, double place, double halfWidth, double level)
+/** Bars across the places of groups, from rows of their left end, level and width. Vectors end straight, where lines have slanted ends. */
+GnuplotCode levels(const GnuplotCode& looks) { return "using 1:2:3:(0) with vectors nohead " + looks; }
+
+void addLevel(Rows& rows, double place, double halfWidth, double level) { rows.add({place - halfWidth, level, 2.0 * halfWidth}); }
+
+/** Whiskers from rows of place, middle, lower and upper end: without a mark that would hide them where they are short. */
+GnuplotCode whiskers(const GnuplotCode& looks)
 {
-    rows.add({place - halfWidth, level});
-    rows.add({place + halfWidth, level});
-    rows.gap();
+    return "using 1:3:(0):($4-$3) with vectors heads size screen 0.007,90 fixed nofilled " + looks;
 }
 
 /** Of the observations, and what is drawn with them. */
@@ -80,17 +83,19 @@ Picture picture(const TwoDataFiles& test, const PictureWords& words)
                      {2.0, labelOf(words, 2, "2") + " (n = " + digits(results[1]->n) + ")"}});
     chart.setY(y, labelOr(words.yLabel, "value"));
     addScatter(chart, points, x, y, observationNoun);
+    Rows means;
     Rows spreads;
     for (const int sample : {0, 1}) {
         const double mean = results[sample]->mean;
         const double deviation = deviationOf(*results[sample]);
+        if (std::isfinite(mean)) addLevel(means, sample + 1.32, 0.06, y.at(mean));
         if (std::isfinite(mean) && std::isfinite(deviation))
             spreads.add({sample + 1.32, y.at(mean), y.at(mean - deviation), y.at(mean + deviation)});
         else
             chart.note("sample " + std::to_string(sample + 1) + ": mean or standard deviation is not finite");
     }
-    chart.add(spreads, "using 1:2:3:4 with yerrorbars pointtype 5 pointsize 0.9*mark linewidth 2.5 " + inColour(colour::vermilion),
-              "mean and standard deviation");
+    chart.add(spreads, whiskers("linewidth 2.5 " + inColour(colour::vermilion)), "mean and standard deviation");
+    chart.add(means, levels("linewidth 3.5 " + inColour(colour::vermilion)), "");
     noteLeftOut(chart, results[0]->n + results[1]->n - values[0].size() - values[1].size(), observationNoun);
     return pictureOf(chart, words);
 }
@@ -167,9 +172,8 @@ Picture picture(wq_lib::SingleAnova& anova, const PictureWords& words)
         if (beside && std::isfinite(mean) && std::isfinite(limits.lower) && std::isfinite(limits.upper))
             bars.add({place + 0.29, y.at(mean), y.at(limits.lower), y.at(limits.upper)});
     }
-    chart.add(means, "using 1:2 with lines linewidth 3.5 " + inColour(colour::vermilion), "mean of the group");
-    chart.add(bars, "using 1:2:3:4 with yerrorbars pointtype 5 pointsize 0.6*mark linewidth 2 " + inColour(colour::black),
-              confidenceText(anova) + " confidence limits of the mean");
+    chart.add(means, levels("linewidth 3.5 " + inColour(colour::vermilion)), "mean of the group");
+    chart.add(bars, whiskers("linewidth 2 " + inColour(colour::black)), confidenceText(anova) + " confidence limits of the mean");
     if (groups.size() > mostMeans) chart.note("no means: there are too many groups to show them");
     noteLeftOut(chart, notFinite, {"mean", "means"});
     return pictureOf(chart, words);
