@@ -184,8 +184,6 @@ TEST(Columns, knowsAFileThatIsReadWithoutThem)
     } rows[] = {
         {__LINE__, "# masses\n1\n2.5\n4\n", {"describe", "frequency"}},
         {__LINE__, "\n  # masses\n# in kg\n\n1\n-2.5e1\n4\n", {"describe", "frequency"}},
-        {__LINE__, "# x;y\n1;2\n2;3\n3;5\n", {"correlate", "regress --model linear"}},
-        {__LINE__, "# group:y\n1:2\n1:3\n2:5\n2:6\n", {"anova", "correlate", "regress --model linear"}},
         {__LINE__, "# x|y|n\n1|2|1\n2|3|2\n3|5|1\n", {"multiy"}},
     };
     for (const auto& row : rows) {
@@ -203,6 +201,10 @@ TEST(Columns, knowsAFileThatIsReadWithoutThem)
         EXPECT_EQ(run({"columns", "--json", file}),
                   cannotAnalyse(file + ": begins with a comment, in the library's own format: the analyses read it without a column"));
     }
+    for (const std::string& pairs : {data_files::peas, data_files::pigeons, data_files::norris, data_files::resistivity})
+        EXPECT_EQ(run({"columns", pairs}).output,
+                  pairs + ": begins with a comment, in the library's own format: the analyses read it without a column\n\n"
+                          "Which analysis fits depends on what the two numbers of a line are: anova, correlate, regress, fit, circular.\n");
     for (const std::string& shippedFile : {data_files::cavendish, data_files::norris, data_files::resistivity, data_files::seedlings})
         EXPECT_THAT(run({"columns", shippedFile}).output, HasSubstr("in the library's own format"));
     // Titles may begin with that sign, too.
@@ -438,6 +440,16 @@ TEST(ColumnsPage, hasTheFiguresOfTheJsonDocument)
         EXPECT_EQ(std::stod(value), document.at(place).get<double>()) << path;
     }
     EXPECT_THAT(page.texts, Contains(runCommand({"sha256sum", table}).output.substr(0, 64)));
+}
+
+TEST(ColumnsPage, saysWhatTheFiguresOfAMixedColumnAreOf)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const std::string sentence = "Least, quartiles, greatest and mean are those of its numbers alone.";
+    ASSERT_EQ(run({"columns", "--html", file, folder.write("t.csv", "a,b\n1,1\n2,<6\n4,3\n")}).status, done);
+    const Page page = pageIn(file);
+    EXPECT_EQ(std::count(page.texts.begin(), page.texts.end(), sentence), 1) << "of the one that is mixed";
 }
 
 TEST(ColumnsPage, isMadeAgainByItsCommandLine)

@@ -514,6 +514,17 @@ TEST(Page, saysHowMuchWasReadOfWhat)
     }
 }
 
+TEST(Page, staysSmallForLongTitles)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const std::string title(400'000, 't');
+    const std::string table = folder.write("t.csv", title + ",g\n1,a\n2,a\n4,b\n8,b\n");
+    ASSERT_EQ(run({"anova", "--group", "2", "--value", "1", table, "--html", file, "--no-warnings"}).status, done);
+    EXPECT_LT(std::filesystem::file_size(file), 300U * 1024U);
+    EXPECT_THAT(pageIn(file).texts, Contains("Does " + title.substr(0, 200) + "... differ among the groups of g?"));
+}
+
 TEST(Page, takesEveryTextForAText)
 {
     const std::string evil[] = {

@@ -149,6 +149,22 @@ TEST(PageOfSeveral, setsPByHolmBesideThePlainOne)
     EXPECT_THAT(page.texts, Contains("p, Holm"));
 }
 
+// Of more analyses than have sections, each says in its row that the report rejects what the exact probability of 0.06 accepts.
+TEST(PageOfSeveral, marksEachResultThatTheReportDecidesDifferently)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const std::size_t times = 40;
+    Words words{"anova", resistivity};
+    words.insert(words.end(), times, supplements);
+    ASSERT_EQ(run(withPage(with(words, {"--no-warnings"}), file)).status, done);
+    const std::string html = contentOf(file);
+    const std::string all = html.substr(html.find("<section class=\"all\""), html.find("</table>"));
+    EXPECT_EQ(countOf(all.substr(0, all.find("</table>")), "<p class=\"differs\">The decision on H0 differs: the report rejects it.</p>"),
+              times);
+    EXPECT_LT(countOf(html, "<section class=\"analysis\""), times) << "some have no section";
+}
+
 TEST(PageOfSeveral, tellsWhatFailedAndWhy)
 {
     const TempFolder folder;
@@ -264,6 +280,35 @@ TEST(PageOfSeveral, drawsAllOnTheSameAxes)
     ASSERT_EQ(run({"correlate", "--log", "none", low, folder.write("far.txt", "1e300;1\n2e300;2\n3e300;1\n"), "--html", file}).status,
               done);
     EXPECT_THAT(contentOf(file), HasSubstr("Axes differ from picture to picture"));
+}
+
+// Where the upright lines of each small picture begin and end: of few observations and of many spread ones they reach equally far.
+TEST(PageOfSeveral, drawsMeansOverTheWholeHeight)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const std::string narrow = folder.write("narrow.txt", "1\n1.1\n1.2\n1.15\n1.05\n");
+    const std::string wide = folder.write("wide.txt", "1\n3\n9\n5\n12\n");
+    ASSERT_EQ(run({"describe", narrow, wide, "--html", file}).status, done);
+    const std::string html = contentOf(file);
+    std::vector<double> heights;
+    for (std::size_t place = html.find("<ul class=\"multiples\">"); heights.size() < 2;) {
+        const std::size_t end = html.find("</svg>", place);
+        double tallest = 0.0;
+        for (std::size_t i = html.find(" d='M", place); i < end; i = html.find(" d='M", i + 1)) {
+            double x1 = 0.0;
+            double y1 = 0.0;
+            double x2 = 1.0;
+            double y2 = 0.0;
+            int length = 0;  // of a path that is nothing but a line; the axes are more
+            std::sscanf(html.c_str() + i, " d='M%lf,%lf L%lf,%lf '%n", &x1, &y1, &x2, &y2, &length);
+            if (length > 0 && x1 == x2) tallest = std::max(tallest, std::fabs(y2 - y1));
+        }
+        heights.push_back(tallest);
+        place = end + 1;
+    }
+    EXPECT_GT(heights[0], 100.0);
+    EXPECT_NEAR(heights[0], heights[1], 0.11);
 }
 
 TEST(PageOfSeveral, takesEveryTextForAText)

@@ -871,6 +871,16 @@ TEST(Print, evenDensitiesLookEven)
     EXPECT_GT(largest, 0.98 * area) << "but for the cells at the edges all look the same";
 }
 
+// The cosine of 0.00063246 is 0.9999998.
+TEST(Print, directionsAndSeriesHaveTheirFigures)
+{
+    const TempFolder folder;
+    EXPECT_THAT(script({"circular", folder.write("a.txt", "1.00063246;0\n0.99936754;0\n")}).text, HasSubstr("r = 0.9999998\""));
+    // By hand: b = 12 / 4, explained 36 of 257 / 6, deviations 16 / 3 with 1 degree of freedom; F = 6.75, p = 1 - 2 atan(sqrt(F)) / pi.
+    EXPECT_THAT(script({"multiy", folder.write("m.txt", "1;1;1\n1;2;1\n2;2;1\n2;3;1\n3;7;1\n3;8;1\n")}).text,
+                HasSubstr("F(1, 1) = 6.75, p = 0.234, R\u00b2 = 0.84047, 3 different x, 6 pairs"));
+}
+
 // Between the cells of a grid that is full nothing stays empty.
 TEST(Print, densitiesOfGridsHaveNoStripes)
 {

@@ -329,14 +329,25 @@ void AnalysisCommand::writeExport(const std::function<bool(const std::string&)>&
     file.keep();
 }
 
+namespace {
+
+/** A title of a column, of as many bytes as can be read. */
+std::string cutTitle(const std::string& title)
+{
+    constexpr std::size_t most = 200;
+    return title.size() > most ? shown(title) : title;
+}
+
+}  // namespace
+
 PictureWords AnalysisCommand::pictureWords() const
 {
     const PlotRequest& plot = views.plot();
     const auto firstOf = [](const std::string& given, const std::string& title, const std::string& name) {
         return !given.empty() ? given : !title.empty() ? title : name;
     };
-    const std::string x = firstOf(plot.xLabel, words.xTitle, namesInComment.x);
-    const std::string y = firstOf(plot.yLabel, words.yTitle, namesInComment.y);
+    const std::string x = firstOf(plot.xLabel, cutTitle(words.xTitle), namesInComment.x);
+    const std::string y = firstOf(plot.yLabel, cutTitle(words.yTitle), namesInComment.y);
     const std::string about = subject(x, y);
     const std::string source = about.empty() ? filesInTitle() + titleSeparator + analysisName() : about;
     PictureWords asked{source, plot.title, x, y, plot.logarithmic, plot.residuals, plot.canvas, words.labels};
@@ -365,8 +376,8 @@ std::string AnalysisCommand::filesInTitle() const
 std::string AnalysisCommand::subject(const std::string& x, const std::string& y) const
 {
     if (!x.empty() && !y.empty()) return aboutBoth(x, y);
-    if (!x.empty() || !words.yTitle.empty()) return x.empty() ? words.yTitle : x;
-    if (words.item == "sample" && words.labels.size() == 2) return words.labels[0] + " and " + words.labels[1];
+    if (!x.empty() || !words.yTitle.empty()) return x.empty() ? cutTitle(words.yTitle) : x;
+    if (words.item == "sample" && words.labels.size() == 2) return cutTitle(words.labels[0]) + " and " + cutTitle(words.labels[1]);
     return "";
 }
 

@@ -193,6 +193,7 @@ private:
         one.name = inputs.back()->name();
         one.question = content.statement.question;
         one.summary = content.statement.summary;
+        one.differences = content.textbook->differenceSentences();
         one.pathOfP = content.textbook->deciding().empty() ? "" : "textbook/" + content.textbook->deciding();
         one.p = content.textbook->value(content.textbook->deciding());
         if (pageOfAll.analyses.size() < SeveralContent::mostMultiples) one.multiple = picture(analysis, wordsOfMultiple(one.name));

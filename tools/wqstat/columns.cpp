@@ -103,8 +103,16 @@ class Columns final : public Command {
         const std::string sentence =
             table.name() + ": begins with a comment, in the library's own format: the analyses read it without a column";
         if (asJson || asTsv || !pageName.empty()) throw CannotAnalyse(sentence);
-        std::cout << sentence << "\n\nCommand lines that fit; nothing has been tested:\n";
-        for (CommandWithoutColumns words : table.commandsWithoutColumns()) {
+        const std::vector<CommandWithoutColumns>& commands = table.commandsWithoutColumns();
+        std::cout << sentence << "\n\n";
+        if (commands.size() > 2) {  // they do not mean the same kind of numbers
+            std::string list;
+            for (const CommandWithoutColumns& words : commands) list += (list.empty() ? "" : ", ") + words.front();
+            std::cout << "Which analysis fits depends on what the two numbers of a line are: " << list << ".\n";
+            return;
+        }
+        std::cout << "Command lines that fit; nothing has been tested:\n";
+        for (CommandWithoutColumns words : commands) {
             words.push_back(fileWord(name));
             std::cout << "  " << commandLine(words) << '\n';
         }

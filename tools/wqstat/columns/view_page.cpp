@@ -135,6 +135,11 @@ void columnSection(HtmlWriter& html, const ColumnProfile& column, std::size_t in
             table.text(shown(label.text), digits(label.count));
     table.close();
     if (column.kind() == CellKind::mixed) {
+        if (const NumberSummary* const numbers = measured(column))
+            html.element("p",
+                         std::string("Least, quartiles, greatest and mean are those of its ") +
+                             (numbers == &column.numberSummary() ? "numbers" : "dates") + " alone.",
+                         {{"class", "warns"}});
         html.element("p", "The first cells unlike most:", {{"class", "warns"}}).open("ul");
         for (const OddCell& cell : column.oddCells()) html.element("li", "line " + std::to_string(cell.line) + ": " + inQuotes(cell.text));
         html.close();

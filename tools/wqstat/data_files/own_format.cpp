@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <set>
 
 namespace wqstat {
 
@@ -18,7 +17,6 @@ struct OwnLines {
     bool beginsWithComment = false;
     std::size_t lines = 0;
     std::size_t fields = 0;  // of each line; 0 where they differ or hold no numbers
-    bool repeatsFirst = false;
 };
 
 std::size_t numbersIn(std::string_view line)
@@ -37,7 +35,6 @@ OwnLines look(std::string_view text)
 {
     constexpr std::size_t most = 200;
     OwnLines found;
-    std::set<std::string_view> first;
     for (std::size_t begin = 0; begin < text.size() && found.lines < most;) {
         const std::size_t end = text.find('\n', begin);
         if (end == std::string_view::npos && text.size() >= 60'000) break;  // cut in its middle
@@ -53,7 +50,6 @@ OwnLines look(std::string_view text)
         const bool lacksCount = found.fields == 3 && fields == 2;  // then it is that of the line before
         if ((fields != found.fields && !lacksCount) || !found.beginsWithComment) return {};
         ++found.lines;
-        found.repeatsFirst = !first.insert(trimmed(line.substr(0, line.find_first_of(":;|")))).second || found.repeatsFirst;
     }
     return found;
 }
@@ -68,9 +64,7 @@ std::vector<CommandWithoutColumns> commandsForOwnFormat(std::string_view begin)
     if (found.fields == 1) return {{"describe"}, {"frequency"}};
     if (found.fields == 3) return {{"multiy"}};
     if (found.fields != 2) return {};
-    std::vector<CommandWithoutColumns> commands{{"correlate"}, {"regress", "--model", "linear"}};
-    if (found.repeatsFirst) commands.insert(commands.begin(), {"anova"});
-    return commands;
+    return {{"anova"}, {"correlate"}, {"regress"}, {"fit"}, {"circular"}};
 }
 
 }  // namespace wqstat

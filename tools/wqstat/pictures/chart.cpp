@@ -169,7 +169,15 @@ void Chart::setRound(double limit, const std::string& text)
 
 void Chart::add(const Rows& rows, const GnuplotCode& style, const std::string& keyTitle)
 {
-    if (!rows.isEmpty()) layers.push_back({rows.code(), style, fitted(keyTitle, fitting(0.95 * width - keySample, tickCharacter))});
+    if (!rows.isEmpty()) layers.push_back({rows.code(), style, fitted(keyTitle, fitting(0.95 * width - keySample, tickCharacter)), {}});
+}
+
+void Chart::addUprights(const std::vector<double>& places, const GnuplotCode& looks, const std::string& keyTitle)
+{
+    Rows rows;
+    for (const double place : places) rows.add({place, 0.0});
+    add(rows, "using 1:2 with lines " + looks, keyTitle);
+    if (!rows.isEmpty()) layers.back().uprights = places;
 }
 
 void Chart::addText(double x, double y, const std::string& text, const GnuplotCode& placing)
@@ -345,13 +353,24 @@ GnuplotCode Chart::plotWithAxes(Frame frame) const
     return script;
 }
 
+GnuplotCode Chart::dataOf(const Layer& layer) const
+{
+    if (layer.uprights.empty() || !yAxis) return layer.data;
+    Rows rows;
+    for (const double place : layer.uprights) {
+        for (const double end : {std::max(0.0, yAxis->low()), yAxis->high()}) rows.add({place, end});
+        rows.gap();
+    }
+    return rows.code();
+}
+
 GnuplotCode Chart::layersPlotted() const
 {
     GnuplotCode data;
     GnuplotCode plots;
     for (std::size_t i = 0; i < layers.size(); ++i) {
         const GnuplotCode name = "$layer" + GnuplotCode(i + 1);
-        data += name + " << EOD\n" + layers[i].data + "EOD\n";
+        data += name + " << EOD\n" + dataOf(layers[i]) + "EOD\n";
         plots += (i == 0 ? GnuplotCode("plot ") : ", ") + name + " " + layers[i].style + " " +
                  (layers[i].keyTitle.empty() ? "notitle" : "title " + GnuplotCode(quotedText(layers[i].keyTitle)) + " noenhanced");
     }

@@ -63,6 +63,9 @@ public:
      * @param keyTitle none when empty. */
     void add(const Rows& rows, const GnuplotCode& style, const std::string& keyTitle = "");
 
+    /** As add(): lines over the whole height of the plot, whatever axis that gets in the end. */
+    void addUprights(const std::vector<double>& places, const GnuplotCode& looks, const std::string& keyTitle);
+
     /** A text in the picture, at a position of the axes. */
     void addText(double x, double y, const std::string& text, const GnuplotCode& placing);
 
@@ -93,6 +96,7 @@ private:
         GnuplotCode data;
         GnuplotCode style;
         std::string keyTitle;
+        std::vector<double> uprights;  ///< in place of data
     };
 
     /** Where the plot is, in units of the layout from the top and from the left of the canvas. */
@@ -118,6 +122,7 @@ private:
     GnuplotCode roundWithKey(const Frame& frame) const;
     double leftMargin() const;
     GnuplotCode plotWithAxes(Frame frame) const;
+    GnuplotCode dataOf(const Layer& layer) const;
     GnuplotCode layersPlotted() const;
 
     static bool share(std::vector<Chart>& charts, std::optional<Axis> Chart::*axis);

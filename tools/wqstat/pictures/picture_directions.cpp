@@ -147,7 +147,7 @@ Picture picture(wq_lib::Circular& directions, const PictureWords& words)
     std::string caption = "n = " + digits(result.n) + ", mean direction " + figures(wq_lib::radianToDegree(result.a)) + "\u00b0";
     const std::string binName = directions.getBinName().empty() ? "bin" : directions.getBinName();
     if (inBins) caption += " (" + binName + " " + std::to_string(result.meanBin) + ")";
-    Chart chart(words.canvas, titleOf(directions, words), caption + ", r = " + figures(result.r));
+    Chart chart(words.canvas, titleOf(directions, words), caption + ", r = " + coefficient(result.r));
     chart.setRound(1.21, words.xLabel.empty() ? (inBins ? binName : "direction") + ", clockwise from the top" : words.xLabel);
     addDirectionTexts(chart, directions);
 

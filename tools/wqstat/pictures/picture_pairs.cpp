@@ -269,6 +269,20 @@ Picture picture(wq_lib::PowerRegression& regression, const PictureWords& words)
                         {logarithm, logarithm, exponential, "y = " + figures(fit.a) + " x^(" + figures(fit.b) + ")"}, words);
 }
 
+namespace {
+
+/** "F(1, 3) = 12.3, p = 0.0393, R2 = 0.8, 5 different x, 22 pairs": the line against the deviations of the groups from it. */
+std::string testText(const wq_lib::LinearRegressionMultiY& regression, const wq_exact::MultiYResult& exact, std::size_t pairs)
+{
+    std::string text;
+    if (std::isfinite(exact.regressionF) && std::isfinite(exact.slope.p))
+        text = "F(1, " + figures(exact.deviations.df) + ") = " + figures(exact.regressionF) + ", " + probability(exact.slope.p) + ", ";
+    if (std::isfinite(exact.rSquared)) text += "R\u00b2 = " + coefficient(exact.rSquared) + ", ";
+    return text + counted(regression.getGroups().size(), "x", "different x") + ", " + counted(pairs, "pair", "pairs");
+}
+
+}  // namespace
+
 Picture picture(wq_lib::LinearRegressionMultiY& regression, const PictureWords& words)
 {
     const std::vector<Point> points = pointsOf(regression);
@@ -292,8 +306,7 @@ Picture picture(wq_lib::LinearRegressionMultiY& regression, const PictureWords& 
     const Axis x(extents.x);
     const Axis y(extents.y);
 
-    Chart chart(words.canvas, titleOf(regression, words),
-                counted(regression.getGroups().size(), "x", "different x") + ", " + counted(points.size(), "pair", "pairs"));
+    Chart chart(words.canvas, titleOf(regression, words), testText(regression, exact, points.size()));
     chart.setX(x, labelOr(words.xLabel, "x"));
     chart.setY(y, labelOr(words.yLabel, "y"));
     addScatter(chart, points, x, y, pairNoun);

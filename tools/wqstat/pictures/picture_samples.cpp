@@ -58,21 +58,18 @@ Histogram histogramOf(const std::vector<double>& positions)  // in ascending ord
 }
 
 /** Of pictures beside each other, whose samples and bars are of many sizes, the area of a bar is its share of the observations. */
-Axis heightAxis(Histogram& histogram, Chart& chart, const PictureWords& words)
+void setHeights(Histogram& histogram, Chart& chart, const PictureWords& words)
 {
     if (!chart.isSmallMultiple()) {
-        const Axis counts = countAxis(histogram.highest());
-        chart.setY(counts, labelOr(words.yLabel, "number of observations"), true);
-        return counts;
+        chart.setY(countAxis(histogram.highest()), labelOr(words.yLabel, "number of observations"), true);
+        return;
     }
     double area = 0.0;
     for (const double count : histogram.counts) area += count * histogram.width;
     for (double& count : histogram.counts) count /= area > 0.0 && std::isfinite(area) ? area : 1.0;
     Extent extent;
     extent.include(histogram.highest());
-    const Axis densities(extent, Axis::Ends::fromZero);
-    chart.setY(densities, "density");
-    return densities;
+    chart.setY(Axis(extent, Axis::Ends::fromZero), "density");
 }
 
 void addBars(Chart& chart, const Histogram& histogram, const std::string& keyTitle)
@@ -85,19 +82,7 @@ void addBars(Chart& chart, const Histogram& histogram, const std::string& keyTit
               keyTitle);
 }
 
-/** A line across the picture, from bottom to top. */
-Rows uprightAt(std::initializer_list<double> positions, double height)
-{
-    Rows lines;
-    for (const double position : positions) {
-        lines.add({position, 0.0});
-        lines.add({position, height});
-        lines.gap();
-    }
-    return lines;
-}
-
-void addMean(Chart& chart, const wq_lib::BasicStatistics& sample, const Axis& x, double height)
+void addMean(Chart& chart, const wq_lib::BasicStatistics& sample, const Axis& x)
 {
     const wq_lib::basic_stat& result = sample.getResult();
     if (!std::isfinite(result.mean)) {
@@ -106,13 +91,11 @@ void addMean(Chart& chart, const wq_lib::BasicStatistics& sample, const Axis& x,
     }
     const wq_exact::Limits limits = wq_exact::of(sample).meanLimits;
     if (std::isfinite(limits.lower) && std::isfinite(limits.upper))
-        chart.add(uprightAt({x.at(limits.lower), x.at(limits.upper)}, height),
-                  "using 1:2 with lines linewidth 2 dashtype (9,5) " + inColour(colour::black),
-                  confidenceText(sample) + " confidence interval " + x.text(limits.lower) + " to " + x.text(limits.upper));
+        chart.addUprights({x.at(limits.lower), x.at(limits.upper)}, "linewidth 2 dashtype (9,5) " + inColour(colour::black),
+                          confidenceText(sample) + " confidence interval " + x.text(limits.lower) + " to " + x.text(limits.upper));
     else
         chart.note("no confidence interval of the mean: it is not finite");
-    chart.add(uprightAt({x.at(result.mean)}, height), "using 1:2 with lines linewidth 3 " + inColour(colour::vermilion),
-              "mean " + x.text(result.mean));
+    chart.addUprights({x.at(result.mean)}, "linewidth 3 " + inColour(colour::vermilion), "mean " + x.text(result.mean));
 }
 
 void includeInterval(Extent& extent, const wq_lib::BasicStatistics& sample)
@@ -168,9 +151,9 @@ Picture picture(const wq_lib::BasicStatistics& sample, const PictureWords& words
     if (sample.getSampleSize() > result.n) caption += " of " + digits(sample.getSampleSize());
     Chart chart(words.canvas, titleOf(sample, words), caption);
     chart.setX(x, labelOr(words.xLabel, "value"));
-    const Axis y = heightAxis(histogram, chart, words);
+    setHeights(histogram, chart, words);
     addBars(chart, histogram, "observations");
-    addMean(chart, sample, x, y.high());
+    addMean(chart, sample, x);
     noteLeftOut(chart, result.n - values.size(), observationNoun);
     if (const std::size_t low = values.size() - positions.size(); low > 0)
         chart.note(counted(low, "observation", "observations") + " left out: not above 0, on a logarithmic axis");
@@ -183,7 +166,7 @@ Picture picture(const wq_lib::Frequency& table, const PictureWords& words)
     const std::size_t classes = table.getTable().size();
     Chart chart(words.canvas, titleOf(table, words), counted(classes, "class", "classes") + ", n = " + digits(result.n));
     Histogram histogram = histogramOf(table, chart);
-    const Axis y = heightAxis(histogram, chart, words);
+    setHeights(histogram, chart, words);
 
     const double end = table.getStartClass() + static_cast<double>(classes) * table.getClassWidth();
     if (!std::isfinite(end) || !(end > table.getStartClass())) {  // then the classes have no limits to draw
@@ -206,7 +189,7 @@ Picture picture(const wq_lib::Frequency& table, const PictureWords& words)
     histogram.width = (x.at(end) - histogram.start) / static_cast<double>(histogram.counts.size());
     chart.setX(x, labelOr(words.xLabel, "value"));
     addBars(chart, histogram, "observations");
-    addMean(chart, table, x, y.high());
+    addMean(chart, table, x);
     return pictureOf(chart, words);
 }
 

@@ -31,7 +31,7 @@ struct PageContent {
     std::string report;
     std::vector<PageFile> files;
     std::vector<std::string> warnings;
-    bool leavesOut = false;  ///< what was read, as it was asked to
+    bool leavesOut = false;   ///< what was read, as it was asked to
     std::string commandLine;  ///< makes the page again
     std::string version;
 };

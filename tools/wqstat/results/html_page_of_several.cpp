@@ -152,6 +152,7 @@ private:
         }
         html.open("td");
         textWithFigures(html, one.summary);
+        for (const std::string& sentence : one.differences) html.element("p", sentence, {{"class", "differs"}});
         html.close();
         if (one.pathOfP.empty()) {
             html.element("td", "n/a").element("td", "n/a");

@@ -17,11 +17,12 @@ struct OneOfSeveral {
     std::string failure;  ///< why there is no result; empty where there is one
     std::string question;
     std::string summary;
-    double p = std::nan("");             ///< by which it decides; NaN where it tests nothing
-    std::string pathOfP;                 ///< in its JSON document
-    std::optional<PageContent> content;  ///< of its section, without the picture
-    std::optional<Picture> picture;      ///< of its section
-    std::optional<Picture> multiple;     ///< small, to stand beside those of the others
+    std::vector<std::string> differences;  ///< where the report decides differently, a sentence each
+    double p = std::nan("");               ///< by which it decides; NaN where it tests nothing
+    std::string pathOfP;                   ///< in its JSON document
+    std::optional<PageContent> content;    ///< of its section, without the picture
+    std::optional<Picture> picture;        ///< of its section
+    std::optional<Picture> multiple;       ///< small, to stand beside those of the others
 };
 
 struct SeveralContent {

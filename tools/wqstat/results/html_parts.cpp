@@ -41,6 +41,7 @@ th, td { text-align: left; vertical-align: top; padding: .25rem .75rem .25rem 0;
 thead th { font-weight: 600; }
 .all thead th { overflow-wrap: normal; }
 .all td { overflow-wrap: break-word; }
+.all td p { margin: .25rem 0 0; }
 .all td.failed { overflow-wrap: anywhere; }
 @media (max-width: 40rem) { .all table { font-size: .75rem; } .all th, .all td { padding-right: .4rem; } }
 data, .all td span, .summary span { white-space: nowrap; }
