@@ -871,6 +871,53 @@ TEST(Print, evenDensitiesLookEven)
     EXPECT_GT(largest, 0.98 * area) << "but for the cells at the edges all look the same";
 }
 
+// A character of a private plane, which no font has; a picture that is made of letters by its viewer has it all the same.
+TEST(Print, charactersWithoutAGlyphAreQuestionMarks)
+{
+    const TempFolder folder;
+    const std::string text = "a\U0010fffdb \u00e9";
+    for (const auto& [name, shown] :
+         {std::pair("a.png", "\"a?b \u00e9\""), std::pair("a.pdf", "\"a?b \u00e9\""), std::pair("a.svg", "\"a\U0010fffdb \u00e9\"")}) {
+        const FakeGnuplot gnuplot("cat > '" + folder.path("script") + "'\necho '<?xml version=\"1.0\"?><svg></svg>'");
+        run({"describe", cavendish, "--x-label", text, "--plot", folder.path(name)});
+        EXPECT_THAT(contentOf(folder.path("script")), HasSubstr(shown)) << name;
+    }
+}
+
+std::string pairLines(std::size_t n, double (*x)(std::size_t), double (*y)(std::size_t));
+double scattered(std::size_t i);
+double otherwise(std::size_t i);
+
+// The parts of the height that the plots have, from the first to the last of their own panels.
+std::vector<double> plotHeights(const std::string& text)
+{
+    std::vector<double> heights;
+    for (std::size_t i = text.find("set bmargin at screen "); i != std::string::npos; i = text.find("set bmargin at screen ", i + 1)) {
+        const double bottom = std::stod(text.substr(i + 22));
+        heights.push_back(std::stod(text.substr(text.find("set tmargin at screen ", i) + 22)) - bottom);
+    }
+    return heights;
+}
+
+TEST(Print, leavesThePlotItsRoomAtTheSizeOfAColumn)
+{
+    const TempFolder folder;
+    std::string groups = "group,value\n";
+    for (int i = 0; i < 60; ++i) groups += std::string(9, static_cast<char>('a' + i % 6)) + "x," + std::to_string(i * 37 % 11) + "\n";
+    const std::string many = folder.write("many.txt", pairLines(100'000, scattered, otherwise));
+    const Words size{"--size", "85x60mm"};
+    for (const Words& words : {Words{"anova", "--group", "group", "--value", "value", folder.write("g.csv", groups)},
+                               Words{"regress", "--model", "linear", many}, Words{"regress", "--model", "linear", norris}}) {
+        const std::vector<double> heights = plotHeights(script(with(words, size)).text);
+        ASSERT_EQ(heights.size(), 1U);
+        EXPECT_GE(heights[0], 0.45) << wq_test::joined(words);
+    }
+    const std::vector<double> panels = plotHeights(script(with({"regress", "--model", "linear", "--residuals", norris}, size)).text);
+    ASSERT_EQ(panels.size(), 2U);
+    for (const double panel : panels) EXPECT_GE(panel, 0.29);
+    EXPECT_GE(panels[0] + panels[1], 0.6);
+}
+
 // The cosine of 0.00063246 is 0.9999998.
 TEST(Print, directionsAndSeriesHaveTheirFigures)
 {

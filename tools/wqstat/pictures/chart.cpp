@@ -132,6 +132,11 @@ void Chart::setX(const Axis& axis, const std::string& text, bool whole)
     makeXTicks();
 }
 
+void Chart::hideXNumbers()
+{
+    for (Tick& tick : xTicks) tick.text.clear();
+}
+
 void Chart::makeXTicks()
 {
     for (std::size_t most = 10; most > 1; --most) {
@@ -335,11 +340,18 @@ double Chart::leftMargin() const { return 54.0 + static_cast<double>(longest(yTi
 
 void Chart::alignLeft(Chart& a, Chart& b) { a.leastLeft = b.leastLeft = std::max(a.leftMargin(), b.leftMargin()); }
 
+/** What the ticks and the label of the x axis take. */
+double Chart::tickHeight() const
+{
+    if (longest(xTicks) == 0) return 4.0;
+    const double ticks = upright ? static_cast<double>(longest(xTicks)) * tickCharacter + 20.0 : 22.0;
+    return ticks + (xLabel.empty() ? 6.0 : 34.0);
+}
+
 GnuplotCode Chart::plotWithAxes(Frame frame) const
 {
-    const double tickHeight = upright ? static_cast<double>(longest(xTicks)) * tickCharacter + 20.0 : 22.0;
     const double labelPlace = frame.bottom - 12.0;
-    frame.bottom -= tickHeight + 34.0;
+    frame.bottom -= tickHeight();
     frame.left = std::max(leftMargin(), leastLeft);
     frame.right = 0.965 * width;
     GnuplotCode script = margins(frame);
@@ -378,7 +390,59 @@ GnuplotCode Chart::layersPlotted() const
     return data + (plots.isEmpty() ? "plot NaN notitle" : plots) + "\n";
 }
 
+/** What the words around it leave of the height. */
+double Chart::plotHeight() const
+{
+    const bool isBelow = panelTop > 0.0;
+    double top = panelTop + (isBelow ? 0.0 : 8.0);
+    double bottom = panelBottom - 10.0;
+    headings(top);
+    if (!isBelow) footnotes(bottom);
+    if (!isBelow) key(top);
+    return bottom - tickHeight() - top - (isBelow ? 4.0 : 14.0);
+}
+
+/** To the last entries that have room on two lines, which are those of lines and means; what the marks and cells are notes say, or the axes. */
+void Chart::shortenKey()
+{
+    constexpr double least = 15.0;  // characters, by which an entry is known
+    const auto columns = std::max<std::size_t>(1, static_cast<std::size_t>(0.97 * width / (least * keyCharacter + keySample)));
+    const auto most = static_cast<std::size_t>((0.97 * width / static_cast<double>(columns) - keySample) / keyCharacter);
+    std::size_t left = keys() - std::min(keys(), 2 * columns);
+    for (Layer& layer : layers) {
+        if (layer.keyTitle.empty()) continue;
+        layer.keyTitle = left > 0 ? "" : fitted(layer.keyTitle, most);
+        left -= left > 0 ? 1 : 0;
+    }
+}
+
+/** Where the words would take more than half of the height, what can be missed goes, one after the other. */
+void Chart::squeeze()
+{
+    const auto isEnough = [this] { return plotHeight() >= 0.5 * (panelBottom - panelTop); };
+    if (isEnough()) return;
+    shortenKey();
+    if (isEnough()) return;
+    caption.clear();
+    if (isEnough()) return;
+    constexpr std::size_t mostOfLabel = 8;
+    if (upright)
+        for (Tick& tick : xTicks) tick.text = fitted(tick.text, mostOfLabel);
+    if (isEnough()) return;
+    title = fitted(title, fitting(0.97 * width, titleCharacter));
+    if (isEnough()) return;
+    for (Layer& layer : layers) layer.keyTitle.clear();
+}
+
 GnuplotCode Chart::commands() const
+{
+    if (isSmall || !xAxis || !yAxis) return laidOut();
+    Chart squeezed = *this;
+    squeezed.squeeze();
+    return squeezed.laidOut();
+}
+
+GnuplotCode Chart::laidOut() const
 {
     const bool isBelow = panelTop > 0.0;  // then the words of the panel above are its own too
     Frame frame{panelTop + (isBelow ? 0.0 : 8.0), panelBottom - 10.0, 0.0, width};
@@ -389,7 +453,7 @@ GnuplotCode Chart::commands() const
         script += roundWithKey(frame);
     } else {
         script += isBelow ? GnuplotCode("unset key\n") : key(frame.top);
-        frame.top += 14.0;
+        frame.top += isBelow ? 4.0 : 14.0;
         if (xAxis && yAxis) script += plotWithAxes(frame);
     }
     return script + texts + layersPlotted();

@@ -49,6 +49,9 @@ public:
     static void alignLeft(Chart& a, Chart& b);
 
     void setX(const Axis& axis, const std::string& label, bool whole = false);
+    /** Leaves the numbers of the x axis to the panel below. */
+    void hideXNumbers();
+
     void setY(const Axis& axis, const std::string& label, bool whole = false);
 
     /** Ticks of its own making; upright where they would run into each other. */
@@ -122,6 +125,11 @@ private:
     GnuplotCode roundWithKey(const Frame& frame) const;
     double leftMargin() const;
     GnuplotCode plotWithAxes(Frame frame) const;
+    double tickHeight() const;
+    double plotHeight() const;
+    void shortenKey();
+    void squeeze();
+    GnuplotCode laidOut() const;
     GnuplotCode dataOf(const Layer& layer) const;
     GnuplotCode layersPlotted() const;
 

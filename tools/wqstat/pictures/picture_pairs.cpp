@@ -219,7 +219,9 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
         chart.note("no confidence limits: they are not finite");
     if (!words.residuals) return pictureOf(chart, words);
 
-    constexpr double share = 0.66;
+    const bool isLow = words.canvas.layoutHeight() < 600.0;  // then both panels are as high, and the lower one has the numbers
+    const double share = isLow ? 0.48 : 0.66;
+    if (isLow) chart.hideXNumbers();
     Chart below = residualsOf(regression, model, points, x, words);
     chart.setPanel(0.0, share);
     below.setPanel(share, 1.0 - share);
