@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -41,6 +44,27 @@ inline std::vector<std::string> parts(const std::string& line)
     return all;
 }
 
+// What a reader sees has to be the figure, rounded to the digits that are shown: at least three, and all of those of a whole number.
+inline void addFigure(Page& page, const std::string& path, const std::string& value, const std::string& shown)
+{
+    page.figures.emplace_back(path, value);
+    if (value == "NaN" || shown == "n/a") {
+        EXPECT_EQ(value == "NaN", shown == "n/a") << path << ": " << value << " is shown as " << shown;
+        return;
+    }
+    const double exact = std::stod(value);
+    std::string rounded;
+    for (int digits = 3; digits <= 15 && rounded != shown; ++digits) {
+        char text[64];
+        std::snprintf(text, sizeof text, "%.*g", digits, exact);
+        rounded = std::strtod(text, nullptr) == std::strtod(shown.c_str(), nullptr) ? shown : text;
+    }
+    if (exact == std::round(exact) && std::fabs(exact) < 1e15) {
+        EXPECT_EQ(std::strtod(shown.c_str(), nullptr), exact) << path << ": a whole number is shown as " << shown;
+    }
+    EXPECT_EQ(rounded, shown) << path << ": " << value;
+}
+
 inline Page pageIn(const std::string& file)
 {
     const Outcome outcome = runCommand({"python3", std::string(WQ_TEST_DIR) + "/wqstat/read_page.py", file});
@@ -50,7 +74,7 @@ inline Page pageIn(const std::string& file)
     for (std::string line; std::getline(lines, line);) {
         const std::vector<std::string> found = parts(line);
         if (found[0] == "figure")
-            page.figures.emplace_back(found[1], found[2]);
+            addFigure(page, found[1], found[2], found[3]);
         else if (found[0] == "decision")
             page.decisions.emplace_back(found[1], found[2]);
         else if (found[0] == "title")

@@ -28,7 +28,7 @@ class Page(html.parser.HTMLParser):
             if name in ("src", "href", "xlink:href", "srcset", "data", "action") and not (value or "").startswith("#"):
                 found("address", value)
         if tag == "data":
-            found("figure", values["class"], values["value"])
+            self.figure = (values["class"], values["value"])
         if tag not in self.VOID:
             self.open.append((tag, values.get("class", "")))
             self.texts.append("")
@@ -45,6 +45,8 @@ class Page(html.parser.HTMLParser):
             if name != tag:
                 found("unclosed", name)
                 continue
+            if name == "data":
+                found("figure", *self.figure, text)
             if name == "title" and ("svg", "") not in self.open and not any(each[0] == "svg" for each in self.open):
                 found("title", text)
             elif name == "code":

@@ -362,6 +362,11 @@ TEST(PageOfSeveral, isThereInWholeOrNotAtAll)
     const Outcome report = run({"describe", cavendish, cavendish});
     const Outcome full = run({"describe", cavendish, cavendish, "--html", "/dev/full"});
     EXPECT_EQ(full, (Outcome{couldNotAnalyse, report.output, "wqstat: /dev/full: is no file\n"}));
+    // Room for the pictures, but not for the page.
+    const Outcome fullDisk = runCommand({"bash", "-c", "trap '' XFSZ; ulimit -f 40; exec \"$@\" > /dev/null", "bash", WQSTAT, "describe",
+                                         cavendish, cavendish, "--html", old});
+    EXPECT_EQ(fullDisk, (Outcome{couldNotAnalyse, "", "wqstat: " + old + ": the page cannot be written: File too large\n"}));
+    EXPECT_EQ(contentOf(old), "old");
     const Outcome noRoom = runCommand(
         {"bash", "-c", "trap '' XFSZ; ulimit -f 1; exec \"$@\" > /dev/null", "bash", WQSTAT, "describe", cavendish, "--html", old});
     EXPECT_THAT(noRoom.errors, Not(HasSubstr("the picture")));
