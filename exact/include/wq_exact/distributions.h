@@ -126,6 +126,8 @@ WQ_EXACT_EXPORT double smirnovUpperTail(double d, std::size_t n1, std::size_t n2
 /**
  * Two samples given the ties: P(D >= d) over all arrangements of so many observations in classes, where equal values have no order.
  * Source: Schroeer and Trenkler (1995), Exact and randomization distributions of Kolmogorov-Smirnov tests.
+ * @param d the D of the two samples.
+ * @param n1,n2 their sizes.
  * @param classes how many observations of both samples together are equal, in ascending order of their values.
  * @return NaN also where the sizes of the classes do not sum to n1 + n2.
  */
