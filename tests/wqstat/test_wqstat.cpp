@@ -927,7 +927,7 @@ TEST(Prob, printsTheShortestTextThatReadsBackTheSame)
     }
 }
 
-TEST(Prob, tellsWhereTheApproximationIsFarFromWhatItIsNamedFor)  // pf, pchisq, qt, pt of R
+TEST(Prob, tellsWhereTheApproximationIsFarFromWhatItIsNamedFor)  // pf, pchisq, qt, pt, pbeta, qbeta of R
 {
     const struct {
         int line;
@@ -941,6 +941,10 @@ TEST(Prob, tellsWhereTheApproximationIsFarFromWhatItIsNamedFor)  // pf, pchisq, 
         {__LINE__, {"t_PercentPoint", "0.05", "1"}, "t_PercentPoint is an approximation: the exact value is 12.7062", "12.70620"},
         {__LINE__, {"t_PercentPoint", "0.05", "100"}, "", "1.983971"},
         {__LINE__, {"t_Prob", "2", "9", "two"}, "t_Prob is an approximation, and this is no probability: the exact value is 0.0765528", "0.076552"},
+        {__LINE__, {"betaRatio", "0.00537", "0.5", "100", "-1.7314"}, "betaRatio is an approximation, and this is no probability: the exact value is 0.700003", "0.7000027"},
+        {__LINE__, {"betaRatio", "1", "2", "5", "-3.4012"}, "", "1\n"},
+        {__LINE__, {"inverseBetaRatio", "0.6", "1", "100", "-4.605170186"}, "inverseBetaRatio is an approximation: the exact value is 0.00912106", "0.00912105"},
+        {__LINE__, {"inverseBetaRatio", "0.1", "2", "5", "-3.40119738"}, "", "0.0925952"},
         // clang-format on
         {__LINE__, {"chiSquareProb", "3", "4"}, "", "0.442174"},
         {__LINE__, {"sqr", "3"}, "", ""},

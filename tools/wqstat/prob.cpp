@@ -150,6 +150,13 @@ double exactFPoint(double p, std::size_t df1, std::size_t df2)
 {
     return wq_exact::fQuantile(p, static_cast<double>(df1), static_cast<double>(df2));
 }
+/** I_x(p, q) by the F distribution with 2p and 2q degrees of freedom (NIST DLMF 8.17); BETA is known without being said. */
+double exactBeta(double x, double p, double q, double) { return wq_exact::fCdf(q * x / (p * (1.0 - x)), 2.0 * p, 2.0 * q); }
+double exactBetaPoint(double alpha, double p, double q, double)
+{
+    const double f = wq_exact::fQuantile(alpha, 2.0 * p, 2.0 * q);
+    return std::isinf(f) ? 1.0 : p * f / (q + p * f);
+}
 double exactD(double alpha, std::size_t n1, std::size_t n2)
 {
     if (wq_exact::canCountArrangements(n1, n2)) return wq_exact::smirnovUpperQuantile(alpha, n1, n2);
@@ -165,8 +172,10 @@ std::vector<Function> functions()
     return {
         row("factorial", factorial, "n!; -1 above 170", "N"),
         row("lnGamma", lnGamma, "ln gamma(x) of an integer or half-integer; takes x steps", "X"),
-        row("betaRatio", betaRatio, "incomplete beta function I_x(p, q); BETA is ln B(p, q)", "X", "P", "Q", "BETA"),
-        row("inverseBetaRatio", inverseBetaRatio, "the x at which betaRatio is ALPHA", "ALPHA", "P", "Q", "BETA"),
+        beside(row("betaRatio", betaRatio, "incomplete beta function I_x(p, q); BETA is ln B(p, q)", "X", "P", "Q", "BETA"),
+               Is::probability, exactBeta),
+        beside(row("inverseBetaRatio", inverseBetaRatio, "the x at which betaRatio is ALPHA", "ALPHA", "P", "Q", "BETA"), Is::quantile,
+               exactBetaPoint),
         row("simpsonIntegral", Integral{simpsonIntegral}, "Simpson sum from a to b; may take seconds", "INTEGRAND", "A", "B"),
         row("quadratureIntegral", Integral{quadratureIntegral}, "integral from a to b by adaptive quadrature", "INTEGRAND", "A", "B"),
         row("quadratureRecursion", Interval{quadratureRecursion}, "one interval of quadratureIntegral", "INTEGRAND", "A", "B", "M", "FA",
