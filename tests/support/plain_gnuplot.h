@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <cstring>
 #include <string>
 
 namespace wq_test {
@@ -74,16 +73,28 @@ inline std::size_t plainPrintable(const std::string& text, std::size_t start)
         {{0xf1, 0xf3}, {{0x80, 0xbf}, {0x80, 0xbf}, {0x80, 0xbf}}, 4},
         {{0xf4, 0xf4}, {{0x80, 0x8f}, {0x80, 0xbf}, {0x80, 0xbf}}, 4},
     };
-    static const char* const none[] = {
-        "\u2028", "\u2029",       "\u202a",       "\u202b", "\u202c", "\u202d", "\u202e", "\u2066", "\u2067", "\u2068", "\u2069",
-        "\ufeff", "\xef\xbf\xbe", "\xef\xbf\xbf", "\u200b", "\u200c", "\u200d", "\u200e", "\u200f", "\u2060", "\u061c",
+    static const unsigned none[][4][2] = {
+        // clang-format off
+        {{0xd8, 0xd8}, {0x9c, 0x9c}, {0x00, 0xff}, {0x00, 0xff}},  // U+061C
+        {{0xe2, 0xe2}, {0x80, 0x80}, {0x8b, 0x8f}, {0x00, 0xff}},  // U+200B ... 200F
+        {{0xe2, 0xe2}, {0x80, 0x80}, {0xa8, 0xae}, {0x00, 0xff}},  // U+2028 ... 202E
+        {{0xe2, 0xe2}, {0x81, 0x81}, {0xa0, 0xaf}, {0x00, 0xff}},  // U+2060 ... 206F
+        {{0xef, 0xef}, {0xb7, 0xb7}, {0x90, 0xaf}, {0x00, 0xff}},  // U+FDD0 ... FDEF
+        {{0xef, 0xef}, {0xbb, 0xbb}, {0xbf, 0xbf}, {0x00, 0xff}},  // U+FEFF
+        {{0xef, 0xef}, {0xbf, 0xbf}, {0xbe, 0xbf}, {0x00, 0xff}},  // U+FFFE, FFFF
+        {{0xf3, 0xf3}, {0xa0, 0xa0}, {0x80, 0x81}, {0x80, 0xbf}},  // U+E0000 ... E007F
+        {{0xf0, 0xf4}, {0x8f, 0x8f}, {0xbf, 0xbf}, {0xbe, 0xbf}},  // the last two of each plane
+        {{0xf0, 0xf4}, {0x9f, 0x9f}, {0xbf, 0xbf}, {0xbe, 0xbf}},
+        {{0xf0, 0xf4}, {0xaf, 0xaf}, {0xbf, 0xbf}, {0xbe, 0xbf}},
+        {{0xf0, 0xf4}, {0xbf, 0xbf}, {0xbf, 0xbf}, {0xbe, 0xbf}},
+        // clang-format on
     };
     const auto within = [&](std::size_t i, const unsigned(&range)[2]) {
         const unsigned byte = i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
         return range[0] <= byte && byte <= range[1];
     };
-    for (const char* const character : none)
-        if (text.compare(start, std::strlen(character), character) == 0) return 0;
+    for (const auto& row : none)
+        if (within(start, row[0]) && within(start + 1, row[1]) && within(start + 2, row[2]) && within(start + 3, row[3])) return 0;
     for (const auto& row : table) {
         bool matches = within(start, row.first);
         for (std::size_t i = 1; i < row.length; ++i) matches = matches && within(start + i, row.rest[i - 1]);

@@ -1,6 +1,7 @@
 // Tables with named columns: every analysis prints the report that the same data give in the library's own format, and what cannot be
 // read is said with file, line, column and text.
 #include "commands.h"
+#include "documents.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -275,6 +276,18 @@ TEST(Tables, columnsThatDoNotFitTogether)
 }
 
 // ---------------------------------------------------------------- what is said besides
+
+// A block with quotes is read line by line, and its last line is cut by the block's end; the next block is plain.
+TEST(Tables, plainBlocksBehindQuotedOnesAreReadOnce)
+{
+    const TempFolder folder;
+    std::string text = "x,y\n\"1\",1\n";
+    for (int i = 2; i <= 60000; ++i) text += std::to_string(i) + "," + std::to_string(i) + "\n";
+    const Json result = documentOf({"describe", "--column", "y", folder.write("data.csv", text)}).at("result");
+    EXPECT_EQ(result.at("n"), 60000);
+    EXPECT_EQ(result.at("mean"), 30000.5);
+    EXPECT_EQ(result.at("max"), 60000.0);
+}
 
 TEST(Tables, rowsWithMissingValuesAreCountedByColumn)
 {

@@ -181,6 +181,7 @@ bool CsvRecords::takeLine(std::string_view& text, std::string_view& withEnd)
         text = end == nullptr ? rest : rest.substr(0, static_cast<std::size_t>(end - rest.data()));
         withEnd = rest.substr(0, text.size() + (end == nullptr ? 0 : 1));
         position += withEnd.size();
+        while (nextMark < markCount && marks[nextMark].place() < position) ++nextMark;
         if (!text.empty() && text.back() == '\r') text.remove_suffix(1);
         return true;
     }
