@@ -4,6 +4,7 @@ set(detail ${CMAKE_CURRENT_LIST_DIR}/../src/detail)
 
 set(test_from_chars_sources ${numbers}/from_chars.cpp)
 set(test_fast_paths_sources
+  ${detail}/avx2_sort.cpp
   ${detail}/avx512_sort.cpp
   ${detail}/bucket_sort.cpp
   ${detail}/radix_sort.cpp

@@ -2,9 +2,9 @@
 
 #include "support/bits.h"
 #include "support/files.h"
-#include "../src/detail/avx512_sort.h"
 #include "../src/detail/sample_sort.h"
 #include "../src/detail/twister.h"
+#include "../src/detail/vector_sort.h"
 #include "../support/numbers/wide_product.h"
 
 #include <wq_report/csv_report.h>
@@ -24,6 +24,7 @@
 #include <cstring>
 #include <functional>
 #include <limits>
+#include <ostream>
 #include <random>
 #include <sstream>
 #include <string>
@@ -153,18 +154,51 @@ TEST(FastPaths, valuesAddedToASortedSampleFindTheirPlaces)
     }
 }
 
-TEST(FastPaths, sortsTheSameWithVectorsAndFewPartitions)
+/** A sort that only some processors can run. */
+struct VectorSort {
+    const char* name;
+    bool (*isSupported)();
+    void (*sort)(double* values, std::size_t n);
+    void (*sortWithFewPartitions)(double* values, std::size_t n, int partitions);
+};
+
+std::ostream& operator<<(std::ostream& out, const VectorSort& sort) { return out << sort.name; }
+
+class VectorSorts : public testing::TestWithParam<VectorSort> {
+protected:
+    void SetUp() override
+    {
+        if (!GetParam().isSupported()) GTEST_SKIP() << "this processor has no " << GetParam().name;
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    FastPaths, VectorSorts,
+    testing::Values(VectorSort{"AVX2", wq_lib::detail::hasAvx2, wq_lib::detail::sortByAvx2, wq_lib::detail::sortByAvx2},
+                    VectorSort{"AVX512", wq_lib::detail::hasAvx512, wq_lib::detail::sortByAvx512, wq_lib::detail::sortByAvx512}),
+    [](const testing::TestParamInfo<VectorSort>& tested) { return tested.param.name; });
+
+/** Sorts by `sort` where there are numbers only, none of them -0: what vectors sort. */
+template <typename Sort>
+void sortNumbers(std::vector<double>& values, const Sort& sort)
 {
-    if (!wq_lib::detail::hasAvx512()) GTEST_SKIP() << "this processor has no AVX-512";
+    const auto needsMore = [](double value) { return std::isnan(value) || (value == 0.0 && std::signbit(value)); };
+    if (std::any_of(values.begin(), values.end(), needsMore))
+        std::stable_sort(values.begin(), values.end(), comesBefore);
+    else
+        sort(values.data(), values.size());
+}
+
+TEST_P(VectorSorts, sortAsAStableComparisonSortDoes)
+{
+    expectSorts([](std::vector<double>& values) { sortNumbers(values, GetParam().sort); });
+}
+
+TEST_P(VectorSorts, sortTheSameWithFewPartitions)
+{
     for (const int partitions : {0, 1, 3}) {
-        const auto sort = [partitions](std::vector<double>& values) {
-            const auto needsMore = [](double value) { return std::isnan(value) || (value == 0.0 && std::signbit(value)); };
-            if (std::any_of(values.begin(), values.end(), needsMore))
-                std::stable_sort(values.begin(), values.end(), comesBefore);
-            else
-                wq_lib::detail::sortByAvx512(values.data(), values.size(), partitions);
-        };
-        expectSorts(sort, 3000);
+        const auto sort = [partitions](double* values, std::size_t n) { GetParam().sortWithFewPartitions(values, n, partitions); };
+        expectSorts([&](std::vector<double>& values) { sortNumbers(values, sort); }, 3000);
     }
 }
 
@@ -186,9 +220,8 @@ TEST(FastPaths, sortsWithoutALossWhereTheHostTakesSubnormalValuesForZero)  // as
 }
 #endif
 
-TEST(FastPaths, vectorsStayWithinTheValues)
+TEST_P(VectorSorts, stayWithinTheValues)
 {
-    if (!wq_lib::detail::hasAvx512()) GTEST_SKIP() << "this processor has no AVX-512";
     Generator random(20261122);
     for (std::size_t n = 0; n < 700; ++n) {
         constexpr std::size_t around = 16;
@@ -196,7 +229,7 @@ TEST(FastPaths, vectorsStayWithinTheValues)
         for (std::size_t i = 0; i < n; ++i) values[around + i] = normal(random);
         std::vector<double> expected = values;
         std::sort(expected.begin() + around, expected.end() - around);
-        wq_lib::detail::sortByAvx512(values.data() + around, n);
+        GetParam().sort(values.data() + around, n);
         EXPECT_EQ(values, expected) << n << " values";
     }
 }

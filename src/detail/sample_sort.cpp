@@ -1,8 +1,8 @@
 #include "sample_sort.h"
 
-#include "avx512_sort.h"
 #include "bucket_sort.h"
 #include "sample_scan.h"
+#include "vector_sort.h"
 
 #include <algorithm>
 #include <cmath>
@@ -115,6 +115,16 @@ bool sortOrdered(double* values, std::size_t n)
     return true;
 }
 
+using VectorSort = void (*)(double* values, std::size_t n);
+
+/** @return the sort by the widest vectors that the processor has, or nullptr. */
+VectorSort widestVectorSort()
+{
+    if (hasAvx512()) return sortByAvx512;
+    if (hasAvx2()) return sortByAvx2;
+    return nullptr;
+}
+
 void sortByBuckets(double* values, std::size_t n)
 {
     if (n > UINT32_MAX) {
@@ -139,9 +149,10 @@ void sortSample(std::vector<double>& data)
     const std::size_t n = data.size();
     if (n <= veryFewValues) return insertionSort(values, n);
     if (sortOrdered(values, n)) return;
-    if (!hasAvx512()) return sortByBuckets(values, n);
+    const VectorSort sortByVectors = widestVectorSort();
+    if (sortByVectors == nullptr) return sortByBuckets(values, n);
     if (n <= fewValues && hasNanOrNegativeZero(values, n)) return insertionSort(values, n);
-    sortKeepingOrder(values, n, [](double* numbers, std::size_t count) { sortByAvx512(numbers, count); });
+    sortKeepingOrder(values, n, sortByVectors);
 }
 
 void sortSampleAnywhere(std::vector<double>& data)
