@@ -2,6 +2,7 @@
 #include <columns/character_bars.h>
 #include <columns/column_profile.h>
 #include <columns/iso_date.h>
+#include <data_files/labels.h>
 
 #include <gmock/gmock.h>
 
@@ -10,6 +11,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <map>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -114,6 +117,26 @@ TEST(ColumnProfile, countsLabelsUpToABoundAndSaysSo)
     EXPECT_EQ(frequent[0].text, "label 7");
     EXPECT_EQ(frequent[0].count, 2U);
     EXPECT_EQ(frequent[1].text, "label 0");
+}
+
+// Texts of any length, many of which have the same ends and so meet at one place.
+TEST(Labels, areNumberedByFirstAppearance)
+{
+    Labels labels;
+    std::map<std::string, std::size_t> expected;
+    std::mt19937_64 random(20261122);
+    for (int i = 0; i < 60000; ++i) {
+        std::string text = i % 3 == 0 ? "site" : "";
+        for (std::uint64_t length = random() % 8; length > 0; --length) text += static_cast<char>('a' + random() % 4);
+        text += i % 2 == 0 ? "(kg)" : "";
+        const auto known = expected.find(text);
+        ASSERT_EQ(labels.known(text), known == expected.end() ? 0 : known->second) << text;
+        const std::size_t number = expected.emplace(text, expected.size() + 1).first->second;
+        ASSERT_EQ(labels.number(text), number) << text;
+        ASSERT_EQ(labels.known(text), number) << text;
+    }
+    for (const auto& [text, number] : expected) EXPECT_EQ(labels.text(number), text);
+    EXPECT_GT(expected.size(), 5000u);
 }
 
 TEST(ColumnProfile, doubtsACommaThatMaySeparateThousands)
