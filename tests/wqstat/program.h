@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -72,9 +73,16 @@ inline Outcome runCommand(Words words, const Streams& streams = {})
     return outcome;
 }
 
+// The program: the one built beside the tests, or another build of it that the environment names.
+inline std::string wqstat()
+{
+    const char* const other = std::getenv("WQ_TEST_WQSTAT");
+    return other == nullptr ? WQSTAT : other;
+}
+
 inline Outcome run(Words arguments, const Streams& streams = {})
 {
-    arguments.insert(arguments.begin(), WQSTAT);
+    arguments.insert(arguments.begin(), wqstat());
     return runCommand(std::move(arguments), streams);
 }
 

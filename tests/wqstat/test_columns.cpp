@@ -45,7 +45,7 @@ Words textsOf(const Json& list) { return list.get<Words>(); }
 // Runs the command lines as someone would who copies them, and returns how many there were.
 std::size_t runSuggested(const Words& commands, const std::string& input = "/dev/null")
 {
-    const Variable path("PATH", std::filesystem::path(WQSTAT).parent_path().string() + ":" + std::getenv("PATH"));
+    const Variable path("PATH", std::filesystem::path(wqstat()).parent_path().string() + ":" + std::getenv("PATH"));
     for (const std::string& command : commands) {
         const Outcome outcome = runCommand({"bash", "-c", command}, {input, ""});
         EXPECT_EQ(outcome.status, done) << command << "\n" << outcome;

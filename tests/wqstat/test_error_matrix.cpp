@@ -101,9 +101,9 @@ TEST(ErrorMatrix, unreadableFile)
     ASSERT_EQ(chmod(file.c_str(), 0), 0);
     Words before;
     if (geteuid() == 0)
-        before = {"setpriv", "--bounding-set", "-dac_override,-dac_read_search", WQSTAT};
+        before = {"setpriv", "--bounding-set", "-dac_override,-dac_read_search", wqstat()};
     else
-        before = {WQSTAT};
+        before = {wqstat()};
     const auto runs = [&before](const Words& words) {
         Words all = before;
         all.insert(all.end(), words.begin(), words.end());

@@ -445,7 +445,7 @@ TEST(Page, isMadeAgainByItsCommandLine)
         const Page page = pageIn(file);
         ASSERT_EQ(page.commands.size(), 1U);
         std::filesystem::remove(file);
-        const std::string path = std::filesystem::path(WQSTAT).parent_path().string();
+        const std::string path = std::filesystem::path(wqstat()).parent_path().string();
         const Variable variable("PATH", path + ":" + std::getenv("PATH"));
         ASSERT_EQ(runCommand({"bash", "-c", page.commands[0]}).status, 0) << page.commands[0];
         EXPECT_EQ(contentOf(file), first);

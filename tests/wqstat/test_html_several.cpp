@@ -211,7 +211,7 @@ TEST(PageOfSeveral, isMadeAgainByItsCommandLine)
         const std::string html = contentOf(file);
         const std::string command = onlyCommandOf(pageIn(file));
         std::filesystem::remove(file);
-        const Variable path("PATH", std::filesystem::path(WQSTAT).parent_path().string() + ":" + std::getenv("PATH"));
+        const Variable path("PATH", std::filesystem::path(wqstat()).parent_path().string() + ":" + std::getenv("PATH"));
         EXPECT_EQ(runCommand({"bash", "-c", command}), first);
         EXPECT_EQ(contentOf(file), html);
     }
@@ -363,15 +363,15 @@ TEST(PageOfSeveral, isThereInWholeOrNotAtAll)
     const Outcome full = run({"describe", cavendish, cavendish, "--html", "/dev/full"});
     EXPECT_EQ(full, (Outcome{couldNotAnalyse, report.output, "wqstat: /dev/full: is no file\n"}));
     // Room for the pictures, but not for the page.
-    const Outcome fullDisk = runCommand({"bash", "-c", "trap '' XFSZ; ulimit -f 40; exec \"$@\" > /dev/null", "bash", WQSTAT, "describe",
+    const Outcome fullDisk = runCommand({"bash", "-c", "trap '' XFSZ; ulimit -f 40; exec \"$@\" > /dev/null", "bash", wqstat(), "describe",
                                          cavendish, cavendish, "--html", old});
     EXPECT_EQ(fullDisk, (Outcome{couldNotAnalyse, "", "wqstat: " + old + ": the page cannot be written: File too large\n"}));
     EXPECT_EQ(contentOf(old), "old");
     const Outcome noRoom = runCommand(
-        {"bash", "-c", "trap '' XFSZ; ulimit -f 1; exec \"$@\" > /dev/null", "bash", WQSTAT, "describe", cavendish, "--html", old});
+        {"bash", "-c", "trap '' XFSZ; ulimit -f 1; exec \"$@\" > /dev/null", "bash", wqstat(), "describe", cavendish, "--html", old});
     EXPECT_THAT(noRoom.errors, Not(HasSubstr("the picture")));
     for (const Words& files : {Words{cavendish}, Words{cavendish, cavendish}}) {
-        const Words limited = with({"bash", "-c", "trap '' XFSZ; ulimit -f 8; exec \"$@\" > /dev/null", "bash", WQSTAT, "describe"}, files);
+        const Words limited = with({"bash", "-c", "trap '' XFSZ; ulimit -f 8; exec \"$@\" > /dev/null", "bash", wqstat(), "describe"}, files);
         const Outcome outcome = runCommand(with(limited, {"--html", old}));
         EXPECT_EQ(outcome.status, couldNotAnalyse) << outcome;
         EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << outcome;

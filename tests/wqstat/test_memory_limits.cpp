@@ -25,7 +25,7 @@ constexpr unsigned long step = 1024;  // KiB
 Outcome runLimited(unsigned long limit, const Words& arguments)
 {
     // The shell sets the limit last, so that it binds the program alone.
-    return runCommand(with({"bash", "-c", "ulimit -v $0; exec \"$@\"", std::to_string(limit), WQSTAT}, arguments));
+    return runCommand(with({"bash", "-c", "ulimit -v $0; exec \"$@\"", std::to_string(limit), wqstat()}, arguments));
 }
 
 // Whether the program was not even started: the system has no room for its libraries, which is not the program's to tell.
@@ -116,7 +116,7 @@ TEST(MemoryLimits, ofColumnsHoldOnTenMillionRows)
     const std::string rows =
         "BEGIN { print \"x,label,group\"; for (i = 0; i < 10000000; ++i) print i * 7919 % 10000019 \",name \" i \",\" i % 7 }";
     const Outcome outcome = runCommand(
-        {"bash", "-c", "set -o pipefail; awk \"$0\" | { ulimit -v $1; exec \"$2\" columns --json; }", rows, std::to_string(limit), WQSTAT});
+        {"bash", "-c", "set -o pipefail; awk \"$0\" | { ulimit -v $1; exec \"$2\" columns --json; }", rows, std::to_string(limit), wqstat()});
     ASSERT_EQ(outcome.status, done) << outcome.errors;
     EXPECT_NE(outcome.output.find("\"rows\": 10000000"), std::string::npos);
 }

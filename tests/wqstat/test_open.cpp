@@ -80,7 +80,7 @@ TEST(Open, namesTheFileByItsWholePath)
     const Variable path("PATH", viewer.path());
     const TempFolder folder;
     const std::string start =
-        "cd '" + folder.path("") + "' && '" + WQSTAT + "' describe --open --html=-v.html '" + cavendish + "' > report";
+        "cd '" + folder.path("") + "' && '" + wqstat() + "' describe --open --html=-v.html '" + cavendish + "' > report";
     EXPECT_EQ(runCommand({"bash", "-c", start}).status, done);
     EXPECT_EQ(viewer.shown(), std::filesystem::canonical(folder.path("-v.html")).string() + "|");
 }

@@ -35,7 +35,7 @@ std::vector<std::string> filesIn(const std::string& folder)
 Outcome runShell(std::string line)
 {
     const std::string name = "WQSTAT";
-    for (std::size_t i = line.find(name); i != std::string::npos; i = line.find(name, i + 1)) line.replace(i, name.size(), WQSTAT);
+    for (std::size_t i = line.find(name); i != std::string::npos; i = line.find(name, i + 1)) line.replace(i, name.size(), wqstat());
     return runCommand({"bash", "-c", line});
 }
 

@@ -85,7 +85,7 @@ TEST(Progress, isShownWhileNumbersGoElsewhere)
     Terminal terminal;
     // A reader that waits lets the pipe between fill up, and the drawing with it.
     const std::string command =
-        std::string("'" WQSTAT "' random --integers 100000 2>'") + terminal.path() + "' | (sleep 2; cat >/dev/null)";
+        std::string("'" + wqstat() + "' random --integers 100000 2>'") + terminal.path() + "' | (sleep 2; cat >/dev/null)";
     ASSERT_EQ(std::system(command.c_str()), 0);
     while (terminal.take(0ms)) {
     }
@@ -114,7 +114,7 @@ TEST(Progress, isShownForPackedTablesFromAPipe)
 // started with signals ignored.
 Outcome runInterrupted(const std::string& signal, const std::string& seconds, const Words& arguments, const Streams& streams)
 {
-    Words words{"env", "--default-signal", "timeout", "--preserve-status", "--signal", signal, seconds, WQSTAT};
+    Words words{"env", "--default-signal", "timeout", "--preserve-status", "--signal", signal, seconds, wqstat()};
     words.insert(words.end(), arguments.begin(), arguments.end());
     return runCommand(words, streams);
 }
@@ -167,7 +167,7 @@ TEST(Interruption, staysIgnoredWhereItWas)
     Streams streams;
     streams.input = feed.path();
     const std::string ignoring = "trap '' HUP; (sleep 1; kill -HUP $$) & exec \"$0\" \"$@\"";
-    auto outcome = std::async(std::launch::async, [&] { return runCommand({"bash", "-c", ignoring, WQSTAT, "describe", "-"}, streams); });
+    auto outcome = std::async(std::launch::async, [&] { return runCommand({"bash", "-c", ignoring, wqstat(), "describe", "-"}, streams); });
     feed.give("1\n2\n");
     std::this_thread::sleep_for(2s);
     feed.give("6\n");
