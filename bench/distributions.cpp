@@ -7,7 +7,9 @@
 
 #include <gsl/gsl_cdf.h>
 
+#include <cmath>
 #include <limits>
+#include <vector>
 
 #include <support/plain_distributions.h>
 
@@ -45,6 +47,30 @@ void enterFunction(const std::string& row, const std::string& name, std::size_t 
     });
 }
 
+/**
+ * The operations of chiSquareProb that wait for each other, compiled into the loop, without what a library cannot do without: the call, arguments of any
+ * size, the logarithm of the gamma function.
+ */
+inline double chiSquareProbInTheCaller(double x, std::size_t df)
+{
+    static const std::vector<double> lnGammaOfHalves = [] {
+        std::vector<double> values;
+        for (int i = 0; i <= 30; ++i) values.push_back(wq_lib::lnGamma(1.0 + i / 2.0));
+        return values;
+    }();
+    const double h = x / 2.0;
+    double a = static_cast<double>(df) / 2.0;
+    const double f = std::exp(a * std::log(h) - lnGammaOfHalves[df] - h);
+    double term = 1.0;
+    double sum = 1.0;
+    while (term / sum > 1e-6) {
+        a = a + 1.0;
+        term = term * h / a;
+        sum = sum + term;
+    }
+    return sum * f;
+}
+
 }  // namespace
 
 void enterDistributions()
@@ -54,6 +80,7 @@ void enterDistributions()
         plain::Budget enough = unlimited;
         return *plain::chiSquareProb(a[0], df(a[1]), enough);
     });
+    enterFunction("chi-square-prob", "limit", 2, [](const double* a) { return chiSquareProbInTheCaller(a[0], df(a[1])); });
     enterFunction("chi-square-prob", "boost", 2, [](const double* a) { return math::cdf(ChiSquared(a[1]), a[0]); });
     enterFunction("chi-square-prob", "gsl", 2, [](const double* a) { return gsl_cdf_chisq_P(a[0], a[1]); });
 

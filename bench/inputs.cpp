@@ -82,6 +82,7 @@ void makeInputs()
     makeValues("normal", mostValues, [](Generator& r) { return std::max(0.5, 50.0 + 10.0 * normal(r)); });
     makeValues("uniform", mostValues, [](Generator& r) { return 100.0 * uniform(r); });
     makeValues("lognormal", mostValues, [](Generator& r) { return std::exp(2.0 * normal(r)); });
+    makeValues("rounded", mostValues, [](Generator& r) { return std::max(0.5, std::round(500.0 + 100.0 * normal(r)) / 10.0); });
     makeValues("x", mostPairs, [](Generator& r) { return 20.0 + 5.0 * normal(r); });
     if (!std::filesystem::exists(inFolder("y.f64"))) {
         Generator random(17);

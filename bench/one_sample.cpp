@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 
 namespace wq_bench {
 
@@ -137,13 +138,55 @@ void enterRow(const std::string& kind, std::size_t n)
     if (kind == "normal") contenderWithFreshInput(row, "gsl", callsFor(n), values, gsl);  // many times slower than all others
 }
 
+/** n, the first and the last value. */
+using Copied = std::array<double, 3>;
+
+/** A part of the input that is to be copied into what is empty yet. */
+template <typename Target>
+struct Copying {
+    const Sample& values;
+    Target target;
+};
+
+void enterCopyRow(std::size_t n)
+{
+    const std::string row = "copying/" + std::to_string(n);
+    static std::map<std::size_t, Sample> samples;
+    const Sample& values = samples[n];
+    const auto prepare = [n, &values] {
+        if (values.empty()) samples[n].assign(input("normal", mostValues), input("normal", mostValues) + n);
+    };
+    contenderWithFreshInput(
+        row, "wq_stat", 1,
+        [prepare, &values](std::size_t) {
+            prepare();
+            return std::make_unique<Copying<wq_lib::BasicStatistics>>(Copying<wq_lib::BasicStatistics>{values, {}});
+        },
+        [](Copying<wq_lib::BasicStatistics>& copying) -> Copied {
+            wq_lib::BasicStatistics& sample = copying.target;
+            sample.copyFrom(copying.values);
+            return {static_cast<double>(sample.getSampleSize()), sample.getDataPoint(0), sample.getDataPoint(copying.values.size() - 1)};
+        });
+    contenderWithFreshInput(
+        row, "std", 1,
+        [prepare, &values](std::size_t) {
+            prepare();
+            return std::make_unique<Copying<Sample>>(Copying<Sample>{values, {}});
+        },
+        [](Copying<Sample>& copying) -> Copied {
+            copying.target.insert(copying.target.end(), copying.values.begin(), copying.values.end());
+            return {static_cast<double>(copying.target.size()), copying.target.front(), copying.target.back()};
+        });
+}
+
 }  // namespace
 
 void enterOneSample()
 {
     for (const std::size_t n : {1000u, 10000u, 100000u, 1000000u, 10000000u}) enterRow("normal", n);
-    for (const char* const kind : {"uniform", "lognormal", "ascending"})
+    for (const char* const kind : {"uniform", "lognormal", "rounded", "ascending"})
         for (const std::size_t n : {1000u, 100000u, 10000000u}) enterRow(kind, n);
+    for (const std::size_t n : {100000u, 10000000u}) enterCopyRow(n);
 }
 
 }  // namespace wq_bench

@@ -1,5 +1,6 @@
 """The table, and the manual's page that shows it."""
 import datetime
+import json
 import os
 import pathlib
 import platform
@@ -9,12 +10,17 @@ import subprocess
 from dataclasses import dataclass
 
 PAGE = pathlib.Path(__file__).parent.parent / "docs" / "benchmarks.md"
+RUNS = pathlib.Path(__file__).parent / "runs.json"  # the ratios of the runs that the page shows
+MOST_RUNS = 5
+APART = 600  # seconds at least from the begin of a run to that of the next that counts beside it
 LIBRARY = "wq_stat"
+LIMIT = "limit"  # the operations that wait for each other, compiled into the caller
 
 # Column of the table and full name of each contender.
 CONTENDERS = {
     "wq_stat": ("wq_stat", "the library"),
     "plain": ("plain", "plain C++"),
+    "limit": ("limit", "the same loop in the caller"),
     "std": ("C++ std", "C++ standard library"),
     "boost": ("Boost", "Boost"),
     "boost-32": ("Boost", "Boost, 32 bits"),
@@ -32,7 +38,7 @@ CONTENDERS = {
     "scipy": ("Python", "SciPy"),
     "pandas": ("Python", "pandas"),
 }
-COLUMNS = ["wq_stat", "plain", "C++ std", "Boost", "GSL", "R", "Python"]
+COLUMNS = ["wq_stat", "limit", "plain", "C++ std", "Boost", "GSL", "R", "Python"]
 
 
 @dataclass
@@ -84,6 +90,57 @@ def markdown(head, lines):
     widths = [max(len(line[i]) for line in [head, *lines]) for i in range(len(head))]
     row = lambda cells: "| " + " | ".join(cell.ljust(width) for cell, width in zip(cells, widths)) + " |"
     return "\n".join([row(head), "|" + "|".join("-" * (width + 2) for width in widths) + "|", *map(row, lines)])
+
+
+class Runs:
+    """The ratios of the last runs on one processor, by row: what a run is compared with."""
+
+    def __init__(self, kept):
+        self.processor = kept["processor"]
+        self.runs = kept["runs"]  # each with its begin, in seconds since 1970, and its ratios
+
+    @staticmethod
+    def committed():
+        return Runs(json.loads(RUNS.read_text()) if RUNS.exists() else {"processor": "", "runs": []})
+
+    def add(self, begin, results):
+        """A run on another processor begins anew; one that began soon after the last takes its place."""
+        if self.processor != processor():
+            self.processor, self.runs = processor(), []
+        if self.runs and begin - self.runs[-1]["begin"] < APART:
+            self.runs.pop()
+        self.runs = [*self.runs, {"begin": round(begin), "ratios": {result.row.id: round(result.ratio(), 3) for result in results}}][-MOST_RUNS:]
+
+    def save(self):
+        RUNS.write_text(json.dumps({"processor": self.processor, "runs": self.runs}, indent=1) + "\n")
+
+    def ratios(self, row):
+        return sorted(run["ratios"][row.id] for run in self.runs if row.id in run["ratios"])
+
+
+def runs_table(results, runs):
+    """Of each row the ratios of all runs; it is ahead where the greatest of them is below 1."""
+    lines = []
+    for result in results:
+        ratios = runs.ratios(result.row)
+        limit = f"{result.median(LIBRARY) / result.median(LIMIT):.2f}" if LIMIT in result.times else ""
+        lines.append([result.row.title, str(len(ratios)), f"{ratios[0]:.2f}", f"{statistics.median(ratios):.2f}", f"{ratios[-1]:.2f}",
+                      "yes" if ratios[-1] < 1 else "no", limit])
+    return markdown(["work", "runs", "least", "median", "greatest", "ahead", "to the limit"], lines)
+
+
+def compared(results, runs):
+    """@return a table of the ratios beside those committed, and whether one is a quarter above the greatest of them."""
+    worse = False
+    lines = []
+    for result in results:
+        ratios = runs.ratios(result.row)
+        ratio = result.ratio()
+        verdict = "new" if not ratios else "slower" if ratio > 1.25 * ratios[-1] else "faster" if ratio < ratios[0] / 1.25 else ""
+        worse = worse or verdict == "slower"
+        known = f"{ratios[0]:.2f} ... {ratios[-1]:.2f}" if ratios else ""
+        lines.append([result.row.title, f"{ratio:.2f}", known, verdict])
+    return markdown(["work", "ratio", "committed", ""], lines), worse
 
 
 def table(results):
@@ -158,7 +215,11 @@ def conditions(rounds):
             f"Peers: {versions()}.")
 
 
-def write_results(results, rounds):
+def write_results(results, rounds, begin):
+    runs = Runs.committed()
+    runs.add(begin, results)
+    runs.save()
+    replace("runs", runs_table(results, runs))
     replace("conditions", conditions(rounds))
     replace("table", table(results))
     replace("details", details(results))

@@ -38,7 +38,7 @@ one_sample <- function(kind, n) {
     enter(row, "r-sort", function() values(kind, n), summary_of(whole_order))
 }
 for (n in 10^(3:7)) one_sample("normal", n)
-for (kind in c("uniform", "lognormal", "ascending")) for (n in 10^c(3, 5, 7)) one_sample(kind, n)
+for (kind in c("uniform", "lognormal", "rounded", "ascending")) for (n in 10^c(3, 5, 7)) one_sample(kind, n)
 
 # ---------------------------------------------------------------- regression
 

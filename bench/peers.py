@@ -193,7 +193,7 @@ def enter(row, name, contender):
     ROWS.setdefault(row, {})[name] = contender
 
 
-for kind in ("normal", "uniform", "lognormal", "ascending"):
+for kind in ("normal", "uniform", "lognormal", "rounded", "ascending"):
     for n in (1000, 10000, 100000, 1000000, 10000000):
         if kind == "normal" or n in (1000, 100000, 10000000):
             copy = lambda kind=kind, n=n: read(kind, n).copy()

@@ -1,7 +1,7 @@
 """The rows of the comparison: what is done, and what the contenders must agree on."""
 from dataclasses import dataclass, field
 
-from page import LIBRARY, power
+from page import LIBRARY, LIMIT, power
 
 PLAIN = "plain"  # straightforward C++ of what the library has to do
 
@@ -41,7 +41,7 @@ class Row:
     quick: bool = True  # part of a quick run
 
     def is_peer(self, contender):
-        return contender not in (LIBRARY, PLAIN) and contender not in self.beside
+        return contender not in (LIBRARY, PLAIN, LIMIT) and contender not in self.beside
 
 
 ROUNDING = 1e-10  # sums in another order, other formulas of the same figure
@@ -52,6 +52,7 @@ SUMMARY = [Figure("n"), Figure("sum", 1e-12), Figure("mean", 1e-12), Figure("var
 LINE = [Figure("n"), Figure("a", 1e-8), Figure("b", 1e-8), Figure("standard error of b", 1e-8), Figure("t", 1e-8), Figure("p", 0, 1e-9)]
 ANOVA = [Figure("groups"), Figure("observations"), Figure("sum of squares among", 1e-6), Figure("sum of squares within", 1e-9),
          Figure("F", 1e-6)]
+COPIED = [Figure("values"), Figure("first value"), Figure("last value")]
 READ = [Figure("numbers"), Figure("numbers not exactly as written", absolute=float("inf"), expected=0),
         Figure("numbers off by more than the last bit", expected=0)]
 WRITTEN = [Figure("rows"), Figure("bytes"), Figure("hash of the bytes")]
@@ -108,8 +109,11 @@ def all_rows():
     rows = []
     for n in (1000, 100000, 10000000):
         rows.append(Row(f"one-sample-normal/{n}", f"one-sample `analyse`, {power(n)} normal values", SUMMARY, quick=n < 10**7))
-    for kind, title in (("uniform", "uniform"), ("lognormal", "log-normal"), ("ascending", "sorted")):
+    for kind, title in (("uniform", "uniform"), ("lognormal", "log-normal"), ("rounded", "rounded"), ("ascending", "sorted")):
         rows.append(Row(f"one-sample-{kind}/10000000", f"... 10^7 {title} values", SUMMARY, quick=False))
+    for n in (100000, 10000000):
+        title = f"`copyFrom`, {power(n)} values" if n < 10**7 else f"... {power(n)}"
+        rows.append(Row(f"copying/{n}", title, COPIED, quick=n < 10**7))
     rows.append(Row("regression/1000", "`LinearRegression::analyse`, 10^3 pairs", LINE))
     for n in (100000, 10000000):
         rows.append(Row(f"regression-without-p/{n}", f"... {power(n)}, without `t_Prob`", LINE, quick=n < 10**7))

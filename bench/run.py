@@ -117,7 +117,9 @@ def measure(row, programs, rounds, least, slow_rounds, most):
 def main():
     parser = argparse.ArgumentParser(prog="scripts/bench", description=__doc__)
     parser.add_argument("--rows", metavar="PATTERN", action="append", help="only the row of this name, or those with it in their name")
-    parser.add_argument("--check", action="store_true", help="compares the answers and times nothing")
+    parser.add_argument("--answers", action="store_true", help="compares the answers and times nothing")
+    parser.add_argument("--check", action="store_true",
+                        help="compares the ratios with the committed ones, and fails where one is a quarter above the greatest of them")
     parser.add_argument("--quick", action="store_true", help="small rows, few rounds: for work on the library")
     parser.add_argument("--rounds", type=int, help="how often each contender is timed")
     parser.add_argument("--list", action="store_true", help="names the rows")
@@ -151,7 +153,7 @@ def main():
         print(f"The answers do not agree, so nothing was timed. {disagreement}", file=sys.stderr)
         return 1
     print(f"checked in {time.time() - begin:.0f} s", file=sys.stderr)
-    if arguments.check:
+    if arguments.answers:
         return 0
 
     rounds = arguments.rounds or (3 if arguments.quick else 7)
@@ -164,8 +166,12 @@ def main():
         program.end()
 
     print(page.table(results))
+    if arguments.check:
+        comparison, worse = page.compared(results, page.Runs.committed())
+        print(comparison)
+        return 1 if worse else 0
     if whole:
-        page.write_results(results, rounds)
+        page.write_results(results, rounds, begin)
     return 0
 
 
