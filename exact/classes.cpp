@@ -3,6 +3,7 @@
 #include <wq_exact/distributions.h>
 
 #include "analysed_data.h"
+#include "objects.h"
 #include "p_values.h"
 
 #include <wq_stat/distributions.h>
@@ -61,14 +62,6 @@ double williamsDivisor(const GoodnessOfFitResult& exact)
     return exact.classes == 2 ? 1.0 + 1.0 / (2.0 * exact.sumObserved) : 1.0 + (k + 1.0) / (6.0 * exact.sumObserved);
 }
 
-/** acceptH0() */
-bool acceptedByReport(const wq_lib::GoodnessOfFit& test)
-{
-    const double critical = wq_lib::chiSquarePoint(test.getConfidence(), test.getSampleSize() - 1);
-    const bool rejected = test.getX2() >= critical || test.getG() >= critical;
-    return !rejected && !(test.isWilliamsCorrection() && test.getGAdjusted() >= critical);
-}
-
 }  // namespace
 
 GoodnessOfFitResult of(const wq_lib::GoodnessOfFit& test) noexcept
@@ -94,7 +87,8 @@ GoodnessOfFitResult of(const wq_lib::GoodnessOfFit& test) noexcept
             exact.decision.accepted = exact.chiSquare.accepted;
             exact.p = exact.chiSquare.p;
         }
-        exact.decision.acceptedByReport = acceptedByReport(test);
+        const bool comparesSamples = detail::isAny<wq_lib::KolmogorovSmirnov2>(test);  // by its report, not the fit
+        if (!comparesSamples) exact.decision.acceptedByReport = detail::acceptedByReport(test);
         return exact;
     });
 }
@@ -156,10 +150,9 @@ KolmogorovSmirnovResult of(const wq_lib::KolmogorovSmirnov2& test) noexcept
         exact.largeSamples = detail::test(D, none, none, alpha, kolmogorovUpperTail(D * root), kolmogorovUpperQuantile(alpha) / root);
         exact.allArrangements = countedTest(test);
         const Test& best = exact.allArrangements ? *exact.allArrangements : exact.largeSamples;
-        const double critical = wq_lib::D_TwoSamples(alpha, test.getN1(), test.getN2());
         exact.p = best.p;
-        exact.decision = {best.accepted, critical >= D};  // acceptH0()
-        exact.reportHasCriticalValue = critical > 0.0;
+        exact.decision = {best.accepted, detail::acceptedByReport(test)};
+        exact.reportHasCriticalValue = wq_lib::D_TwoSamples(alpha, test.getN1(), test.getN2()) > 0.0;
         return exact;
     });
 }

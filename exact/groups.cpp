@@ -2,6 +2,7 @@
 
 #include <wq_exact/distributions.h>
 
+#include "objects.h"
 #include "p_values.h"
 
 #include <wq_stat/distributions.h>
@@ -107,6 +108,7 @@ AnovaResult of(const wq_lib::SingleAnova& anova) noexcept
 {
     const double alpha = anova.getSignificance();
     AnovaResult exact = anovaOf(Variation(anova), alpha);
+    if (detail::isAny<wq_lib::LinearRegressionMultiY>(anova)) return exact;  // whose report has no H0 of the groups
     // As the report decides; the class has no operation for it.
     exact.F.acceptedByReport = !(anova.getAmong().fs > wq_lib::F_PercentPoint(1.0 - alpha, anova.getAmong().df, anova.getWithin().df));
     return exact;

@@ -3,6 +3,7 @@
 #include <wq_exact/distributions.h>
 
 #include "analysed_data.h"
+#include "objects.h"
 #include "p_values.h"
 
 #include <algorithm>
@@ -177,16 +178,6 @@ RegressionResult fitted(const wq_lib::Regression& regression, Scale scaleX, Scal
     });
 }
 
-/** Whether dynamic_cast may look at the object: a host that is compiled without type information gives its own classes none. */
-bool hasTypeInformation([[maybe_unused]] const wq_lib::Regression& regression)
-{
-#if defined(__GXX_ABI_VERSION)  // Itanium C++ ABI, 2.5.2: it stands before the first function of the object's table
-    return (*reinterpret_cast<const void* const* const*>(&regression))[-1] != nullptr;
-#else
-    return true;
-#endif
-}
-
 /** Between value -/+ t standard errors of the line, with a further variance of one observation or none. */
 Limits limitsAt(const RegressionResult& fit, double x, double observations)
 {
@@ -207,7 +198,7 @@ Limits RegressionResult::predictionLimits(double x) const noexcept { return limi
 RegressionResult of(const wq_lib::Regression& regression) noexcept
 {
     using namespace wq_lib;
-    if (!hasTypeInformation(regression)) return fitted(regression, Scale::linear, Scale::linear);
+    if (!detail::hasTypeInformation(regression)) return fitted(regression, Scale::linear, Scale::linear);
     if (const auto* const model = dynamic_cast<const LogarithmicRegression*>(&regression)) return of(*model);
     if (const auto* const model = dynamic_cast<const ExponentialRegression*>(&regression)) return of(*model);
     if (const auto* const model = dynamic_cast<const PowerRegression*>(&regression)) return of(*model);

@@ -2,9 +2,10 @@
 
 #include <wq_exact/distributions.h>
 
+#include "objects.h"
 #include "p_values.h"
 
-#include <wq_stat/distributions.h>
+#include <wq_stat/basic_xy_stat.h>
 
 #include <algorithm>
 #include <cmath>
@@ -67,14 +68,14 @@ OneSampleResult of(const wq_lib::BasicStatistics& sample) noexcept
     const double alpha = sample.getSignificance();
     const double df = detail::degrees(result.n, 1);
     const double mu = sample.getNullHypothesis();
-    const double reported = sample.StudentOfMeans(result.mean, result.sampleVariance, mu, result.n);
     const Moments moments = momentsOf(sample);
     const auto distance = static_cast<double>(moments.origin - mu + moments.mean);
     const double error = std::sqrt(moments.variance / static_cast<double>(result.n));
 
     OneSampleResult exact;
     exact.mean = detail::twoSidedT(distance / error, df, alpha);
-    exact.mean.acceptedByReport = std::fabs(reported) < std::fabs(wq_lib::t_PercentPoint(alpha / 2.0, result.n - 1));  // acceptH0()
+    const bool reportsOther = detail::isAny<wq_lib::TwoSamples, wq_lib::Frequency, wq_lib::BasicXyStatistics>(sample);
+    if (!reportsOther) exact.mean.acceptedByReport = detail::acceptedByReport(sample);
     exact.criticalHalfAlpha = tTwoSidedQuantile(alpha / 2.0, df);
     exact.meanLimits = detail::around(static_cast<double>(moments.origin + moments.mean), exact.mean.criticalValue * error);
     if (moments.variance > 0.0) exact.varianceLimits = detail::varianceLimits(moments.variance, df, alpha);
@@ -92,7 +93,7 @@ TwoVariancesResult of(const wq_lib::TwoSamples& samples) noexcept
 
     TwoVariancesResult exact;
     exact.ratio = detail::twoSidedF(F, df1, df2, alpha);
-    exact.ratio.acceptedByReport = samples.getCriticalF() > F;  // acceptH0()
+    exact.ratio.acceptedByReport = detail::acceptedByReport(samples);
     exact.lowerTail = fCdf(F, df1, df2);
     if (F > 0.0) exact.ratioLimits = {F / exact.ratio.criticalValue, F * fUpperQuantile(detail::eachSide(alpha), df2, df1)};
     const wq_lib::basic_stat* const records[] = {&samples.getResult(), &samples.getSecondSample()};

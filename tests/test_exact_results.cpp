@@ -11,6 +11,8 @@
 #include <cstddef>
 #include <filesystem>
 #include <map>
+#include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -415,7 +417,6 @@ void expectTheObjectsOwnDecision(const std::string& kind, Analyse analyse, bool 
     EXPECT_GT(seen, 0);
 }
 
-// Decisions are asked for without touching the object; they have to be those of its own operations.
 TEST(ExactResults, knowWhatTheReportDecides)
 {
     if (reference("values").empty()) GTEST_SKIP() << "WQ_REFERENCE_DATA names no folder";
@@ -515,6 +516,103 @@ TEST(ExactResults, knowTheDecisionOfTwoVariances)
         samples.analyse();
         EXPECT_EQ(wq_exact::of(samples).ratio.acceptedByReport, samples.acceptH0()) << scale;
     }
+}
+
+// Decides the other way, as a host's class may.
+template <typename Analysis>
+class Contrary : public Analysis {
+public:
+    bool acceptH0() override { return !Analysis::acceptH0(); }
+};
+
+template <typename Analysis, typename Fill>
+void expectTheDecisionOfTheHostsClass(const char* name, Fill fill, const wq_exact::Decision& (*decision)(const Analysis&))
+{
+    Analysis plain;
+    Contrary<Analysis> contrary;
+    fill(plain);
+    fill(contrary);
+    for (Analysis* const analysis : {&plain, static_cast<Analysis*>(&contrary)}) {
+        std::ostringstream report;
+        analysis->report(report);
+        const bool printed = report.str().find("accepted") != std::string::npos;
+        EXPECT_NE(printed, report.str().find("rejected") != std::string::npos) << name;
+        EXPECT_EQ(decision(*analysis).acceptedByReport, printed) << name;
+    }
+    EXPECT_EQ(decision(contrary).accepted, decision(plain).accepted) << name;
+    EXPECT_NE(decision(contrary).reportDiffers(), decision(plain).reportDiffers()) << name;
+}
+
+TEST(ExactResults, takeTheDecisionThatTheReportOfAHostsClassPrints)
+{
+    static wq_exact::Decision kept;
+    expectTheDecisionOfTheHostsClass<BasicStatistics>(
+        "one sample",
+        [](BasicStatistics& sample) {
+            sample.copyFrom({3.1, 4.7, 2.2, 5.9, 4.4, 3.8});
+            sample.analyse();
+        },
+        [](const BasicStatistics& a) -> const wq_exact::Decision& { return kept = wq_exact::of(a).mean; });
+    expectTheDecisionOfTheHostsClass<TwoSamples>(
+        "two variances",
+        [](TwoSamples& samples) {
+            samples.copyFrom({1, 2, 3, 4, 6});
+            samples.BasicStatistics::analyse();
+            BasicStatistics second;
+            second.copyFrom({10, 50, 20, 90});
+            second.analyse();
+            samples.setSecondSample(second.getResult());
+            samples.analyse();
+        },
+        [](const TwoSamples& a) -> const wq_exact::Decision& { return kept = wq_exact::of(a).ratio; });
+    expectTheDecisionOfTheHostsClass<GoodnessOfFit>(
+        "goodness of fit",
+        [](GoodnessOfFit& test) {
+            test.copyFrom({{18, 25}, {55, 50}, {27, 25}});
+            test.analyse();
+        },
+        [](const GoodnessOfFit& a) -> const wq_exact::Decision& { return kept = wq_exact::of(a).decision; });
+    expectTheDecisionOfTheHostsClass<KolmogorovSmirnov2>(
+        "distributions",
+        [](KolmogorovSmirnov2& test) {
+            test.copyFrom({{20, 21}, {21, 20}});
+            test.cumulative();
+            test.analyse();
+        },
+        [](const KolmogorovSmirnov2& a) -> const wq_exact::Decision& { return kept = wq_exact::of(a).decision; });
+    expectTheDecisionOfTheHostsClass<Circular>(
+        "directions",
+        [](Circular& directions) {
+            for (const double angle : {0.1, 0.2, 0.3, 0.25, 0.15, 0.4}) directions.add(angle, 0.0);
+            directions.analyse();
+        },
+        [](const Circular& a) -> const wq_exact::Decision& { return kept = wq_exact::of(a).rayleigh; });
+}
+
+class Undecided : public BasicStatistics {
+public:
+    bool acceptH0() override { throw std::runtime_error("no decision"); }
+};
+
+// What the report of an object decides is not on the H0 that it is asked for as an object of another class.
+TEST(ExactResults, haveNoDecisionOfAReportThatStatesNone)
+{
+    TwoSamples samples;
+    Frequency table;
+    Undecided undecided;
+    for (BasicStatistics* const sample :
+         {static_cast<BasicStatistics*>(&samples), static_cast<BasicStatistics*>(&table), static_cast<BasicStatistics*>(&undecided)}) {
+        sample->copyFrom({3.1, 4.7, 2.2, 5.9, 4.4, 3.8});
+        sample->BasicStatistics::analyse();
+        EXPECT_EQ(wq_exact::of(*sample).mean.acceptedByReport, std::nullopt);
+        EXPECT_EQ(wq_exact::of(*sample).mean.accepted, false);
+    }
+    KolmogorovSmirnov2 two = compared({{20, 21}, {21, 20}});
+    EXPECT_EQ(wq_exact::of(static_cast<const GoodnessOfFit&>(two)).decision.acceptedByReport, std::nullopt);
+    EXPECT_NE(wq_exact::of(two).decision.acceptedByReport, std::nullopt);
+    LinearRegressionMultiY series;
+    EXPECT_EQ(wq_exact::of(static_cast<const SingleAnova&>(series)).F.acceptedByReport, std::nullopt);
+    EXPECT_NE(wq_exact::of(SingleAnova()).F.acceptedByReport, std::nullopt);
 }
 
 // ---------------------------------------------------------------- whatever is asked

@@ -29,7 +29,8 @@ struct OneSampleResult {
 
 /**
  * @param sample after analyse(); its values in the data range and its settings count, or its result where that has another n.
- * @return the exact figures; NaN where there are none, as of a constant sample.
+ * @return the exact figures; NaN where there are none, as of a constant sample. Of an object of another analysis that is known as a sample there is
+ * no decision of the report, which is on something else.
  */
 WQ_EXACT_EXPORT OneSampleResult of(const wq_lib::BasicStatistics& sample) noexcept;
 

@@ -18,10 +18,13 @@ struct Limits {
     double upper = none;  ///< NaN where there are no limits
 };
 
-/** Whether H0 is accepted, exactly and as the report of the analysed object has it. */
+/**
+ * Whether H0 is accepted, exactly and as the report of the analysed object has it. Where the report prints acceptH0(), the object is asked by it,
+ * so that a class of the host's own that overrides it has the decision that its report prints; such a function has to leave the object as it is.
+ */
 struct Decision {
     std::optional<bool> accepted;          ///< by the exact figures; nothing where they allow no decision
-    std::optional<bool> acceptedByReport;  ///< by the object's own report; nothing where it states none
+    std::optional<bool> acceptedByReport;  ///< by the object's own report; nothing where it states none on this H0, or throws
 
     /** @return whether both decide, and not alike. */
     bool reportDiffers() const noexcept { return accepted && acceptedByReport && *accepted != *acceptedByReport; }
