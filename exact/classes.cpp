@@ -72,18 +72,24 @@ GoodnessOfFitResult of(const wq_lib::GoodnessOfFit& test) noexcept
         GoodnessOfFitResult exact;
         sumClasses(test, exact);
         const double df = detail::degrees(exact.classes, 1);  // of those that were summed; the report takes all
-        exact.chiSquare = detail::upperChiSquare(test.getX2(), df, alpha);
-        exact.chiSquareLowerTail = chiSquareCdf(exact.chiSquare.statistic, df);
-        exact.G = detail::upperChiSquare(G, df, alpha);
-        exact.GLowerTail = chiSquareCdf(G, df);
+        // With nothing expected in a class, what was observed there is impossible, or was to be left out.
+        const auto tested = [&](double statistic, double& lowerTail) {
+            Test one = detail::upperChiSquare(statistic, df, alpha);
+            lowerTail = chiSquareCdf(statistic, df);
+            if (exact.classesWithoutExpected == 0) return one;
+            one.p = lowerTail = none;
+            one.accepted.reset();
+            return one;
+        };
+        exact.chiSquare = tested(test.getX2(), exact.chiSquareLowerTail);
+        exact.G = tested(G, exact.GLowerTail);
         if (test.isWilliamsCorrection()) {
             const double adjusted = std::isnan(test.getGAdjusted()) ? G / williamsDivisor(exact) : test.getGAdjusted();
-            exact.GAdjusted = detail::upperChiSquare(adjusted, df, alpha);
-            exact.GAdjustedLowerTail = chiSquareCdf(adjusted, df);
+            exact.GAdjusted = tested(adjusted, exact.GAdjustedLowerTail);
         }
         // One statistic decides: where the least p of three does, as in the report, H0 is rejected more often than the level says. X2 is the one
-        // that keeps it best where little is expected. With nothing expected in a class, what was observed there is impossible, or was to be left out.
-        if (exact.classesWithoutExpected == 0 && exact.chiSquare.accepted) {
+        // that keeps it best where little is expected.
+        if (exact.chiSquare.accepted) {
             exact.decision.accepted = exact.chiSquare.accepted;
             exact.p = exact.chiSquare.p;
         }

@@ -240,6 +240,19 @@ TEST(ExactResults, giveClasses)
     EXPECT_EQ(byX2.G.accepted, false);
     EXPECT_TRUE(byX2.reportDiffers());  // it rejects when G does
 
+    GoodnessOfFit without;  // nothing is expected in the first class
+    without.copyFrom({{5, 0}, {3, 5}});
+    without.analyse();
+    const auto untested = wq_exact::of(without);
+    EXPECT_EQ(untested.classesWithoutExpected, 1U);
+    for (const wq_exact::Test& test : {untested.chiSquare, untested.G, *untested.GAdjusted}) {
+        EXPECT_TRUE(std::isnan(test.p));
+        EXPECT_EQ(test.accepted, std::nullopt);
+    }
+    for (const double lowerTail : {untested.chiSquareLowerTail, untested.GLowerTail, untested.GAdjustedLowerTail, untested.p})
+        EXPECT_TRUE(std::isnan(lowerTail));
+    EXPECT_TRUE(untested.decision.reportLacksGround());
+
     KolmogorovSmirnov2 two;  // ks.test(c(1, 2, 3, 4.5, 6, 7), c(3.5, 5, 8, 9, 10), exact = TRUE)
     two.copyFrom({{1, 0}, {1, 0}, {1, 0}, {0, 1}, {1, 0}, {0, 1}, {1, 0}, {1, 0}, {0, 1}, {0, 1}, {0, 1}});
     two.cumulative();

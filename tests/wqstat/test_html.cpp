@@ -220,6 +220,46 @@ TEST(Page, givesNoProbabilityWhereNothingIsTested)
     EXPECT_EQ(found, 2U) << rows;
 }
 
+// Neither does any statistic of a fit have a p or a tail where a class, or the number of classes, leaves nothing to decide.
+TEST(Page, listsNoProbabilityOfAFitWithoutATest)
+{
+    const struct {
+        int line;
+        const char* classes;
+        const char* reason;  // none where there is a test
+    } rows[] = {
+        {__LINE__, "5;0\n3;5\n", ", no test: nothing is expected in a class"},
+        {__LINE__, "0;0\n3;5\n9;7\n", ", no test: nothing is expected in a class"},
+        {__LINE__, "5;5\n", ", no test: there are no degrees of freedom"},
+        {__LINE__, "5;7\nnan;3\n", ", no test: chi-square is no number"},
+        {__LINE__, "5;3\n3;5\n", ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const bool isTested = row.reason[0] == '\0';
+        const TempFolder folder;
+        const std::string data = folder.write("classes.txt", row.classes);
+        ASSERT_EQ(run(withPage({"fit", data}, folder.path("page.html"))).status, done);
+        const Page page = pageIn(folder.path("page.html"));
+        EXPECT_EQ(
+            std::count_if(page.texts.begin(), page.texts.end(), [](const auto& text) { return text.find("no test: ") < text.size(); }),
+            isTested ? 0 : 1);
+        if (!isTested) {
+            EXPECT_THAT(page.texts, Contains(testing::EndsWith(row.reason)));
+        }
+        const Json document = documentOf({"fit", data});
+        std::size_t probabilities = 0;
+        for (const auto& [path, value] : page.figures) {
+            const std::string name = path.substr(path.rfind('/') + 1);
+            if (name != "p" && name != "lowerTail") continue;
+            ++probabilities;
+            EXPECT_EQ(value != "NaN", isTested) << path;
+            EXPECT_EQ(document.at(Json::json_pointer("/" + path)).is_number(), isTested) << path;
+        }
+        EXPECT_EQ(probabilities, 6U);
+    }
+}
+
 // 20 r^2 of the r that is shown is 3.084; z is 2.5, (9 - 2)^2 / 20 + (5 - 4)^2 / 20.
 TEST(Page, saysWhichFiguresOfGroupedDirectionsAreCorrected)
 {

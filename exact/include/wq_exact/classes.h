@@ -14,7 +14,7 @@
 
 namespace wq_exact {
 
-/** Observed against expected frequencies. */
+/** Observed against expected frequencies. With a class in which nothing is expected no statistic has a p, a tail or a decision. */
 struct GoodnessOfFitResult {
     Test chiSquare;                    ///< with Yates' correction where that is on; it decides
     Test G;                            ///< a class with nothing observed adds nothing

@@ -175,13 +175,16 @@ Statement statementOf(wq_lib::LinearRegressionMultiY& regression, const Variable
 Statement statementOf(wq_lib::GoodnessOfFit& test, const VariableNames&)
 {
     const wq_exact::GoodnessOfFitResult exact = wq_exact::of(test);
-    const bool isTested = !std::isnan(exact.p);  // not where a class has no expectation
+    const bool isTested = !std::isnan(exact.p);
+    const char* const noTest = exact.classesWithoutExpected > 0 ? ", no test: nothing is expected in a class"
+                               : !(exact.chiSquare.df1 > 0.0)   ? ", no test: there are no degrees of freedom"
+                                                                : ", no test: chi-square is no number";
     const auto shown = [&](const char* statistic, const wq_exact::Test& of) {
         return withDf(statistic, of.df1, of.statistic) + (isTested ? ", " + probability(of.p) : "");
     };
     return {"Do the observed frequencies fit the expected ones?",
             shown("\u03c7\u00b2", exact.chiSquare) + (isTested ? ", which decides; " : "; ") + shown("G", exact.G) +
-                (isTested ? effectSize("w", textbook(exact), "cohensW") : ", no test: nothing is expected in a class"),
+                (isTested ? effectSize("w", textbook(exact), "cohensW") : noTest),
             {{"chi-square", "result/X2", test.getX2()},
              {"G", "result/G", test.getG()},
              {"G, corrected", "result/GAdjusted", test.getGAdjusted()}}};
