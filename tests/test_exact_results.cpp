@@ -152,6 +152,22 @@ TEST(ExactResults, countWhatLiesInTheLastClass)
     EXPECT_EQ(wq_exact::of(Frequency()).lastClass, 0U);
 }
 
+// buildTable() stops before the last index of the range; one beyond the sample lets it count all.
+TEST(ExactResults, knowWhetherATableLeavesValuesOut)
+{
+    for (const std::size_t beyond : {0U, 1U}) {
+        Frequency table;
+        table.copyFrom({1, 2, 3, 4, 5});
+        table.autoClassWidth(2);
+        table.initFrequency(table.getClasses());
+        table.setDataEnd(table.getDataEnd() + beyond);
+        table.buildTable();
+        table.analyse();
+        EXPECT_EQ(wq_exact::of(table).n, 5U);
+        EXPECT_EQ(wq_exact::of(table).leftOut(), 1U - beyond);
+    }
+}
+
 TEST(ExactResults, giveGroups)  // aov(o ~ g), predict(..., interval = "confidence")
 {
     SingleAnova anova;

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -122,6 +123,21 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
          "1;2\n1;5\n1;3\n",
          {"the report's t, p and limits of b rest on nothing: x is constant"}},
         {__LINE__, {"regress", "--model", "linear"}, "1;2\n2;5\n3;3\n", {}},
+        // what is no number, where the same data without it have a test
+        {__LINE__, {"describe"}, "nan\n1\n2\n", {"the report rejects H0 without ground: the statistic is no number"}},
+        {__LINE__, {"anova"}, "1;nan\n1;3\n2;2\n2;4\n", {"the report accepts H0 without ground: F is no number"}},
+        {__LINE__, {"circular"}, "nan;0\n1;0\n", {"the report rejects H0 without ground: z is no number"}},
+        {__LINE__,  // fractions of a direction, of which the analysis counts none
+         {"circular", "--unit", "bins", "--bins", "4"},
+         "1;0.5\n2;0.5\n",
+         {"the report rejects H0 without ground: there are no directions"}},
+        {__LINE__, {"circular", "--unit", "bins", "--bins", "4"}, "1;5\n2;5\n3;4\n4;5\n", {}},
+        {__LINE__,
+         {"regress", "--model", "linear"},
+         "1;nan\n2;3\n4;4\n",
+         {"the report's t, p and limits of b rest on nothing: the statistic is no number"}},
+        {__LINE__, {"fit"}, "nan;15\n14;14\n", {"the report accepts H0 without ground: the statistic is no number"}},
+        {__LINE__, {"fit"}, "15;15\n14;14\n", {}},
     });
     const TempFolder folder;
     const std::string equal = folder.write("equal.txt", "2\n2\n2\n");
@@ -143,8 +159,13 @@ TEST(Warnings, tellOfDataThatLookUnlikeWhatIsMeant)
          {"no value is above 0: the largest is -1, where the report says 2.22507e-308"}},
         {__LINE__, {"describe", "--mu", "2"}, "-3\n2\n7\n", {}},
         {__LINE__, {"pairs"}, "1;-3\n2;-4\n3;-5\n", {"no value of y is above 0: the largest is -3, where the report says 2.22507e-308"}},
+        {__LINE__, {"pairs"}, "-1;2\n-2;3\n-3;4\n", {"no value of x is above 0: the largest is -1, where the report says 2.22507e-308"}},
         {__LINE__, {"pairs"}, "1;-3\n2;4\n3;-5\n", {}},
         {__LINE__, {"frequency", "--classes", "2"}, "1\n2\n3\n4\n5\n", {oneOut}},
+        {__LINE__,
+         {"frequency", "--classes", "2"},
+         "-5\n-4\n-3\n-2\n-1\n",
+         {oneOut, "no value is above 0: the largest is -1, where the report says 2.22507e-308"}},
         {__LINE__, {"fit"}, "10;10\n12;11\n", {"the sums of the observed and the expected frequencies differ: 22 and 21"}},
         {__LINE__, {"fit"}, "10;10.5\n12;11.5\n", {}},
         {__LINE__, {"fit"}, "3;4\n12;11\n", {"fewer than 5 are expected in 1 class: X2 and G are hardly distributed as chi-square"}},
@@ -195,7 +216,73 @@ TEST(Warnings, tellOfDigitsThatAnExportLoses)
          "1;0.123456\n1;0.5\n2;0.25\n2;0.75\n",
          {"the export writes 4 decimals, too few for 1 number, such as 0.123456, written as 0.1235"}},
         {__LINE__, {"anova", "--export", out}, "1;0.1234\n1;0.5\n2;0.25\n2;0.75\n", {}},
+        {__LINE__,
+         {"circular", "--export", out},
+         "0.0123456;0\n2;0\n",
+         {"the export writes 6 decimals, too few for 1 number, such as 0.0123456, written as 0.012346"}},
+        {__LINE__, {"circular", "--export", out}, "0.012345;0\n2;0\n", {}},
     });
+}
+
+constexpr char leavesOneOut[] = "1 value is in no class: the table counts ";
+
+// The limits and middles of the classes are those numbers of the table that have too few digits; where they do not, the classes are wider.
+TEST(Warnings, tellOfDigitsThatATableLoses)
+{
+    const TempFolder folder;
+    const std::string out = folder.path("export.txt");
+    const std::string oneOut = std::string(leavesOneOut) + "2 of 3 and leaves the largest out";
+    expectWarnings({
+        {__LINE__,  // 1e-7 alone: the others are 0 and 2e-7 wide apart
+         {"frequency", "--classes", "1", "--export", out},
+         "0\n1e-7\n2e-7\n",
+         {oneOut, "the export writes 6 decimals, too few for 2 numbers, such as 2e-7, written as 0"}},
+        {__LINE__, {"frequency", "--classes", "1", "--export", out}, "0\n1\n2\n", {oneOut}},
+        {__LINE__,  // the middle alone, 0.0000005
+         {"frequency", "--classes", "1", "--export", out},
+         "0\n0\n0.000001\n",
+         {oneOut, "the export writes 6 decimals, too few for 1 number, such as 5e-7, written as 0"}},
+        {__LINE__, {"frequency", "--classes", "1", "--export", out}, "0\n0\n0.000002\n", {oneOut}},
+        {__LINE__, {"frequency", "--classes", "1"}, "0\n1e-7\n2e-7\n", {oneOut}},
+        // a limit that is 0 but for the rounding of -0.3 + 3 * 0.1
+        {__LINE__, {"frequency", "--classes", "6", "--export", out}, "-0.3\n0\n0.3\n", {oneOut}},
+    });
+}
+
+// n values that are 0, one that is 1, and a last one, 2, which the table leaves out.
+std::string tableOf(const std::string& zeros) { return "v,n\n0," + zeros + "\n1,1\n2,1\n"; }
+
+// Rates of seven observations have no 6 digits below 0.1, and need none: they are told from those of other counts. Of so many that 1 is not
+// seen in 6 decimals they are not.
+TEST(Warnings, tellOfRatesThatAreLost)
+{
+    const TempFolder folder;
+    const Words command = {"frequency", "--classes", "2", "--column", "v", "--count", "n", "--export", folder.path("export.txt")};
+    const auto oneOut = [](const std::string& counted, const std::string& all) {
+        return leavesOneOut + counted + " of " + all + " and leaves the largest out";
+    };
+    const auto lost = [](const std::string& numbers) { return "the export writes 6 decimals, too few for " + numbers + ", written as 0"; };
+    expectWarnings({
+        {__LINE__, command, tableOf("2999998"), {oneOut("2 999 999", "3 000 000"), lost("1 number, such as 3.33333e-7")}},
+        {__LINE__, command, tableOf("299998"), {oneOut("299 999", "300 000")}},
+        {__LINE__, command, tableOf("29"), {oneOut("30", "31")}},
+    });
+}
+
+// The table counts up to the last value in order, so that it always leaves one out: there is no run of frequency without this line, unless the
+// table is made by a host that counts all, as test_exact_results.cpp does.
+TEST(Warnings, tellOfTheLargestValueInEveryTable)
+{
+    const std::pair<const char*, const char*> samples[] = {
+        {"1\n2\n3\n4\n5\n", "4 of 5"}, {"2\n2\n2\n", "2 of 3"},   {"-3\n0\n9\n9\n", "3 of 4"},
+        {"1\nnan\n2\n3\n", "3 of 4"},  {"1\n2\ninf\n", "2 of 3"}, {"0.5\n0.25\n0.125\n1e9\n", "3 of 4"},
+    };
+    const TempFolder folder;
+    for (const auto& [values, counted] : samples)
+        for (const char* const classes : {"1", "2", "10", "1000"})
+            EXPECT_THAT(run({"frequency", "--classes", classes, folder.write("data.txt", values)}).errors,
+                        testing::StartsWith(linesOf({std::string(leavesOneOut) + counted + " and leaves the largest out"})))
+                << values << classes;
 }
 
 TEST(Warnings, standInTheDocumentAndInTheBlock)

@@ -211,11 +211,17 @@ public:
     void see(double value)
     {
         if (!(std::fabs(value) < safe) || value == 0.0) return;
-        char text[400];
-        std::snprintf(text, sizeof text, "%.*f", decimals, value);
-        const double written = std::strtod(text, nullptr);
-        if (std::fabs(written - value) <= 0.5 * std::pow(10.0, 1 - significant) * std::fabs(value)) return;
-        if (losing++ == 0) example = figures(value, significant) + ", written as " + figures(written, significant);
+        if (std::fabs(written(value) - value) <= 0.5 * std::pow(10.0, 1 - significant) * std::fabs(value)) return;
+        if (losing++ == 0) example = figures(value, significant) + ", written as " + figures(written(value), significant);
+    }
+
+    /**
+     * A rate of so many observations. One below 0.1 has hardly ever 6 digits behind its zeros, and needs only as many as tell it from the rate of
+     * any other count; that is so of up to a million observations.
+     */
+    void seeRate(const wq_lib::frequency_class& one, std::size_t observations)
+    {
+        if (std::round(written(one.rate) * static_cast<double>(observations)) != static_cast<double>(one.count)) see(one.rate);
     }
 
     Warnings warnings() const
@@ -228,6 +234,13 @@ public:
     }
 
 private:
+    double written(double value) const
+    {
+        char text[400];
+        std::snprintf(text, sizeof text, "%.*f", decimals, value);
+        return std::strtod(text, nullptr);
+    }
+
     static constexpr int significant = 6;
     int decimals;
     double safe;  // what is as large has so many digits before the point and behind it
@@ -266,9 +279,19 @@ Warnings exportWarnings(const wq_lib::SingleAnova& anova)
 
 Warnings exportWarnings(const wq_lib::Frequency& sample)
 {
+    constexpr double noise = 1e-9;  // of the width: what a limit or middle at 0 has from its computation
+    const double width = sample.getClassWidth();
+    const auto limit = [&](std::size_t i) { return sample.getStartClass() + static_cast<double>(i) * width; };
     Rounding rounding(6);
-    for (std::size_t i = 0; i <= sample.getTable().size(); ++i)
-        rounding.see(sample.getStartClass() + static_cast<double>(i) * sample.getClassWidth());
+    const auto see = [&](double place) {
+        if (!(std::fabs(place) <= noise * std::fabs(width))) rounding.see(place);
+    };
+    see(limit(0));
+    for (std::size_t i = 0; i < sample.getTable().size(); ++i) {
+        see(limit(i + 1));
+        see(limit(i + 1) - 0.5 * width);
+        rounding.seeRate(sample.getTable()[i], sample.getResult().n);
+    }
     return rounding.warnings();
 }
 
