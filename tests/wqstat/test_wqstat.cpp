@@ -948,6 +948,18 @@ TEST(Prob, tellsWhereTheApproximationIsFarFromWhatItIsNamedFor)  // pf, pchisq, 
         // clang-format on
         {__LINE__, {"chiSquareProb", "3", "4"}, "", "0.442174"},
         {__LINE__, {"sqr", "3"}, "", ""},
+        // clang-format off
+        {__LINE__, {"betaRatio", "1.5", "2", "5", "-3.4012"}, "betaRatio is an approximation: the exact value is 1", "1\n"},
+        {__LINE__, {"betaRatio", "-1.5", "2", "5", "-3.4012"}, "", "0\n"},
+        // no distribution has 0 degrees of freedom, no sample has 0 values, and no probability lies above 1
+        {__LINE__, {"F_Prob", "3", "0", "10"}, "F_Prob is an approximation, and these arguments have no exact value", "nan\n"},
+        {__LINE__, {"t_Prob", "2", "0", "one"}, "t_Prob is an approximation, and these arguments have no exact value", "nan\n"},
+        {__LINE__, {"chiSquareProb", "2", "0"}, "chiSquareProb is an approximation, and these arguments have no exact value", "nan\n"},
+        {__LINE__, {"t_PercentPoint", "1.5", "10"}, "t_PercentPoint is an approximation, and these arguments have no exact value", "nan\n"},
+        {__LINE__, {"t_PercentPoint", "2.5", "10"}, "", "nan\n"},  // nor does the library print one
+        {__LINE__, {"D_TwoSamples", "0.05", "0", "30"}, "D_TwoSamples is an approximation, and these arguments have no exact value", "nan\n"},
+        {__LINE__, {"D_TwoSamples", "0.05", "400", "500"}, "", "0.0911"},  // 1.358 sqrt(1/400 + 1/500)
+        // clang-format on
     };
     for (const auto& row : rows) {
         Words arguments = row.call;

@@ -10,6 +10,7 @@
 #include <CLI/CLI.hpp>
 
 #include <wq_exact/distributions.h>
+#include <wq_exact/test.h>
 #include <wq_stat/distributions.h>
 
 #include <algorithm>
@@ -151,7 +152,11 @@ double exactFPoint(double p, std::size_t df1, std::size_t df2)
     return wq_exact::fQuantile(p, static_cast<double>(df1), static_cast<double>(df2));
 }
 /** I_x(p, q) by the F distribution with 2p and 2q degrees of freedom (NIST DLMF 8.17); BETA is known without being said. */
-double exactBeta(double x, double p, double q, double) { return wq_exact::fCdf(q * x / (p * (1.0 - x)), 2.0 * p, 2.0 * q); }
+double exactBeta(double x, double p, double q, double)
+{
+    const double inside = x > 1.0 ? 1.0 : x;  // the whole distribution lies below it
+    return wq_exact::fCdf(q * inside / (p * (1.0 - inside)), 2.0 * p, 2.0 * q);
+}
 double exactBetaPoint(double alpha, double p, double q, double)
 {
     const double f = wq_exact::fQuantile(alpha, 2.0 * p, 2.0 * q);
@@ -159,6 +164,7 @@ double exactBetaPoint(double alpha, double p, double q, double)
 }
 double exactD(double alpha, std::size_t n1, std::size_t n2)
 {
+    if (n1 == 0 || n2 == 0) return wq_exact::none;
     if (wq_exact::canCountArrangements(n1, n2)) return wq_exact::smirnovUpperQuantile(alpha, n1, n2);
     return wq_exact::kolmogorovUpperQuantile(alpha) * std::sqrt(1.0 / static_cast<double>(n1) + 1.0 / static_cast<double>(n2));
 }
@@ -254,7 +260,8 @@ class Prob final : public Command {
     {
         app.add_flag("--list", list, "list the functions, with arguments and meaning");
         app.add_flag("--exact", exact, "print what the function is named for to the last digits, not the library's approximation");
-        app.add_flag("--no-warnings", withoutWarnings, "do not say where the approximation is off by more than 1 % or is no probability");
+        app.add_flag("--no-warnings", withoutWarnings,
+                     "do not say where the approximation is off by more than 1 %, is no probability or stands for nothing");
         app.allow_extras();  // not as options, so that arguments like -.5 and -inf are none
         app.formatter(std::make_shared<HelpFormatter>("FUNCTION ARGUMENTS..."));
         app.footer("Prints the value with as many digits as tell it from every other.\n"
@@ -302,12 +309,14 @@ class Prob final : public Command {
     static void warn(const Function& function, double value, double exactValue)
     {
         constexpr double tolerance = 0.01;
-        if (std::isnan(exactValue) || value == exactValue) return;
+        const bool exists = !std::isnan(exactValue);
+        if (value == exactValue || (std::isnan(value) && !exists)) return;
         const bool isNone = function.isProbability && !(value >= 0.0 && value <= 1.0);
-        if (!isNone && std::fabs(value - exactValue) <= tolerance * std::fabs(exactValue)) return;
+        if (!isNone && std::isfinite(exactValue) && std::fabs(value - exactValue) <= tolerance * std::fabs(exactValue)) return;
         progress().hide();
-        std::cerr << "wqstat: warning: " << function.name << " is an approximation" << (isNone ? ", and this is no probability" : "")
-                  << ": the exact value is " << figures(exactValue, 6) << '\n';
+        std::cerr << "wqstat: warning: " << function.name << " is an approximation"
+                  << (isNone && exists ? ", and this is no probability" : "")
+                  << (exists ? ": the exact value is " + figures(exactValue, 6) : ", and these arguments have no exact value") << '\n';
     }
 
     static std::string valueOf(const Function& function, const Arguments& texts)
