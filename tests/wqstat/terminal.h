@@ -39,6 +39,10 @@ public:
         return true;
     }
 
+    // What is written from here on waits, as after Ctrl-S.
+    void hold() const { type('\x13'); }
+    void release() const { type('\x11'); }
+
     // All that was written since the beginning.
     const std::string& stream() const { return written; }
 
@@ -63,6 +67,11 @@ public:
     }
 
 private:
+    void type(char key) const
+    {
+        if (write(master, &key, 1) != 1) throw std::runtime_error("the terminal takes no key");
+    }
+
     int master;
     std::string written;
 };

@@ -160,6 +160,39 @@ TEST(Interruption, leavesNoUnfinishedFile)
     EXPECT_EQ(std::distance(begin(files), end(files)), 1);
 }
 
+// The terminal is held, so that the first signal is still at its work when the second comes.
+TEST(Interruption, ofTwoSignalsLeavesNoUnfinishedFile)
+{
+    const TempFolder folder;
+    const TempFolder programs;
+    const std::string gnuplot = programs.write("gnuplot", "#!/bin/sh\nexec sleep 60\n");
+    std::filesystem::permissions(gnuplot, std::filesystem::perms::owner_all);
+    const Variable path("PATH", programs.path("") + ":" + std::getenv("PATH"));
+    Terminal terminal;
+    Streams streams;
+    streams.errors = terminal.path();
+    const std::string held = programs.path("held");
+    const std::string twice = "env --default-signal \"$@\" & until [ -e \"$0\" ]; do sleep 0.05; done; "
+                              "kill -INT $!; sleep 0.05; kill -INT $!; wait $!";
+    auto outcome = std::async(std::launch::async, [&] {
+        return runCommand({"bash", "-c", twice, held, WQSTAT, "describe", shipped("cavendish.txt"), "--plot", folder.path("picture.svg")},
+                          streams);
+    });
+    for (int tries = 0; tries < 600 && terminal.stream().find("writing") == std::string::npos; ++tries) terminal.take(100ms);
+    EXPECT_FALSE(std::filesystem::is_empty(folder.path(""))) << "there was no file to remove";
+    terminal.hold();
+    std::this_thread::sleep_for(500ms);  // the line is drawn anew in this time, and waits
+    programs.write("held", "");
+    std::this_thread::sleep_for(500ms);
+    terminal.release();
+    while (outcome.wait_for(0s) != std::future_status::ready) terminal.take(50ms);
+    while (terminal.take(0ms)) {
+    }
+    EXPECT_EQ(outcome.get().status, 128 + SIGINT);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path("")));
+    EXPECT_EQ(terminal.screen(), std::vector<std::string>{""});
+}
+
 TEST(Interruption, staysIgnoredWhereItWas)
 {
     const TempFolder folder;

@@ -38,15 +38,21 @@ void wipeLine()
     put("\r");
 }
 
-/** Calls only what a signal handler may. */
+/**
+ * Calls only what a signal handler may. A further signal while it works changes nothing: timeout(1) sends its own twice, to the program and to
+ * the program's group, and two keys may be struck. It ends what a terminal that is held keeps waiting.
+ */
 extern "C" void cleanUp(int number)
 {
     constexpr int patience = 200;  // milliseconds; a terminal that is held takes nothing
-    isEnding = true;
+    if (isEnding.exchange(true)) return;
+    if (const char* const path = unfinishedFile) unlink(path);
     for (int waited = 0; isDrawing && waited < patience; ++waited) poll(nullptr, 0, 1);
     if (lineLength > 0) wipeLine();
-    if (const char* const path = unfinishedFile) unlink(path);
-    raise(number);  // which ends the program now: see SA_RESETHAND
+    struct sigaction usual {};
+    usual.sa_handler = SIG_DFL;
+    sigaction(number, &usual, nullptr);
+    raise(number);  // which ends the program now: see SA_NODEFER
 }
 
 sigset_t allEndingSignals()
@@ -63,7 +69,7 @@ void cleanUpWhenInterrupted()
 {
     struct sigaction action {};
     action.sa_handler = cleanUp;
-    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
+    action.sa_flags = static_cast<int>(SA_NODEFER);
     for (const int number : endingSignals) {
         struct sigaction before {};
         if (sigaction(number, nullptr, &before) == 0 && before.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);

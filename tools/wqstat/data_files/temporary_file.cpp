@@ -2,6 +2,7 @@
 
 #include "command_line/arguments.h"
 #include "command_line/failure.h"
+#include "command_line/interruption.h"
 
 #include <stdlib.h>  // mkostemp
 #include <fcntl.h>
@@ -18,6 +19,7 @@ TemporaryFile makeTemporaryFile(const std::string& purpose)
     const char* const named = std::getenv("TMPDIR");
     const std::string folder = named != nullptr && *named != '\0' ? named : "/tmp";
     std::string path = folder + "/wqstat-XXXXXX";
+    const UninterruptedThread untilItHasNoName;
     const int descriptor = mkostemp(path.data(), O_CLOEXEC);
     const auto fail = [&](int error) {
         throw CannotAnalyse("no temporary file can be made " + purpose + " in " + shown(folder) + ": " +
