@@ -1,11 +1,13 @@
 #!/usr/bin/python3
-"""Checks that what wqstat --json prints keeps to docs/wqstat.schema.json, and that the schema refuses what does not.
+"""Checks that what wqstat --json prints keeps to docs/wqstat.schema.json, that the schema refuses what does not, and that it says of
+everything that is called a probability, or may be taken for one, what it is one of.
 
 Usage: check_schema.py WQSTAT SCHEMA DATA    DATA: the folder of the example data
 """
 import copy
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -132,11 +134,41 @@ def check_columns(validator):
                     sys.exit(f"columns: {path} {what} is taken for valid")
 
 
+def undescribed(schema):
+    """The members that may be taken for a probability, and the schema does not say of what, nor that they are none."""
+    named = re.compile(r"p([A-Z]\w*)?|\w*Probability|\w*[sS]ignificance|\w+Tail|alpha")
+    said = re.compile(r"P\(.+\).* if |[Pp]robability of|[Tt]he level|share of all|[Oo]ne minus .* p of")
+
+    def members_of(place, path):
+        if isinstance(place, dict):
+            for name, member in place.get("properties", {}).items():
+                if isinstance(member, dict) and named.fullmatch(name) and "properties" not in member:
+                    yield path + (name,), member.get("description", "")
+            for name, inner in place.items():
+                yield from members_of(inner, path if name == "properties" else path + (name,))
+
+    found = list(members_of(schema["$defs"], ()))
+    if len(found) < 30:
+        sys.exit(f"only {len(found)} members are called probabilities")
+    return [path for path, text in found if not said.search(text)]
+
+
+def check_descriptions(schema):
+    missing = undescribed(schema)
+    if missing:
+        sys.exit("the schema does not say what these are: " + ", ".join("/".join(path) for path in missing))
+    silent = copy.deepcopy(schema)
+    del silent["$defs"]["circularDocument"]["properties"]["result"]["properties"]["p"]["description"]
+    if len(undescribed(silent)) != 1:
+        sys.exit("a p without a description is taken for described")
+
+
 def main():
     schema = json.loads(SCHEMA.read_text(encoding="utf-8"))
     checker = jsonschema.Draft202012Validator
     checker.check_schema(schema)
     validator = checker(schema)
+    check_descriptions(schema)
     check_arrays(validator)
     check_columns(validator)
     checked = refused = 0
