@@ -554,6 +554,31 @@ TEST(Pictures, ofTwoSamplesHaveBothSideBySide)
     EXPECT_THAT(drawn.text, HasSubstr("instrument 2 of 5."));
 }
 
+// The limits of a variance of 1 with 4 degrees of freedom are 4 / qchisq(c(0.975, 0.025), 4), in R; with a level of 0.5 4 / qchisq(0.25, 4).
+TEST(Pictures, ofTwoSamplesHaveTheLimitsOfTheirStandardDeviations)
+{
+    Script drawn = script({"variances", instrument1, instrument2});
+    const Rows spreads = drawn.layers["mean and standard deviation"];
+    const Rows limits = drawn.layers["exact 95 % limits of the deviation"];
+    ASSERT_EQ(limits.size(), 2U) << drawn.text;
+    for (std::size_t i = 0; i < 2; ++i) {
+        const double mean = spreads.at(i).at(1);
+        const double deviation = spreads.at(i).at(3) - mean;
+        EXPECT_NEAR(limits[i].at(2), mean + deviation * std::sqrt(0.35896051840873), 1e-9);
+        EXPECT_NEAR(limits[i].at(3), mean + deviation * std::sqrt(8.25732198214268), 1e-9);
+        EXPECT_GT(limits[i].at(0), spreads[i].at(0)) << "beside the spread";
+    }
+    Script narrower = script({"variances", "--alpha", "0.5", instrument1, instrument2});
+    const Rows half = narrower.layers["exact 50 % limits of the deviation"];
+    ASSERT_EQ(half.size(), 2U) << narrower.text;
+    EXPECT_NEAR(half[0].at(3), spreads.at(0).at(1) + (spreads.at(0).at(3) - spreads.at(0).at(1)) * std::sqrt(2.08056193140012), 1e-9);
+
+    const TempFolder folder;
+    Script constant = script({"variances", folder.write("a.txt", "2\n2\n2\n"), instrument2});
+    EXPECT_EQ(constant.layers["exact 95 % limits of the deviation"].size(), 1U) << constant.text;
+    EXPECT_THAT(constant.text, HasSubstr("sample 1: no limits of the standard deviation, which is 0"));
+}
+
 TEST(Pictures, ofTablesHaveTheLabelsOfGroupsAndClasses)
 {
     const TempFolder folder;

@@ -56,12 +56,47 @@ Axis valueAxis(const std::vector<Point>& points, const Extent& all, const Pictur
 /** The record has NaN where the variance is 0. */
 double deviationOf(const wq_lib::basic_stat& sample) { return sample.sampleVariance == 0.0 ? 0.0 : sample.sampleStdev; }
 
+/** Between which the upper end of mean and standard deviation lies, by the limits of the variance. */
+wq_exact::Limits endLimits(const wq_lib::basic_stat& sample, const wq_exact::Limits& variance)
+{
+    return {sample.mean + std::sqrt(variance.lower), sample.mean + std::sqrt(variance.upper)};
+}
+
+/** Beside the observations: mean and standard deviation of both samples, and the limits of the latter. */
+void addSpreads(Chart& chart, const TwoDataFiles& test, const wq_exact::TwoVariancesResult& exact, const Axis& y)
+{
+    const wq_lib::basic_stat* const results[] = {&test.getResult(), &test.getSecondSample()};
+    Rows means;
+    Rows spreads;
+    Rows limits;
+    for (const int sample : {0, 1}) {
+        const std::string name = "sample " + std::to_string(sample + 1);
+        const double mean = results[sample]->mean;
+        const double deviation = deviationOf(*results[sample]);
+        if (std::isfinite(mean)) addLevel(means, sample + 1.32, 0.06, y.at(mean));
+        if (!std::isfinite(mean) || !std::isfinite(deviation)) {
+            chart.note(name + ": mean or standard deviation is not finite");
+            continue;
+        }
+        spreads.add({sample + 1.32, y.at(mean), y.at(mean - deviation), y.at(mean + deviation)});
+        const wq_exact::Limits end = endLimits(*results[sample], exact.varianceLimits[sample]);
+        if (std::isfinite(end.lower) && std::isfinite(end.upper))
+            limits.add({sample + 1.42, y.at(mean + deviation), y.at(end.lower), y.at(end.upper)});
+        else
+            chart.note(name + ": no limits of the standard deviation, which is " + figures(deviation));
+    }
+    chart.add(spreads, whiskers("linewidth 2.5 " + inColour(colour::vermilion)), "mean and standard deviation");
+    chart.add(means, levels("linewidth 3.5 " + inColour(colour::vermilion)), "");
+    chart.add(limits, whiskers("linewidth 2 " + inColour(colour::black)), confidenceText(test) + " limits of the deviation");
+}
+
 }  // namespace
 
 Picture picture(const TwoDataFiles& test, const PictureWords& words)
 {
     const std::vector<double> values[] = {analysedValues(test), analysedValues(test.second)};
     const wq_lib::basic_stat* const results[] = {&test.getResult(), &test.getSecondSample()};
+    const wq_exact::TwoVariancesResult exact = wq_exact::of(test);
     std::vector<Point> points;
     Extent extent;
     for (const int sample : {0, 1}) {
@@ -71,6 +106,7 @@ Picture picture(const TwoDataFiles& test, const PictureWords& words)
         }
         extent.include(results[sample]->mean - deviationOf(*results[sample]));
         extent.include(results[sample]->mean + deviationOf(*results[sample]));
+        extent.include(endLimits(*results[sample], exact.varianceLimits[sample]).upper);
     }
     const Axis x = placeAxis(2);
     const Axis y = valueAxis(points, extent, words);
@@ -83,19 +119,7 @@ Picture picture(const TwoDataFiles& test, const PictureWords& words)
                      {2.0, labelOf(words, 2, "2") + " (n = " + digits(results[1]->n) + ")"}});
     chart.setY(y, labelOr(words.yLabel, "value"));
     addScatter(chart, points, x, y, observationNoun);
-    Rows means;
-    Rows spreads;
-    for (const int sample : {0, 1}) {
-        const double mean = results[sample]->mean;
-        const double deviation = deviationOf(*results[sample]);
-        if (std::isfinite(mean)) addLevel(means, sample + 1.32, 0.06, y.at(mean));
-        if (std::isfinite(mean) && std::isfinite(deviation))
-            spreads.add({sample + 1.32, y.at(mean), y.at(mean - deviation), y.at(mean + deviation)});
-        else
-            chart.note("sample " + std::to_string(sample + 1) + ": mean or standard deviation is not finite");
-    }
-    chart.add(spreads, whiskers("linewidth 2.5 " + inColour(colour::vermilion)), "mean and standard deviation");
-    chart.add(means, levels("linewidth 3.5 " + inColour(colour::vermilion)), "");
+    addSpreads(chart, test, exact, y);
     noteLeftOut(chart, results[0]->n + results[1]->n - values[0].size() - values[1].size(), observationNoun);
     return pictureOf(chart, words);
 }
