@@ -371,7 +371,8 @@ TEST(PageOfSeveral, isThereInWholeOrNotAtAll)
         {"bash", "-c", "trap '' XFSZ; ulimit -f 1; exec \"$@\" > /dev/null", "bash", wqstat(), "describe", cavendish, "--html", old});
     EXPECT_THAT(noRoom.errors, Not(HasSubstr("the picture")));
     for (const Words& files : {Words{cavendish}, Words{cavendish, cavendish}}) {
-        const Words limited = with({"bash", "-c", "trap '' XFSZ; ulimit -f 8; exec \"$@\" > /dev/null", "bash", wqstat(), "describe"}, files);
+        const Words limited =
+            with({"bash", "-c", "trap '' XFSZ; ulimit -f 8; exec \"$@\" > /dev/null", "bash", wqstat(), "describe"}, files);
         const Outcome outcome = runCommand(with(limited, {"--html", old}));
         EXPECT_EQ(outcome.status, couldNotAnalyse) << outcome;
         EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << outcome;

@@ -115,8 +115,8 @@ TEST(MemoryLimits, ofColumnsHoldOnTenMillionRows)
     constexpr unsigned long limit = 256 * step;
     const std::string rows =
         "BEGIN { print \"x,label,group\"; for (i = 0; i < 10000000; ++i) print i * 7919 % 10000019 \",name \" i \",\" i % 7 }";
-    const Outcome outcome = runCommand(
-        {"bash", "-c", "set -o pipefail; awk \"$0\" | { ulimit -v $1; exec \"$2\" columns --json; }", rows, std::to_string(limit), wqstat()});
+    const Outcome outcome = runCommand({"bash", "-c", "set -o pipefail; awk \"$0\" | { ulimit -v $1; exec \"$2\" columns --json; }", rows,
+                                        std::to_string(limit), wqstat()});
     ASSERT_EQ(outcome.status, done) << outcome.errors;
     EXPECT_NE(outcome.output.find("\"rows\": 10000000"), std::string::npos);
 }
