@@ -81,11 +81,11 @@ Moments momentsOf(const wq_lib::BasicXyStatistics& sample, Scale scaleX, Scale s
     return m;
 }
 
-/** 1 - r^2, and 1 - |r|, which a strong correlation leaves without digits when it is taken from r. */
+/** 1 - r^2, and 1 - |r|, which a strong correlation leaves without digits when it is taken from r; NaN where x or y is constant. */
 struct Unexplained {
     explicit Unexplained(const Moments& m)
         : square(m.residual / m.ssY),
-          r(std::copysign(std::sqrt(std::max(0.0L, 1.0L - square)), m.spXY)),
+          r(std::copysign(std::sqrt(std::max(1.0L - square, 0.0L)), m.spXY)),
           line(square / (1.0L + std::fabs(r)))
     {
     }

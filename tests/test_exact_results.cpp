@@ -675,6 +675,19 @@ TEST(ExactResults, areNoneWhereThereIsNothing)
     EXPECT_EQ(wq_exact::of(table).leftOut(), 0U);
 }
 
+TEST(ExactResults, ofAConstantVariableHaveNoCorrelation)
+{
+    for (const bool isX : {false, true}) {
+        Correlation correlation;
+        for (const double value : {1.0, 2.0, 4.0}) correlation.add(isX ? 7.0 : value, isX ? value : 7.0);
+        correlation.analyse();
+        const wq_exact::CorrelationResult exact = wq_exact::of(correlation);
+        EXPECT_TRUE(std::isnan(exact.r)) << isX;
+        EXPECT_TRUE(std::isnan(exact.rSquared)) << isX;
+        EXPECT_TRUE(std::isnan(exact.p)) << isX;
+    }
+}
+
 class Doubled : public LinearRegression {
 public:
     data_pair getDataPair(std::size_t i) override
