@@ -57,7 +57,7 @@ const struct Analysis {
      {"anova", resistivity, "--x-label", "instrument", "--y-label", "resistivity"},
      "Does resistivity differ among the groups of instrument?",
      "F(4, 20) = 1.1805, p = 0.349, \u03b7\u00b2 = 0.191, \u03c9\u00b2 = 0.0281"},
-    {__LINE__, {"multiy", seedlings}, "How does y, observed several times, depend on x?", "among groups F(4, "},
+    {__LINE__, {"multiy", seedlings}, "How does y, observed several times, depend on x, by y = a + b x?", "among groups F(4, "},
     {__LINE__,
      {"fit", peas},
      "Do the observed frequencies fit the expected ones?",
@@ -100,6 +100,14 @@ TEST(Page, saysWhatWasAskedWhatCameOutAndHowItWasMade)
         EXPECT_THAT(page.texts, Contains(report.output)) << "the report, verbatim";
         EXPECT_LT(std::filesystem::file_size(file), 300U * 1024U);
     }
+}
+
+// The markup without the elements that set names apart.
+std::string withoutIsolation(std::string markup)
+{
+    for (const std::string tag : {"<bdi>", "</bdi>"})
+        for (std::size_t i = markup.find(tag); i != std::string::npos; i = markup.find(tag, i)) markup.erase(i, tag.size());
+    return markup;
 }
 
 // What stands in the list of a browser's pages, and as the first line of the page.
@@ -148,7 +156,7 @@ TEST(Page, isTitledByWhatItIsAbout)
         const std::string file = folder.path("page.html");
         ASSERT_EQ(run(withPage(with(row.arguments, {"--no-warnings"}), file)).status, done);
         EXPECT_THAT(pageIn(file).titles, ElementsAre(row.heading + row.rest));
-        EXPECT_THAT(contentOf(file), HasSubstr("<h1>" + row.heading + "</h1>"));
+        EXPECT_THAT(withoutIsolation(contentOf(file)), HasSubstr("<h1>" + row.heading + "</h1>"));
     }
     ASSERT_EQ(run(withPage({"regress", "--model", "linear", named}, folder.path("page.html"))).status, done);
     EXPECT_THAT(pageIn(folder.path("page.html")).texts, Contains("How does height (m) depend on Weight (kg), by y = a + b x?"));
@@ -207,7 +215,7 @@ TEST(Page, givesNoProbabilityWhereNothingIsTested)
     const TempFolder folder;
     const std::string data = folder.write("classes.txt", "5;0\n3;5\n");
     ASSERT_EQ(run(withPage({"fit", data}, folder.path("page.html"))).status, done);
-    EXPECT_THAT(pageIn(folder.path("page.html")).texts, Contains(testing::EndsWith(", no test: nothing is expected in a class")));
+    EXPECT_THAT(pageIn(folder.path("page.html")).texts, Contains(testing::EndsWith(", no test: nothing is expected in 1 class")));
     const std::string rows = run({"fit", "--tsv", data}).output;
     std::istringstream titles(rows.substr(0, rows.find('\n')));
     std::istringstream cells(rows.substr(rows.find('\n') + 1));
@@ -429,20 +437,85 @@ TEST(Page, marksWhereTheReportDecidesDifferently)
     EXPECT_THAT(contentOf(folder.path("page.html")), Not(HasSubstr("<p class=\"differs\">")));
 }
 
-// Of what is not there the line says what the table says.
-TEST(Page, saysThatThereIsNoFigureInTheSameWords)
+// Where figures are undefined or infinite the line says why, in words that a paper could take.
+TEST(Page, saysInWordsWhatHasNoFigure)
 {
     const TempFolder folder;
     const std::string file = folder.path("page.html");
-    const Words constant[] = {{"describe", folder.write("c.txt", "4\n4\n4\n")},
-                              {"correlate", folder.write("p.txt", "4;1\n4;2\n4;3\n")},
-                              {"anova", folder.write("g.txt", "1;4\n2;4\n3;4\n")},
-                              {"multiy", folder.write("m.txt", "1;4;1\n2;4;1\n3;4;1\n")}};
-    for (const Words& words : constant) {
-        SCOPED_TRACE(joined(words));
+    const std::string constant = folder.write("constant.txt", "4.1\n4.1\n4.1\n4.1\n4.1\n4.1\n");
+    const std::string zeros = folder.write("zeros.txt", "0\n0\n0\n");
+    const std::string spread = folder.write("spread.txt", "1\n2\n4\n");
+    const Words linear{"regress", "--model", "linear"};
+    const struct {
+        int line;
+        Words arguments;
+        std::string data;  // none where the arguments name files
+        std::string summary;
+    } rows[] = {
+        {__LINE__, {"describe", constant}, "", "M = 4.1, SD = 0, n = 6; no test: the values are all equal"},
+        {__LINE__, {"describe", zeros, "--mu", "2"}, "", "M = 0, SD = 0, n = 3; no test: the values are all equal"},
+        {__LINE__, {"frequency", constant}, "", "M = 4.1, SD = 0, median 4.1, n = 6"},
+        {__LINE__, {"pairs"}, "4;1\n4;2\n4;3\n", "r is undefined: x or y is constant, means 4 and 2, n = 3"},
+        {__LINE__, {"pairs"}, "0;0\n0;0\n", "r is undefined: x or y is constant, means 0 and 0, n = 2"},
+        {__LINE__, {"pairs"}, "1;4\n2;5\n", "r = 1, no test: there are no degrees of freedom, r\u00b2 = 1, means 1.5 and 4.5, n = 2"},
+        {__LINE__, {"correlate"}, "1;4\n2;4\n3;4\n", "r is undefined: x or y is constant, n = 3"},
+        {__LINE__, {"correlate"}, "1;4\n2;3\n", "r = -1, no test: there are no degrees of freedom, r\u00b2 = 1, n = 2"},
+        {__LINE__, linear, "4;1\n4;2\n4;3\n", "no line: x is constant, n = 3"},
+        {__LINE__, linear, "1;4\n2;4\n3;4\n", "a = 4, b = 0 (95 % CI 0 to 0), no test: y is constant, n = 3"},
+        {__LINE__, linear, "1;1\n2;3\n", "a = -1, b = 2, no test: there are no degrees of freedom, R\u00b2 = 1, n = 2"},
+        {__LINE__, linear, "1;2\n2;4\n3;6\n",
+         "a = 0, b = 2 (95 % CI 2 to 2), t(1) is infinite: the pairs lie on the line, p < 1e-300, R\u00b2 = 1, n = 3"},
+        {__LINE__, {"regress", "--model", "power"}, "1;1\n", "no line: there is one pair, n = 1"},
+        {__LINE__,
+         {"regress", "--model", "logarithmic"},
+         "1;2\n2;3\n-1;4\n5;4.7\n",
+         "no line: pairs without a logarithm leave the report no b, n = 3"},
+        {__LINE__, {"anova"}, "1;4\n1;4\n2;4\n2;4\n", "no test: the observations are all equal"},
+        {__LINE__, {"anova"}, "1;4\n1;5\n", "no test: there is one group"},
+        {__LINE__, {"anova"}, "1;4\n2;5\n3;7\n", "no test: no group has more than one observation"},
+        {__LINE__,
+         {"anova"},
+         "1;4\n1;4\n2;5\n2;5\n",
+         "F(1, 2) is infinite: within each group the observations are all equal, p < 1e-300, \u03b7\u00b2 = 1, \u03c9\u00b2 = 1"},
+        {__LINE__, {"multiy"}, "1;4;1\n1;5;1\n", "among groups no test: there is one group; no line: there is one group"},
+        {__LINE__,
+         {"multiy"},
+         "1;1;2\n2;2;2\n3;3;2\n",
+         "among groups F(2, 3) is infinite: within each group the observations are all equal, p < 1e-300; a = 0, b = 1 (95 % CI 1 to 1), "
+         "t(1) is infinite: the means of the groups lie on the line, p < 1e-300, R\u00b2 = 1"},
+        {__LINE__,
+         {"multiy"},
+         "1;4;2\n2;4;2\n",
+         "among groups no test: the observations are all equal; a = 4, b = 0, no test: fewer than 3 groups leave no deviations from a "
+         "line"},
+        {__LINE__, {"fit"}, "0;0\n0;0\n", "\u03c7\u00b2(1) is undefined; G(1) = 0, no test: nothing is expected in 2 classes"},
+        {__LINE__, {"fit"}, "5;0\n3;5\n", "\u03c7\u00b2(1) is infinite; G(1) is infinite, no test: nothing is expected in 1 class"},
+        {__LINE__, {"fit"}, "5;5\n", "\u03c7\u00b2(0) = 0; G(0) = 0, no test: there are no degrees of freedom"},
+        {__LINE__, {"ks"}, "0;3\n0;4\n", "no test: a sample is empty, n = 0 and 7"},
+        {__LINE__,
+         {"variances", zeros, spread},
+         "",
+         "F(2, 2) is infinite: the values of the first sample are all equal, p < 1e-300, variances 0 and 2.3333"},
+        {__LINE__,
+         {"variances", spread, zeros},
+         "",
+         "F(2, 2) is infinite: the values of the second sample are all equal, p < 1e-300, variances 2.3333 and 0"},
+        {__LINE__, {"variances", zeros, zeros}, "", "no test: the values of both samples are all equal, variances 0 and 0"},
+        {__LINE__,
+         {"circular", "--unit", "degrees"},
+         "0;0\n90;0\n180;0\n270;0\n",
+         "no mean direction: the observations cancel each other out, r = 0, z = 0, p = 1, n = 4"},
+        {__LINE__,
+         {"circular", "--unit", "bins", "--bins", "1"},
+         "1;5\n",
+         "no mean direction: there is one class, no test: directions in fewer than 3 classes have no test of R, n = 5"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const Words words = row.data.empty() ? row.arguments : with(row.arguments, {folder.write("data.txt", row.data)});
         ASSERT_EQ(run(withPage(with(words, {"--no-warnings"}), file)).status, done);
         const Page page = pageIn(file);
-        EXPECT_THAT(page.texts, Contains(HasSubstr("= n/a")));
+        EXPECT_THAT(page.texts, Contains(row.summary));
         for (const std::string& text : page.texts) {
             const bool isReport = text.find("====") != std::string::npos;
             EXPECT_TRUE(isReport || !testing::Value(text, testing::ContainsRegex("(^|[ =(])-?nan([ ,;)]|$)"))) << text;
@@ -502,9 +575,69 @@ TEST(Page, namesItsFilesTheirFingerprintsAndWarnings)
     EXPECT_THAT(page.texts, Contains(HasSubstr(":2: warning: x and y are separated by")));
     const Outcome sum = runCommand({"sha256sum", file});
     EXPECT_THAT(page.texts, Contains(sum.output.substr(0, 64)));
+}
 
-    run({"describe", "-", "--html", folder.path("page.html")}, {cavendish, ""});
-    EXPECT_THAT(pageIn(folder.path("page.html")).texts, Contains("none: it is no file on a disk"));
+// What can be read only once has the fingerprint of all its bytes, and the command line says where they are to be given again.
+TEST(Page, ofStandardInputIsMadeAgainFromTheSameBytes)
+{
+    const TempFolder folder;
+    const std::string path = std::filesystem::path(WQSTAT).parent_path().string();
+    const Variable variable("PATH", path + ":" + std::getenv("PATH"));
+    std::string behindTheEnd = "1\n2\n4\n<<\n";
+    for (int i = 0; i < 50'000; ++i) behindTheEnd += std::to_string(i) + "\n";
+    const std::string table = "v,g\n1,a\n2,b\n4,a\n8,b\n9,a\n3,b\n";
+    const std::string packed = folder.write("packed", table);
+    ASSERT_EQ(runCommand({"gzip", packed}).status, 0);
+    const struct {
+        int line;
+        const char* words;
+        std::string bytes;
+    } rows[] = {
+        {__LINE__, "describe - --mu 5.5", contentOf(cavendish)},
+        {__LINE__, "describe", "1\n2\n4\n8"},
+        {__LINE__, "describe --lenient --no-warnings", behindTheEnd},
+        {__LINE__, "regress --model linear", contentOf(norris)},
+        {__LINE__, "describe --column v", table},
+        {__LINE__, "describe --column v -", contentOf(packed + ".gz")},
+        {__LINE__, "describe --column v --by g", table},
+        {__LINE__, "columns", table},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const std::string data = folder.write("FILE", row.bytes);
+        const std::string file = folder.path("page.html");
+        const auto shell = [&](const std::string& line) { return runCommand({"bash", "-c", "cd '" + folder.path("") + "'; " + line}); };
+        ASSERT_EQ(shell("cat FILE | wqstat " + std::string(row.words) + " --html page.html").status, done);
+        const std::string first = contentOf(file);
+        const Page page = pageIn(file);
+        EXPECT_THAT(page.faults, IsEmpty());
+        EXPECT_THAT(page.texts, Contains(runCommand({"sha256sum", data}).output.substr(0, 64)));
+        EXPECT_THAT(page.texts, Contains("SHA-256 of standard input"));
+        EXPECT_THAT(page.texts, Contains("The data came from standard input: FILE is any file with the same bytes."));
+        ASSERT_THAT(page.commands, ElementsAre(testing::EndsWith(" --html page.html < FILE")));
+        std::filesystem::remove(file);
+        EXPECT_EQ(shell(page.commands[0]).status, done) << page.commands[0];
+        EXPECT_EQ(contentOf(file), first);
+    }
+    run({"describe", cavendish, "--html", folder.path("page.html")});
+    EXPECT_THAT(pageIn(folder.path("page.html")).commands, ElementsAre(Not(HasSubstr("< FILE")))) << "of a file on a disk";
+}
+
+TEST(Page, ofAPipeSaysThatItHasToBeGivenAgain)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    ASSERT_EQ(
+        runCommand({"bash", "-c", WQSTAT + std::string(" describe --html ") + file + " /dev/fd/7 7< <(cat " + cavendish + ")"}).status,
+        done);
+    const Page page = pageIn(file);
+    EXPECT_THAT(page.texts, Contains(runCommand({"sha256sum", cavendish}).output.substr(0, 64)));
+    EXPECT_THAT(page.texts,
+                Contains("It was no file on a disk: the command line makes this page again where the same bytes are given there again."));
+    run({"describe", cavendish, "--html", file});
+    EXPECT_THAT(pageIn(file).texts, Not(Contains(HasSubstr("It was no file on a disk"))));
+    run({"describe", cavendish, folder.path("missing"), "--html", file});
+    EXPECT_THAT(pageIn(file).texts, Contains("none: it could not be read to its end"));
 }
 
 // The pea seeds are 315, 101, 108 and 32; the digits 1000 of each number.
@@ -565,6 +698,75 @@ TEST(Page, staysSmallForLongTitles)
     EXPECT_THAT(pageIn(file).texts, Contains("Does " + title.substr(0, 200) + "... differ among the groups of g?"));
 }
 
+// Two samples, or observed and expected frequencies, by the columns and labels that hold them.
+TEST(Page, asksByTheNamesOfColumns)
+{
+    const TempFolder folder;
+    const std::string table =
+        folder.write("t.csv", "kind,seen,hoped,sex,size\na,9,8,f,1\nb,7,6,m,2\nc,4,6,f,4\nd,5,5,m,5\ne,4,5,f,7\nf,3,2,m,9\n");
+    const std::string other = folder.write("u.csv", "size\n2\n3\n5\n9\n");
+    const struct {
+        int line;
+        Words arguments;
+        const char* question;
+    } rows[] = {
+        {__LINE__, {"fit", "--observed", "seen", "--expected", "hoped", table}, "Do the frequencies in seen fit those in hoped?"},
+        {__LINE__, {"fit", "--column", "sex", "--ratio", "1:1.5", table}, "Do the frequencies of sex fit the ratio 1:1.5?"},
+        {__LINE__, {"ks", "--count1", "seen", "--count2", "hoped", table}, "Do seen and hoped come from the same distribution?"},
+        {__LINE__,
+         {"ks", "--count1", "seen", "--count2", "hoped", "--class", "kind", table},
+         "Do seen and hoped come from the same distribution over the classes of kind?"},
+        {__LINE__, {"ks", "--column", "seen", "--column2", "size", table}, "Do seen and size come from the same distribution?"},
+        {__LINE__, {"ks", "--value", "size", "--group", "sex", table}, "Does size come from the same distribution in f and m of sex?"},
+        {__LINE__, {"ks", "--column", "size", table, other}, "Do the two samples of size come from the same distribution?"},
+        {__LINE__, {"variances", "--column", "seen", "--column2", "size", table}, "Do the variances of seen and size differ?"},
+        {__LINE__, {"variances", "--value", "size", "--group", "sex", table}, "Does the variance of size differ between f and m of sex?"},
+        {__LINE__, {"variances", "--column", "size", table, other}, "Do the variances of size differ?"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const std::string file = folder.path("page.html");
+        const Outcome outcome = run(withPage(with(row.arguments, {"--no-warnings"}), file));
+        ASSERT_EQ(outcome.status, done) << outcome;
+        EXPECT_THAT(pageIn(file).texts, Contains(row.question));
+    }
+}
+
+// In a sentence a name from data that is written from right to left must not take the words around it along.
+TEST(Page, setsNamesApartInItsSentences)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const std::string height = "\u05d2\u05d5\u05d1\u05d4";
+    const std::string group = "\u05e7\u05d1\u05d5\u05e6\u05d4 2";
+    const std::string one = "\u05d0&\u05d1";
+    const std::string shownOne = "\u05d0&amp;\u05d1";
+    const std::string name = "\u05e0\u05ea\u05d5\u05e0\u05d9\u05dd.csv";
+    const std::string table = folder.write(name, group + "," + height + "\n" + one + ",1\n" + one + ",2\nb,4\nb,7\nb,\n");
+    const auto apart = [](const std::string& text) { return "<bdi>" + text + "</bdi>"; };
+    ASSERT_EQ(run({"anova", "--group", group, "--value", height, table, "--html", file}).status, done);
+    std::string html = contentOf(file);
+    for (const std::string& sentence :
+         {"<h1>" + apart(height) + " by " + apart(group) + "</h1>",
+          "Does " + apart(height) + " differ among the groups of " + apart(group) + "?</p>", "<li>" + apart(table) + ": 5 rows read",
+          "<li>" + apart(table) + ": warning: 1 of 5 rows left out, missing values: " + apart(height) + " 1</li>",
+          "<dt>SHA-256 of " + apart(table) + "</dt>", "<th scope=\"row\">group 1: " + apart(shownOne) + "</th>"})
+        EXPECT_THAT(html, HasSubstr(sentence));
+    ASSERT_EQ(run({"variances", "--value", height, "--group", group, table, "--html", file}).status, couldNotAnalyse);
+    const std::string samples = folder.write("samples.csv", height + "," + one + "\n1,2\n2,4\n4,7\n");
+    ASSERT_EQ(run({"variances", "--column", "1", "--column2", "2", samples, "--html", file}).status, done);
+    html = contentOf(file);
+    EXPECT_THAT(html, HasSubstr("Do the variances of " + apart(height) + " and " + apart(shownOne) + " differ?"));
+    EXPECT_THAT(html, HasSubstr("<p>sample 1: " + apart(height) + "</p>"));
+    ASSERT_EQ(run({"describe", "--column", height, "--by", group, table, "--html", file}).status, couldNotAnalyse);
+    html = contentOf(file);
+    const std::string part = table + ", " + group + " = " + shownOne;
+    EXPECT_THAT(html, HasSubstr("failed: " + apart(part) + ": 2 observations, at least 3 are needed"));
+    EXPECT_THAT(html, HasSubstr("<th scope=\"row\">" + apart(part) + "</th>"));
+    ASSERT_EQ(run({"columns", table, "--html", file}).status, done);
+    EXPECT_THAT(contentOf(file), HasSubstr("<h2>" + apart(height) + ": number</h2>"));
+}
+
 TEST(Page, takesEveryTextForAText)
 {
     const std::string evil[] = {
@@ -623,12 +825,20 @@ TEST(Page, isThereInWholeOrNotAtAll)
                   cannotAnalyse("--html: there is no program gnuplot (Debian package: gnuplot-nox)"));
         EXPECT_EQ(contentOf(old), "old");
     }
-    const Outcome nowhere = run({"describe", cavendish, "--html", folder.path("none/page.html")});
-    EXPECT_EQ(nowhere.status, couldNotAnalyse);
-    EXPECT_EQ(std::count(nowhere.errors.begin(), nowhere.errors.end(), '\n'), 1) << nowhere.errors;
-    const Outcome full = run({"describe", cavendish, "--html", "/dev/full"});
-    EXPECT_EQ(full.status, couldNotAnalyse);
-    EXPECT_EQ(std::count(full.errors.begin(), full.errors.end(), '\n'), 1) << full.errors;
+    const std::string report = run({"describe", cavendish}).output;
+    const auto behindTheReport = [&report](const std::string& text) { return Outcome{couldNotAnalyse, report, "wqstat: " + text + "\n"}; };
+    const std::string nowhere = folder.path("none/page.html");
+    EXPECT_EQ(run({"describe", cavendish, "--html", nowhere}),
+              behindTheReport(nowhere + ": the page cannot be written: No such file or directory"));
+    EXPECT_EQ(run({"describe", cavendish, "--html", "/dev/full"}), behindTheReport("/dev/full: is no file"));
+    const std::string page = folder.path("page.html");
+    for (const Words& files : {Words{cavendish}, Words{cavendish, cavendish}}) {
+        const Words limited = with({"bash", "-c", "ulimit -f 8; exec \"$@\" > /dev/null", "bash", WQSTAT, "describe"}, files);
+        EXPECT_EQ(runCommand(with(limited, {"--html", page})),
+                  (Outcome{couldNotAnalyse, "",
+                           "wqstat: " + page + ": the page cannot be written: the temporary file for gnuplot: File too large\n"}));
+    }
+    EXPECT_FALSE(std::filesystem::exists(page));
     const std::string data = folder.write("data.html", "1\n2\n3\n");
     EXPECT_EQ(run({"describe", data, "--html", data}), refused("--html: " + data + " is the data file", "describe"));
     EXPECT_EQ(contentOf(data), "1\n2\n3\n");

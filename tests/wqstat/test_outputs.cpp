@@ -149,7 +149,7 @@ TEST(Exports, leaveTheOldFileWhereTheDiskIsFull)
     const std::string data = folder.write("data", many);
     // A limit on the size of files does what a full disk does; the signal that comes with it must not end the program.
     const Outcome outcome = runShell("ulimit -f 16; WQSTAT describe '" + data + "' --export '" + old + "' >/dev/null");
-    EXPECT_EQ(outcome, cannotAnalyse(old + ": the export cannot be written"));
+    EXPECT_EQ(outcome, cannotAnalyse(old + ": the export cannot be written: File too large"));
     EXPECT_EQ(contentOf(old), "old\n");
     EXPECT_THAT(filesIn(folder.path("")), ElementsAre("data", "export"));
 }
@@ -216,7 +216,7 @@ TEST(StandardOutput, thatIsClosedFailsAndTakesNoFile)
 {
     const TempFolder folder;
     const std::string data = folder.write("data", numbers);
-    const Outcome expected = cannotAnalyse("standard output: cannot be written");
+    const Outcome expected = cannotAnalyse("standard output: cannot be written: Bad file descriptor");
     for (const AnalysisCommand& command : analyses) {
         // From a pipe: the copy of it is a file that could take the free descriptor.
         std::string line = "printf '" + command.goodLine + "\\n" + command.goodLine + "\\n" + command.goodLine + "\\n' | WQSTAT";

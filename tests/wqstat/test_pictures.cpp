@@ -1179,9 +1179,9 @@ TEST(Failures, ofGnuplotLeaveTheReportAndTheOldPicture)
         {__LINE__, "echo half; echo >&2; echo '  line 3: bad thing ' >&2; exit 3", "gnuplot failed (exit status 3): line 3: bad thing"},
         {__LINE__, "exit 1", "gnuplot failed (exit status 1)"},
         {__LINE__, "kill -9 $$", "gnuplot failed (signal 9)"},
-        {__LINE__, "true", "the picture cannot be written"},
-        {__LINE__, "echo '<?xml version=\"1.0\"?><svg>'", "the picture cannot be written"},
-        {__LINE__, "echo '</svg>'", "the picture cannot be written"},
+        {__LINE__, "true", "the picture cannot be written: gnuplot has drawn a part of it"},
+        {__LINE__, "echo '<?xml version=\"1.0\"?><svg>'", "the picture cannot be written: gnuplot has drawn a part of it"},
+        {__LINE__, "echo '</svg>'", "the picture cannot be written: gnuplot has drawn a part of it"},
     };
     const std::string report = run({"describe", cavendish}).output;
     for (const auto& row : rows) {
@@ -1201,12 +1201,17 @@ TEST(Failures, ofTheFolderOrTheFileAreTold)
 {
     const TempFolder folder;
     std::filesystem::create_directory(folder.path("folder.svg"));
-    for (const char* const name : {"none/a.svg", "folder.svg"}) {
-        const Outcome outcome = run({"describe", cavendish, "--plot", folder.path(name)});
-        EXPECT_EQ(outcome.status, couldNotAnalyse) << name;
-        EXPECT_THAT(outcome.errors, StartsWith("wqstat: " + folder.path(name) + ": ")) << name;
-        EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << outcome.errors;
-    }
+    const std::string report = run({"describe", cavendish}).output;
+    const std::pair<const char*, const char*> rows[] = {{"none/a.svg", "the picture cannot be written: No such file or directory"},
+                                                        {"folder.svg", "is no file"}};
+    for (const auto& [name, reason] : rows)
+        EXPECT_EQ(run({"describe", cavendish, "--plot", folder.path(name)}),
+                  (Outcome{couldNotAnalyse, report, "wqstat: " + folder.path(name) + ": " + reason + "\n"}));
+    const Outcome full = wq_test::runCommand({"bash", "-c", "ulimit -f 4; exec \"$@\" > /dev/null", "bash", WQSTAT, "regress", "--model",
+                                              "linear", norris, "--plot", folder.path("a.svg")});
+    EXPECT_EQ(full, (Outcome{couldNotAnalyse, "",
+                             "wqstat: " + folder.path("a.svg") +
+                                 ": the picture cannot be written: the temporary file for gnuplot: File too large\n"}));
     EXPECT_THAT(filesIn(folder.path("")), ElementsAre("folder.svg"));
     EXPECT_THAT(filesIn(folder.path("folder.svg")), IsEmpty());
 }

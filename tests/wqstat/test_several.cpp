@@ -114,7 +114,7 @@ TEST(Several, endWhereNothingCanBePrinted)
     Streams streams;
     streams.output = "/dev/full";
     const Outcome outcome = run({"describe", "--list", "0", "28", cavendish, cavendish, cavendish}, streams);
-    EXPECT_EQ(outcome, cannotAnalyse("standard output: cannot be written"));
+    EXPECT_EQ(outcome, cannotAnalyse("standard output: cannot be written: No space left on device"));
 }
 
 TEST(Several, warningsNameTheFile)

@@ -671,7 +671,9 @@ TEST(Exports, thatFailAreToldBehindTheReport)
     const struct {
         std::string target;
         const char* reason;
-    } rows[] = {{folder.path("missing/export"), ": No such file or directory"}, {folder.path(""), ""}, {"/dev/full", ""}};
+    } rows[] = {{folder.path("missing/export"), ": No such file or directory"},
+                {folder.path(""), ": Is a directory"},
+                {"/dev/full", ": No space left on device"}};
     for (const auto& row : rows) {
         const Outcome expected{couldNotAnalyse, report, "wqstat: " + row.target + ": the export cannot be written" + row.reason + "\n"};
         EXPECT_EQ(run({"describe", "--export", row.target, cavendish}), expected);
@@ -696,6 +698,8 @@ TEST(StandardOutput, thatCannotBeWrittenFails)
         Words arguments;
     } rows[] = {
         {__LINE__, {"describe", cavendish}},
+        {__LINE__, {"describe", "--json", cavendish}},
+        {__LINE__, {"describe", "--tsv", cavendish}},
         {__LINE__, {"prob", "factorial", "5"}},
         {__LINE__, {"prob", "--list"}},
         {__LINE__, {"random", "--reals", "1000000000000"}},  // it does not go on drawing
@@ -705,7 +709,7 @@ TEST(StandardOutput, thatCannotBeWrittenFails)
     for (const auto& row : rows) {
         const Outcome outcome = run(row.arguments, {"/dev/null", "/dev/full"});
         EXPECT_EQ(outcome.status, couldNotAnalyse) << "row of line " << row.line;
-        EXPECT_EQ(outcome.errors, "wqstat: standard output: cannot be written\n") << "row of line " << row.line;
+        EXPECT_EQ(outcome.errors, "wqstat: standard output: cannot be written: No space left on device\n") << "row of line " << row.line;
     }
 }
 

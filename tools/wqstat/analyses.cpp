@@ -5,6 +5,7 @@
 #include "command_line/failure.h"
 #include "command_line/arguments.h"
 #include "data_files/two_data_files.h"
+#include "results/figures.h"
 
 #include <CLI/CLI.hpp>
 
@@ -131,7 +132,7 @@ class FrequencyClasses final : public AnalysisCommand {
 
 class Variances final : public TwoSampleCommand {
     std::string analysisName() const override { return "test of two variances"; }
-    std::string aboutBoth(const std::string& first, const std::string& second) const override { return second + " by " + first; }
+    Sentence aboutBoth(const Sentence& first, const Sentence& second) const override { return second + " by " + first; }
 
     std::string filesText() const override
     {
@@ -183,7 +184,7 @@ const ColumnOption columnY{"--y", ColumnKind::number, "y"};
 template <typename Analysis>
 class Paired final : public AnalysisCommand {
     std::string analysisName() const override { return std::is_same_v<Analysis, wq_lib::Correlation> ? "correlation" : "paired samples"; }
-    std::string aboutBoth(const std::string& first, const std::string& second) const override { return first + " and " + second; }
+    Sentence aboutBoth(const Sentence& first, const Sentence& second) const override { return first + " and " + second; }
 
     void declareOptions(CLI::App& app) override
     {
@@ -207,7 +208,7 @@ class Paired final : public AnalysisCommand {
 
 class Regress final : public AnalysisCommand {
     std::string analysisName() const override { return model + " regression"; }
-    std::string aboutBoth(const std::string& first, const std::string& second) const override { return second + " by " + first; }
+    Sentence aboutBoth(const Sentence& first, const Sentence& second) const override { return second + " by " + first; }
 
     PlotChoices plotChoices() const override { return {"xy", true}; }
 
@@ -249,7 +250,7 @@ class Regress final : public AnalysisCommand {
 
 class Anova final : public AnalysisCommand {
     std::string analysisName() const override { return "one-way Anova"; }
-    std::string aboutBoth(const std::string& first, const std::string& second) const override { return second + " by " + first; }
+    Sentence aboutBoth(const Sentence& first, const Sentence& second) const override { return second + " by " + first; }
 
     void declareOptions(CLI::App& app) override
     {
@@ -276,7 +277,10 @@ class Anova final : public AnalysisCommand {
     {
         if (!readsTables()) return readNamedPairs(anova);
         const TableRows& table = readTable(anova, chosen({&group, &value}), [&anova](const double* row) { anova.add(row[0], row[1]); });
-        words = {table.title(0), table.title(1), "group", table.labels(0).all()};
+        words.xTitle = table.title(0);
+        words.yTitle = table.title(1);
+        words.item = "group";
+        words.labels = table.labels(0).all();
         return table;
     }
 
@@ -287,7 +291,7 @@ class Anova final : public AnalysisCommand {
 
 class MultiY final : public AnalysisCommand {
     std::string analysisName() const override { return "regression with several y for each x"; }
-    std::string aboutBoth(const std::string& first, const std::string& second) const override { return second + " by " + first; }
+    Sentence aboutBoth(const Sentence& first, const Sentence& second) const override { return second + " by " + first; }
 
     void declareOptions(CLI::App& app) override
     {
@@ -369,6 +373,7 @@ class Fit final : public AnalysisCommand {
         if (column.given()) return readClasses(test);
         const TableRows& table = readTable(test, chosen({&observed, &expected}), [&test](const double* row) { test.add(row[0], row[1]); });
         words.yTitle = table.title(0);
+        words.compared = {table.title(0), table.title(1)};
         return table;
     }
 
@@ -395,6 +400,7 @@ class Fit final : public AnalysisCommand {
                                 (counts.size() == 1 ? " class" : " classes") + ", but --ratio has " + std::to_string(ratio.size()) +
                                 " parts");
         words.labels = labels;
+        for (const double share : ratio) words.ratio += (words.ratio.empty() ? "" : ":") + figures(share, 15);
         const double total = std::accumulate(counts.begin(), counts.end(), 0.0);
         const double parts = std::accumulate(ratio.begin(), ratio.end(), 0.0);
         for (std::size_t i = 0; i < counts.size(); ++i) test.add(counts[i], total * ratio[i] / parts);
@@ -492,8 +498,11 @@ class KolmogorovSmirnov final : public TwoSampleCommand {
             test.add(row[0], row[1]);
             if (className.given() && row[2] != static_cast<double>(test.getSampleSize())) repeated = static_cast<std::size_t>(row[2]);
         });
+        words.compared = {table.title(0), table.title(1)};
         if (!className.given()) return table;
-        words = {table.title(2), "", "class", table.labels(2).all()};
+        words.xTitle = table.title(2);
+        words.item = "class";
+        words.labels = table.labels(2).all();
         if (repeated > 0)
             throw CannotAnalyse(table.name() + ": " + inQuotes(words.labels[repeated - 1]) + " stands in " + table.title(2) +
                                 " more than once");

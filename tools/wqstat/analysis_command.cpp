@@ -13,7 +13,6 @@
 #include "results/figures.h"
 #include "results/json_writer.h"
 #include "results/output_file.h"
-#include "results/sha256.h"
 #include "results/tsv_writer.h"
 
 #include <CLI/CLI.hpp>
@@ -21,6 +20,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <iostream>
 #include <set>
@@ -131,7 +131,9 @@ void AnalysisCommand::analyseNext()
 const Input& AnalysisCommand::open(const std::string& name, Layout layout, const std::function<bool(const std::string&)>& readFile)
 {
     inputNames.push_back(name);
-    auto file = std::make_unique<InputFile>(name, layout, lenient ? Surprise::warns : Surprise::stops, tableOptions);
+    StreamFingerprint fingerprint(name, !views.pageName().empty());
+    auto file = std::make_unique<InputFile>(name, layout, lenient ? Surprise::warns : Surprise::stops, tableOptions, fingerprint.handler());
+    fingerprints[name] = fingerprint.text();
     const InputFile& input = *file;
     inputs.push_back(std::move(file));
     progress().show("reading " + input.name());
@@ -167,8 +169,10 @@ const TableRows& AnalysisCommand::readTable(wq_lib::BasicStatistics& analysis, c
     analysis.setSignificance(alpha);
     inputNames.push_back(name);
     if (!tableOptions.by().empty()) return readPart(name, columns, takeRow);
-    auto table = std::make_unique<Table>(name, tableOptions.format());
+    StreamFingerprint fingerprint(name, !views.pageName().empty());
+    auto table = std::make_unique<Table>(name, tableOptions.format(), fingerprint.handler());
     table->read(columns, takeRow);
+    fingerprints[name] = fingerprint.text();
     progress().show("analysing");
     const Table& input = *table;
     inputs.push_back(std::move(table));
@@ -180,13 +184,15 @@ const TableRows& AnalysisCommand::readTable(wq_lib::BasicStatistics& analysis, c
 const TableRows& AnalysisCommand::readPart(const std::string& name, const std::vector<Column>& columns, const RowHandler& takeRow)
 {
     if (part == 0) {
-        const auto table = std::make_shared<Table>(name, tableOptions.format());
+        StreamFingerprint fingerprint(name, !views.pageName().empty());
+        const auto table = std::make_shared<Table>(name, tableOptions.format(), fingerprint.handler());
         tableParts = partsOf(table, columns, tableOptions.by());
+        fingerprints[name] = fingerprint.text();
         if (tableParts.empty()) table->require(0, 1);
         if (tableOptions.verbose()) printWarning(table->description());
         if (views.warnings())
-            for (const std::string& warning : table->warnings()) printWarning(warning);
-        const std::vector<std::string> warnings = table->warnings();
+            for (const Sentence& warning : table->warnings()) printWarning(warning.text());
+        const std::vector<Sentence> warnings = table->warnings();
         pageOfAll.notes.insert(pageOfAll.notes.end(), warnings.begin(), warnings.end());
         progress().show("analysing");
     }
@@ -293,7 +299,7 @@ void AnalysisCommand::printWarnings(const std::vector<std::string>& ofAnalysis) 
     for (const std::string& description : descriptions) printWarning(description);
     if (!views.warnings()) return;
     for (const auto& input : inputs)
-        for (const std::string& warning : input->warnings()) printWarning(warning);
+        for (const Sentence& warning : input->warnings()) printWarning(warning.text());
     const std::string name = isOneOfSeveral ? inputs.back()->name() + ": " : "";
     for (const std::string& warning : ofAnalysis) printWarning(name + "warning: " + warning);
 }
@@ -301,14 +307,14 @@ void AnalysisCommand::printWarnings(const std::vector<std::string>& ofAnalysis) 
 /** What the numbers that stand for labels mean. */
 void AnalysisCommand::printKey() const
 {
-    for (const std::string& line : keyLines()) std::cout << line << '\n';
+    for (const Sentence& line : keyLines()) std::cout << line.text() << '\n';
 }
 
-std::vector<std::string> AnalysisCommand::keyLines() const
+std::vector<Sentence> AnalysisCommand::keyLines() const
 {
-    std::vector<std::string> lines;
+    std::vector<Sentence> lines;
     for (const std::string& label : words.labels)
-        lines.push_back(words.item + " " + std::to_string(lines.size() + 1) + ": " + shown(label));
+        lines.push_back(words.item + " " + std::to_string(lines.size() + 1) + ": " + Sentence::name(shown(label)));
     return lines;
 }
 
@@ -325,7 +331,8 @@ void AnalysisCommand::writeExport(const std::function<bool(const std::string&)>&
 {
     std::cout.flush();  // the export may go to the same place
     OutputFile file(outputs.exportName(), "the export");
-    if (!writeFile(file.path())) file.fail();
+    errno = 0;
+    if (!writeFile(file.path())) file.fail(errno);
     file.keep();
 }
 
@@ -348,9 +355,7 @@ PictureWords AnalysisCommand::pictureWords() const
     };
     const std::string x = firstOf(plot.xLabel, cutTitle(words.xTitle), namesInComment.x);
     const std::string y = firstOf(plot.yLabel, cutTitle(words.yTitle), namesInComment.y);
-    const std::string about = subject(x, y);
-    const std::string source = about.empty() ? filesInTitle() + titleSeparator + analysisName() : about;
-    PictureWords asked{source, plot.title, x, y, plot.logarithmic, plot.residuals, plot.canvas, words.labels};
+    PictureWords asked{source(x, y).text(), plot.title, x, y, plot.logarithmic, plot.residuals, plot.canvas, words.labels};
     if (plot.residuals && !asked.canvas.isGiven) asked.canvas.height = 800.0;
     finish(asked.canvas, plot.fontSize, plot.dots);
     return asked;
@@ -373,12 +378,29 @@ std::string AnalysisCommand::filesInTitle() const
 }
 
 /** What the analysis is about, by the names of its variables; empty where they have none. */
-std::string AnalysisCommand::subject(const std::string& x, const std::string& y) const
+Sentence AnalysisCommand::subject(const std::string& x, const std::string& y) const
 {
-    if (!x.empty() && !y.empty()) return aboutBoth(x, y);
-    if (!x.empty() || !words.yTitle.empty()) return x.empty() ? cutTitle(words.yTitle) : x;
-    if (words.item == "sample" && words.labels.size() == 2) return cutTitle(words.labels[0]) + " and " + cutTitle(words.labels[1]);
-    return "";
+    if (!x.empty() && !y.empty()) return aboutBoth(Sentence::name(x), Sentence::name(y));
+    if (!x.empty() || !words.yTitle.empty()) return Sentence::name(x.empty() ? cutTitle(words.yTitle) : x);
+    if (words.item == "sample" && words.labels.size() == 2)
+        return Sentence::name(cutTitle(words.labels[0])) + " and " + Sentence::name(cutTitle(words.labels[1]));
+    return {};
+}
+
+/** What the data are called: by what the analysis is about, or else by their files. */
+Sentence AnalysisCommand::source(const std::string& x, const std::string& y) const
+{
+    const Sentence about = subject(x, y);
+    return about.empty() ? Sentence::name(filesInTitle()) + titleSeparator + analysisName() : about;
+}
+
+VariableNames AnalysisCommand::variableNames(const PictureWords& asked) const
+{
+    VariableNames names{asked.xLabel, asked.yLabel, {}, {}, words.ratio};
+    for (const std::string& title : words.compared) names.compared.push_back(cutTitle(title));
+    if (words.item == "sample" && words.labels.size() == 2)
+        for (const std::string& label : words.labels) names.samples.push_back(cutTitle(label));
+    return names;
 }
 
 PageContent AnalysisCommand::contentOfInputs(const HeldData& held) const
@@ -391,29 +413,12 @@ PageContent AnalysisCommand::contentOfInputs(const HeldData& held) const
     page.leavesOut = !held.leftOut.empty();
     for (std::size_t i = 0; i < inputs.size(); ++i) {
         page.files.push_back({inputs[i]->name(), readText(held, i, inputs.size(), inputs[i]->rowsRead()), ""});
-        for (const std::string& warning : inputs[i]->warnings()) page.warnings.push_back(warning);
+        for (const Sentence& warning : inputs[i]->warnings()) page.warnings.push_back(warning);
     }
     return page;
 }
 
 namespace {
-
-/** Empty where it is no file on a disk. */
-std::string fingerprintOf(const std::string& name, const std::string& shownName)
-{
-    std::error_code ignored;
-    return name != "-" && std::filesystem::is_regular_file(name, ignored) ? sha256Of(name, shownName) : "";
-}
-
-/** A file that could not be read stands on the page all the same. */
-std::string fingerprintIfReadable(const std::string& name)
-{
-    try {
-        return fingerprintOf(name, name);
-    } catch (const CannotAnalyse&) {
-        return "";
-    }
-}
 
 std::string nameOf(const std::string& name) { return name == "-" ? "standard input" : name; }
 
@@ -421,7 +426,19 @@ std::string nameOf(const std::string& name) { return name == "-" ? "standard inp
 
 void AnalysisCommand::addFingerprints(PageContent& content) const
 {
-    for (std::size_t i = 0; i < inputNames.size(); ++i) content.files[i].sha256 = fingerprintOf(inputNames[i], content.files[i].name);
+    for (std::size_t i = 0; i < inputNames.size(); ++i) setFingerprint(content.files[i], inputNames[i], fingerprints.at(inputNames[i]));
+}
+
+/** A file that could not be read stands on the page all the same. */
+PageFile AnalysisCommand::fileOfSeveral(const std::string& name) const
+{
+    PageFile file{nameOf(name), "", ""};
+    const auto taken = fingerprints.find(name);
+    try {
+        setFingerprint(file, name, taken == fingerprints.end() ? "" : taken->second);
+    } catch (const CannotAnalyse&) {  // it has none
+    }
+    return file;
 }
 
 void AnalysisCommand::writePage(const std::string& html) const
@@ -437,7 +454,8 @@ void AnalysisCommand::keepFailure(const std::string& text)
     if (views.pageName().empty()) return;
     OneOfSeveral one;
     one.name = inputs.empty() ? nameOf(fileNames.back()) : inputs.back()->name();
-    one.failure = text;
+    const bool isNamed = text.compare(0, one.name.size(), one.name) == 0;
+    one.failure = isNamed ? Sentence::name(one.name) + text.substr(one.name.size()) : Sentence(text);
     pageOfAll.analyses.push_back(one);
 }
 
@@ -457,19 +475,20 @@ PictureWords AnalysisCommand::wordsOfMultiple(const std::string& name) const
 
 void AnalysisCommand::writePageOfSeveral()
 {
+    pageOfAll.fileName = views.pageName();
     pageOfAll.command = commandName;
-    pageOfAll.heading = views.plot().title.value_or("");
+    pageOfAll.heading = Sentence::name(views.plot().title.value_or(""));
     if (pageOfAll.heading.empty()) pageOfAll.heading = counted(pageOfAll.analyses.size(), "analysis", "analyses");
     const std::string source =
         givenFiles.size() > 1 ? counted(givenFiles.size(), "file", "files") : nameOf(givenFiles.empty() ? "-" : givenFiles.front());
     pageOfAll.title =
-        pageOfAll.heading + titleSeparator + analysisName() + titleSeparator + std::filesystem::path(source).filename().string();
+        pageOfAll.heading.text() + titleSeparator + analysisName() + titleSeparator + std::filesystem::path(source).filename().string();
     pageOfAll.alpha = alpha;
     pageOfAll.version = versionText();
     pageOfAll.commandLine = commandLine();
     std::set<std::string> named;
     for (const std::string& name : givenFiles.empty() ? std::vector<std::string>{"-"} : givenFiles)
-        if (named.insert(name).second) pageOfAll.files.push_back({nameOf(name), "", fingerprintIfReadable(name)});
+        if (named.insert(name).second) pageOfAll.files.push_back(fileOfSeveral(name));
     progress().show("drawing");
     writePage(htmlPageOfSeveral(pageOfAll));
 }

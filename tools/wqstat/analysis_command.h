@@ -16,6 +16,7 @@
 #include "results/held_data.h"
 #include "results/html_page.h"
 #include "results/html_page_of_several.h"
+#include "results/page_file.h"
 #include "command_line/progress.h"
 #include "results/textbook.h"
 #include "results/warnings.h"
@@ -24,6 +25,7 @@
 
 #include <functional>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -63,7 +65,7 @@ protected:
     virtual std::string analysisName() const = 0;
 
     /** What it is about where both axes have names; of a single variable the y axis shows a count. */
-    virtual std::string aboutBoth(const std::string& x, const std::string&) const { return x; }
+    virtual Sentence aboutBoth(const Sentence& x, const Sentence&) const { return x; }
 
     /** What its pictures can show besides the usual. */
     virtual PlotChoices plotChoices() const { return {}; }
@@ -178,7 +180,7 @@ private:
         const Picture drawn = picture(analysis, wordsOfPicture);
         PageContent page = contentOf(analysis, wordsOfPicture, drawn.title);
         addFingerprints(page);
-        page.picture = inlineSvg(drawn, "picture-");
+        page.picture = inlineSvg(drawn, "picture-", views.pageName());
         return page;
     }
 
@@ -208,10 +210,11 @@ private:
     PageContent contentOf(Analysis& analysis, const PictureWords& wordsOfPicture, const std::string& title) const
     {
         PageContent page = contentOfInputs(heldBy(analysis));
-        page.heading = title;
-        const bool isOfFiles = title == wordsOfPicture.source && subject(wordsOfPicture.xLabel, wordsOfPicture.yLabel).empty();
+        const bool isOwn = title == wordsOfPicture.source;
+        page.heading = isOwn ? source(wordsOfPicture.xLabel, wordsOfPicture.yLabel) : Sentence::name(title);
+        const bool isOfFiles = isOwn && subject(wordsOfPicture.xLabel, wordsOfPicture.yLabel).empty();
         page.title = isOfFiles ? title : title + titleSeparator + analysisName() + titleSeparator + filesInTitle();
-        page.statement = statementOf(analysis, {wordsOfPicture.xLabel, wordsOfPicture.yLabel});
+        page.statement = statementOf(analysis, variableNames(wordsOfPicture));
         const auto exact = wq_exact::of(analysis);
         page.textbook = textbook(exact);
         page.textbook->setWarnings(warningsOf(exact, analysis).others);
@@ -222,9 +225,12 @@ private:
 
     std::string nameInTitle(std::size_t input) const;
     std::string filesInTitle() const;
-    std::string subject(const std::string& x, const std::string& y) const;
+    Sentence subject(const std::string& x, const std::string& y) const;
+    Sentence source(const std::string& x, const std::string& y) const;
+    VariableNames variableNames(const PictureWords& asked) const;
     PageContent contentOfInputs(const HeldData& held) const;
     void addFingerprints(PageContent& page) const;
+    PageFile fileOfSeveral(const std::string& name) const;
     PictureWords wordsOfMultiple(const std::string& name) const;
     void writePage(const std::string& html) const;
     void writePageOfSeveral();
@@ -233,7 +239,7 @@ private:
     void printWarnings(const std::vector<std::string>& ofAnalysis) const;
     void printWarning(const std::string& text) const;
     void printKey() const;
-    std::vector<std::string> keyLines() const;
+    std::vector<Sentence> keyLines() const;
     std::string exportComment(const wq_lib::BasicStatistics& analysis) const;
     void writeExport(const std::function<bool(const std::string&)>& writeFile) const;
     PictureWords pictureWords() const;
@@ -253,8 +259,9 @@ private:
     TableOptions tableOptions;
     std::unique_ptr<ResultWriter> writer;
     bool isOneOfSeveral = false;
-    bool hasPrinted = false;   // the report of another analysis
-    SeveralContent pageOfAll;  // of several analyses
+    bool hasPrinted = false;                          // the report of another analysis
+    SeveralContent pageOfAll;                         // of several analyses
+    std::map<std::string, std::string> fingerprints;  // of what can be read only once, by name
     ExitStatus status = done;
 
     // Of the analysis that is made.

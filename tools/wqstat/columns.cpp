@@ -14,7 +14,7 @@
 #include "data_files/table_options.h"
 #include "results/json_writer.h"
 #include "results/output_file.h"
-#include "results/sha256.h"
+#include "results/page_file.h"
 #include "results/tsv_writer.h"
 
 #include <CLI/CLI.hpp>
@@ -22,11 +22,9 @@
 #include <wq_stat/version.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <iostream>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -79,7 +77,8 @@ class Columns final : public Command {
         if (isToBeShown && pageName.empty()) throw CannotAnalyse("--open: there is nothing to show without --html");
         if (isToBeShown) requireViewer();
         progress().show("reading");
-        Table table(name, tableOptions.format());
+        StreamFingerprint fingerprint(name, !pageName.empty());
+        Table table(name, tableOptions.format(), fingerprint.handler());
         if (!pageName.empty()) guardOutput("--html", pageName, {table.identity()});
         if (!table.commandsWithoutColumns().empty()) {
             progress().hide();
@@ -92,7 +91,7 @@ class Columns final : public Command {
         progress().hide();
         if (tableOptions.verbose()) std::cerr << "wqstat: " << table.description(hasComma(view.profile)) << '\n';
         print(view, name);
-        if (!pageName.empty()) writePage(view, name);
+        if (!pageName.empty()) writePage(view, name, fingerprint.text());
         if (isToBeShown && std::cout.flush()) show(pageName);
         return done;
     }
@@ -155,13 +154,13 @@ class Columns final : public Command {
         writer.finish();
     }
 
-    void writePage(const TableView& view, const std::string& name) const
+    void writePage(const TableView& view, const std::string& name, const std::string& taken) const
     {
-        std::error_code ignored;
-        const bool onDisk = name != "-" && std::filesystem::is_regular_file(name, ignored);
         OutputFile file(pageName, "the page");
         if (file.isDirect()) throw CannotAnalyse(shown(pageName) + ": is no file");
-        file.write(viewPage(view, {{view.name, "", onDisk ? sha256Of(name, view.name) : ""}, commandLine(), versionText()}));
+        PageFile data{view.name, "", ""};
+        setFingerprint(data, name, taken);
+        file.write(viewPage(view, {data, commandLine(), versionText()}));
         file.keep();
     }
 

@@ -16,6 +16,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cerrno>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -145,7 +146,10 @@ private:
     static int finished(ExitStatus status = done)
     {
         if (std::cout.flush()) return status;
-        return failure("standard output: cannot be written", couldNotAnalyse);
+        std::cout.clear();  // one more line end, behind what was cut off, tells the reason
+        errno = 0;
+        const bool isUnknown = static_cast<bool>((std::cout << '\n').flush());
+        return failure("standard output: cannot be written" + because(isUnknown ? 0 : errno), couldNotAnalyse);
     }
 
     int usageFailure(const std::string& text) const

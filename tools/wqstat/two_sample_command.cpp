@@ -26,7 +26,8 @@ const Input& TwoSampleCommand::readSamples(wq_lib::BasicStatistics& analysis, co
                                                for (std::size_t sample = 0; sample < 2; ++sample)
                                                    if (!std::isnan(row[sample])) take(sample, row[sample]);
                                            });
-        words = {"", "", "sample", {table.title(0), table.title(1)}};
+        words.item = "sample";
+        words.labels = {table.title(0), table.title(1)};
         return table;
     }
     words.yTitle = readTable(analysis, files()[0], {column.column()}, [&take](const double* row) { take(0, row[0]); }).title(0);
@@ -42,7 +43,10 @@ const Input& TwoSampleCommand::readGroups(wq_lib::BasicStatistics& analysis, con
     if (labels.size() != 2)
         throw CannotAnalyse(table.name() + ": " + table.title(0) + " has " + std::to_string(labels.size()) +
                             (labels.size() == 1 ? " group" : " groups") + ", exactly two are needed");
-    words = {table.title(0), table.title(1), "sample", labels};
+    words.xTitle = table.title(0);
+    words.yTitle = table.title(1);
+    words.item = "sample";
+    words.labels = labels;
     return table;
 }
 

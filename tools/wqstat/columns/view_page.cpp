@@ -119,8 +119,8 @@ void drawColumn(HtmlWriter& html, const ColumnProfile& column)
 
 void columnSection(HtmlWriter& html, const ColumnProfile& column, std::size_t index)
 {
-    html.open("section", {{"class", "column"}}).open("h2").inlined("bdi", shown(column.title()));
-    html.text(std::string(": ") + nameOf(column.kind())).close();
+    html.open("section", {{"class", "column"}});
+    html.sentence("h2", Sentence::name(shown(column.title())) + ": " + nameOf(column.kind()));
     drawColumn(html, column);
     ColumnTable table(html, column, index);
     table.count("rows", "rows", column.rows());
@@ -141,7 +141,8 @@ void columnSection(HtmlWriter& html, const ColumnProfile& column, std::size_t in
                              (numbers == &column.numberSummary() ? "numbers" : "dates") + " alone.",
                          {{"class", "warns"}});
         html.element("p", "The first cells unlike most:", {{"class", "warns"}}).open("ul");
-        for (const OddCell& cell : column.oddCells()) html.element("li", "line " + std::to_string(cell.line) + ": " + inQuotes(cell.text));
+        for (const OddCell& cell : column.oddCells())
+            html.sentence("li", "line " + std::to_string(cell.line) + ": " + Sentence::name(inQuotes(cell.text)));
         html.close();
     }
     for (const std::string& note : notesOf(column)) html.element("p", note, {{"class", "warns"}});
@@ -181,7 +182,7 @@ std::string viewPage(const TableView& view, const PageOrigin& origin)
     HtmlWriter html;
     pageHead(html, "Columns of " + view.name);
     html.open("body").open("main");
-    html.open("header").element("h1", view.name);
+    html.open("header").name("h1", view.name);
     html.element("p", "What do the columns of the table hold?", {{"class", "question"}});
     html.element("p",
                  counted(profile.rows, "row", "rows") + ", " + counted(profile.columns.size(), "column", "columns") +

@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace wqstat {
 
@@ -19,6 +20,9 @@ class WrongUsage : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
+
+/** ": No space left on device", behind what could not be done; empty where the system gives no reason. @param error errno, or 0 */
+inline std::string because(int error) { return error == 0 ? "" : ": " + std::generic_category().message(error); }
 
 /** What read() returns; wrong usage that it meets is told with the name of the argument. */
 template <typename Read>

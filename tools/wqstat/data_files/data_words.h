@@ -10,8 +10,10 @@ namespace wqstat {
 struct DataWords {
     std::string xTitle;  ///< title of the column that the x axis of a picture shows
     std::string yTitle;
-    std::string item;                 ///< what the labels name: "group", "class" or "sample"
-    std::vector<std::string> labels;  ///< of item 1, 2, ... in the order of the analysis
+    std::string item;                   ///< what the labels name: "group", "class" or "sample"
+    std::vector<std::string> labels;    ///< of item 1, 2, ... in the order of the analysis
+    std::vector<std::string> compared;  ///< titles of two columns of frequencies
+    std::string ratio;                  ///< in which frequencies are expected
 };
 
 }  // namespace wqstat

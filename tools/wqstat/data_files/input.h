@@ -1,6 +1,7 @@
 // What the analyses need to know of the data they were given, wherever these came from.
 #pragma once
 
+#include "command_line/sentence.h"
 #include "file_identity.h"
 
 #include <cstddef>
@@ -21,7 +22,7 @@ public:
     virtual const std::optional<FileIdentity>& identity() const = 0;
 
     /** One line of text for each surprise. */
-    virtual std::vector<std::string> warnings() const = 0;
+    virtual std::vector<Sentence> warnings() const = 0;
 
     /** How many rows of a table were read, those that were left out included; nullptr where it is no table. */
     virtual const std::size_t* rowsRead() const { return nullptr; }

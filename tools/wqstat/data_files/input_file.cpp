@@ -8,16 +8,40 @@
 
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <streambuf>
 #include <system_error>
 
 namespace wqstat {
 
-InputFile::InputFile(const std::string& fileName, Layout fileLayout, Surprise what, const TableOptions& options)
+namespace {
+
+/** What is read of another stream, shown to a handler on its way. */
+class WatchedBuffer final : public std::streambuf {
+public:
+    WatchedBuffer(std::istream& watched, const BytesHandler& handler) : source(watched), handle(handler) {}
+
+private:
+    std::streamsize xsgetn(char* to, std::streamsize room) override
+    {
+        const std::streamsize taken = source.rdbuf()->sgetn(to, room);
+        handle({to, static_cast<std::size_t>(taken)});
+        return taken;
+    }
+
+    std::istream& source;
+    const BytesHandler& handle;
+};
+
+}  // namespace
+
+InputFile::InputFile(const std::string& fileName, Layout fileLayout, Surprise what, const TableOptions& options, const BytesHandler& handle)
     : givenName(shown(fileName)),
       readablePath(fileName),
       file(fileName == "-" ? identityOf(STDIN_FILENO) : identityOf(fileName)),
@@ -28,7 +52,7 @@ InputFile::InputFile(const std::string& fileName, Layout fileLayout, Surprise wh
     if (fileName == "-") {
         givenName = "standard input";
         progress().show("reading " + givenName);
-        checkCopying(std::cin);
+        checkCopying(std::cin, handle);
         return;
     }
     if (fileName.empty()) givenName = "''";
@@ -43,7 +67,7 @@ InputFile::InputFile(const std::string& fileName, Layout fileLayout, Surprise wh
         check(stream);
     } else {
         progress().show("reading " + givenName);
-        checkCopying(stream);
+        checkCopying(stream, handle);
     }
 }
 
@@ -69,13 +93,21 @@ void InputFile::check(std::istream& source)
     if (source.bad()) throw CannotAnalyse(givenName + ": reading failed");
 }
 
-void InputFile::checkCopying(std::istream& source)
+void InputFile::checkCopying(std::istream& source, const BytesHandler& handle)
 {
     copy = makeTemporaryFile("for " + givenName);
     readablePath = pathOf(copy);
-    check(source);
+    if (handle) {
+        WatchedBuffer buffer(source, handle);
+        std::istream watched(&buffer);
+        check(watched);
+        for (std::array<char, blockSize> rest; watched.read(rest.data(), rest.size());) continue;
+        if (watched.bad()) throw CannotAnalyse(givenName + ": reading failed");
+    } else {
+        check(source);
+    }
     if (std::fflush(copy.get()) != 0 || std::ferror(copy.get()) != 0)
-        throw CannotAnalyse(givenName + ": the temporary file cannot be written");
+        throw CannotAnalyse(givenName + ": the temporary file cannot be written" + because(errno));
     std::rewind(copy.get());
 }
 

@@ -5,6 +5,7 @@
 #include "line_check.h"
 #include "table_options.h"
 #include "temporary_file.h"
+#include "text_source.h"
 
 #include <cstddef>
 #include <istream>
@@ -24,9 +25,10 @@ public:
      * @param fileName a path; "-" means standard input.
      * @param surprise what becomes of a line that the library reads otherwise than meant.
      * @param tables names what a table would be read by, for someone who gives one.
+     * @param handle may be empty; it is given all bytes of what can be read only once, those behind the data too.
      * @throws CannotAnalyse when it cannot be opened, or with the line and the text that the library would refuse.
      */
-    InputFile(const std::string& fileName, Layout layout, Surprise surprise, const TableOptions& tables);
+    InputFile(const std::string& fileName, Layout layout, Surprise surprise, const TableOptions& tables, const BytesHandler& handle = {});
 
     const std::string& name() const override { return givenName; }
 
@@ -34,13 +36,13 @@ public:
     const std::string& path() const { return readablePath; }
 
     const std::optional<FileIdentity>& identity() const override { return file; }
-    std::vector<std::string> warnings() const override { return lines.warnings; }
+    std::vector<Sentence> warnings() const override { return lines.warnings; }
 
     void require(std::size_t held, std::size_t least) const override;
 
 private:
     void check(std::istream& source);
-    void checkCopying(std::istream& source);
+    void checkCopying(std::istream& source, const BytesHandler& handle);
 
     std::string givenName;
     std::string readablePath;

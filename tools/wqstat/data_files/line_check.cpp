@@ -150,8 +150,8 @@ public:
         result.lacksCounts = seen[noCount].count > 0 && !countSeen;
         for (const Seen& kind : seen)
             if (kind.count > shownPerKind)
-                result.warnings.push_back(name + ": warning: " + std::to_string(kind.count - shownPerKind) + " more lines like line " +
-                                          std::to_string(kind.first));
+                result.warnings.push_back(Sentence::name(name) + ": warning: " + std::to_string(kind.count - shownPerKind) +
+                                          " more lines like line " + std::to_string(kind.first));
         return result;
     }
 
@@ -313,7 +313,7 @@ private:
         if (surprise == Surprise::stops) return stop(wrong);
         if (seen[kind].count == 0) seen[kind].first = number;
         if (seen[kind].count++ < shownPerKind)
-            result.warnings.push_back(name + ":" + std::to_string(number) + ": warning: " + wrong +
+            result.warnings.push_back(Sentence::name(name) + ":" + std::to_string(number) + ": warning: " + wrong +
                                       (consequence.empty() ? "" : ": " + consequence));
         return true;
     }

@@ -1,6 +1,8 @@
 // A look at the lines of a data file: where the library stops, and what it reads in a way that may surprise.
 #pragma once
 
+#include "command_line/sentence.h"
+
 #include <cstddef>
 #include <cstdio>
 #include <istream>
@@ -27,10 +29,10 @@ enum class Surprise {
 struct LineCheck {
     std::size_t stopLine = 0;  ///< here something is wrong, and nothing behind it has been looked at
     std::string stopReason;
-    std::string tableStart;             ///< where the first line with data stops the check: this line and what was read behind it
-    std::size_t cutLine = 0;            ///< too long, so that reading ends with it
-    bool lacksCounts = false;           ///< a series whose lines name no repeat count
-    std::vector<std::string> warnings;  ///< "FILE:LINE: warning: what"
+    std::string tableStart;          ///< where the first line with data stops the check: this line and what was read behind it
+    std::size_t cutLine = 0;         ///< too long, so that reading ends with it
+    bool lacksCounts = false;        ///< a series whose lines name no repeat count
+    std::vector<Sentence> warnings;  ///< "FILE:LINE: warning: what"
 };
 
 /**

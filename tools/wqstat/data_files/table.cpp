@@ -39,12 +39,12 @@ std::string listed(const std::vector<std::string>& titles)
     return text + (titles.size() > mostNamed ? ", ..." : "");
 }
 
-Table::Table(const std::string& fileName, const TableFormat& wanted)
+Table::Table(const std::string& fileName, const TableFormat& wanted, const BytesHandler& handle)
     : shownName(nameFor(fileName)),
       file(fileName == "-" ? identityOf(STDIN_FILENO) : identityOf(fileName)),
       format(wanted)
 {
-    TextSource text = openText(fileName, shownName);
+    TextSource text = openText(fileName, shownName, handle);
     wrappings = std::move(text.wrappings);
     records = std::make_unique<CsvRecords>(std::move(text.bytes), shownName);
     if (format.header == TableFormat::Header::found) ownCommands = commandsForOwnFormat(records->begin());

@@ -5,6 +5,7 @@
 #include "csv_records.h"
 #include "own_format.h"
 #include "table_rows.h"
+#include "text_source.h"
 
 #include <algorithm>
 #include <array>
@@ -54,9 +55,10 @@ public:
     /**
      * Opens the file, finds its format, and reads the header.
      * @param fileName a path; "-" means standard input.
+     * @param handle may be empty; it is given the bytes of the file as they stand there.
      * @throws CannotAnalyse
      */
-    Table(const std::string& fileName, const TableFormat& format);
+    Table(const std::string& fileName, const TableFormat& format, const BytesHandler& handle = {});
 
     const std::string& name() const override { return shownName; }
     const std::optional<FileIdentity>& identity() const override { return file; }

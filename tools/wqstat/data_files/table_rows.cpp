@@ -5,15 +5,15 @@
 
 namespace wqstat {
 
-std::vector<std::string> TableRows::warnings() const
+std::vector<Sentence> TableRows::warnings() const
 {
     if (counts.leftOut == 0) return {};
-    std::string text =
-        name() + ": warning: " + std::to_string(counts.leftOut) + " of " + counted(counts.rows, "row") + " left out, missing values: ";
+    Sentence text = Sentence::name(name()) + ": warning: " + std::to_string(counts.leftOut) + " of " + counted(counts.rows, "row") +
+                    " left out, missing values: ";
     const char* between = "";
     for (std::size_t i = 0; i < counts.missing.size(); ++i) {
         if (counts.missing[i] == 0) continue;
-        text += between + shown(title(i)) + " " + std::to_string(counts.missing[i]);
+        text += between + Sentence::name(shown(title(i))) + " " + std::to_string(counts.missing[i]);
         between = ", ";
     }
     return {text};

@@ -30,7 +30,7 @@ public:
     virtual const Labels& labels(std::size_t use) const = 0;
 
     /** Tells how many rows were left out. */
-    std::vector<std::string> warnings() const override;
+    std::vector<Sentence> warnings() const override;
 
     const std::size_t* rowsRead() const override { return &counts.rows; }
     void require(std::size_t held, std::size_t least) const override;

@@ -33,7 +33,10 @@ constexpr std::string_view highFirstMark = "\xfe\xff";
 /** The bytes of a file as they stand there. */
 class FileSource final : public ByteSource {
 public:
-    FileSource(const std::string& fileName, const std::string& shownName) : name(shownName), file(opened(fileName, shownName), std::fclose)
+    FileSource(const std::string& fileName, const std::string& shownName, BytesHandler handler)
+        : name(shownName),
+          file(opened(fileName, shownName), std::fclose),
+          handle(std::move(handler))
     {
         std::setvbuf(file.get(), nullptr, _IONBF, 0);  // the readers have buffers of their own
         std::error_code unknown;
@@ -47,6 +50,7 @@ public:
         const std::size_t taken = std::fread(to, 1, room, file.get());
         if (std::ferror(file.get()) != 0) throw CannotAnalyse(name + ": reading failed");
         progress().advance(taken);
+        if (handle) handle({to, taken});
         return taken;
     }
 
@@ -64,6 +68,7 @@ private:
 
     std::string name;
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> file;
+    BytesHandler handle;
 };
 
 /** A source whose first bytes can be looked at before they are read. */
@@ -217,10 +222,10 @@ std::string wrappingOf(std::string_view begin)
     return marked || holdsZeros(start, 0) || holdsZeros(start, 1) ? "UTF-16" : "";
 }
 
-TextSource openText(const std::string& fileName, const std::string& shownName)
+TextSource openText(const std::string& fileName, const std::string& shownName, const BytesHandler& handle)
 {
     TextSource text;
-    auto source = std::make_unique<PeekedSource>(std::make_unique<FileSource>(fileName, shownName));
+    auto source = std::make_unique<PeekedSource>(std::make_unique<FileSource>(fileName, shownName, handle));
     if (wrappingOf(source->begin()) == "gzip") {
         text.wrappings.push_back("gzip");
         source = std::make_unique<PeekedSource>(std::make_unique<GzipSource>(std::move(source), shownName));

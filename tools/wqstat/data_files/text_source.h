@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -23,6 +24,9 @@ public:
      */
     virtual std::size_t read(char* to, std::size_t room) = 0;
 };
+
+/** Is given the bytes of a file as they stand there, block by block, while they are read. */
+using BytesHandler = std::function<void(std::string_view bytes)>;
 
 /** A text that is at hand as a whole, and stays there while it is read. */
 class TextInMemory final : public ByteSource {
@@ -53,8 +57,9 @@ std::string wrappingOf(std::string_view begin);
  * counts what is read of the file.
  * @param fileName a path; "-" means standard input.
  * @param shownName its name in messages.
+ * @param handle may be empty; it is given the bytes before they are unpacked.
  * @throws CannotAnalyse
  */
-TextSource openText(const std::string& fileName, const std::string& shownName);
+TextSource openText(const std::string& fileName, const std::string& shownName, const BytesHandler& handle = {});
 
 }  // namespace wqstat

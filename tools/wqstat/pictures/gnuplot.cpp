@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <string_view>
@@ -87,11 +88,12 @@ bool isWhole(std::string_view picture, const Format& format)
     return picture.substr(0, format.begin.size()) == format.begin && end.find(format.end) != std::string_view::npos;
 }
 
-TemporaryFile temporaryFile(const std::string& content)
+/** @param failure what to say where it cannot be written, before the reason. */
+TemporaryFile temporaryFile(const std::string& content, const std::string& failure)
 {
     TemporaryFile file = makeTemporaryFile("for gnuplot");
     if (std::fwrite(content.data(), 1, content.size(), file.get()) != content.size() || std::fflush(file.get()) != 0)
-        throw CannotAnalyse("the temporary file for gnuplot cannot be written");
+        throw CannotAnalyse(failure + "the temporary file for gnuplot" + because(errno));
     std::rewind(file.get());
     return file;
 }
@@ -103,6 +105,15 @@ std::string contentOf(std::FILE* file)
     char buffer[1 << 16];
     for (std::size_t count; (count = std::fread(buffer, 1, sizeof buffer, file)) > 0;) content.append(buffer, count);
     return content;
+}
+
+/** Why a picture ends before its end: gnuplot does not say so, but what keeps it from writing on keeps others from that too. */
+std::string reasonOfEnd(std::FILE* picture)
+{
+    constexpr char more[4096] = {};  // a block
+    std::fseek(picture, 0, SEEK_END);
+    if (std::fwrite(more, 1, sizeof more, picture) == sizeof more && std::fflush(picture) == 0) return "gnuplot has drawn a part of it";
+    return "the temporary file for gnuplot" + because(errno);
 }
 
 #endif
@@ -129,14 +140,15 @@ namespace {
 std::string drawn(const Picture& picture, const Format& format, const std::string& name, const std::string& what)
 {
     const std::string commands = (format.settings(picture.canvas) + picture.commands).text();
-    const TemporaryFile input = temporaryFile("set encoding utf8\n" + (format.drawsText ? drawable(commands) : commands));
-    const TemporaryFile output = temporaryFile("");
-    const TemporaryFile messages = temporaryFile("");
+    const std::string failure = name + ": " + what + " cannot be written: ";
+    const TemporaryFile input = temporaryFile("set encoding utf8\n" + (format.drawsText ? drawable(commands) : commands), failure);
+    const TemporaryFile output = temporaryFile("", failure);
+    const TemporaryFile messages = temporaryFile("", failure);
     // Its commands are a file, not a pipe, which would kill this program when gnuplot stopped reading; -d: not the user's settings.
     const int status = runProgram(programOnPath("gnuplot"), {"-d"}, {fileno(input.get()), fileno(output.get()), fileno(messages.get())});
     if (status != 0) throw CannotAnalyse(name + ": " + failureOf("gnuplot", status, contentOf(messages.get())));
     const std::string content = contentOf(output.get());
-    if (!isWhole(content, format)) throw CannotAnalyse(name + ": " + what + " cannot be written");
+    if (!isWhole(content, format)) throw CannotAnalyse(failure + reasonOfEnd(output.get()));
     return content;
 }
 
@@ -156,10 +168,10 @@ void draw(const Picture& picture, const std::string& fileName)
     file.keep();
 }
 
-SvgElement inlineSvg(const Picture& picture, const std::string& ids)
+SvgElement inlineSvg(const Picture& picture, const std::string& ids, const std::string& pageName)
 {
     requireGnuplot("--html");
-    return svgElement(drawn(picture, formats[0], "--html", "the page"), picture, ids);
+    return svgElement(drawn(picture, formats[0], shown(pageName), "the page"), picture, ids);
 }
 
 #else
@@ -168,7 +180,7 @@ void requireGnuplot(const std::string& option) { throw CannotAnalyse(option + ":
 
 void draw(const Picture&, const std::string&) { requireGnuplot("--plot"); }
 
-SvgElement inlineSvg(const Picture&, const std::string&)
+SvgElement inlineSvg(const Picture&, const std::string&, const std::string&)
 {
     requireGnuplot("--html");
     return {};

@@ -26,8 +26,9 @@ void draw(const Picture& picture, const std::string& fileName);
 /**
  * The picture as an element of a page.
  * @param ids what the names of its parts begin with, so that they differ from those of other pictures.
+ * @param pageName of the file that the page is for.
  * @throws CannotAnalyse when gnuplot is absent or fails.
  */
-SvgElement inlineSvg(const Picture& picture, const std::string& ids);
+SvgElement inlineSvg(const Picture& picture, const std::string& ids, const std::string& pageName);
 
 }  // namespace wqstat

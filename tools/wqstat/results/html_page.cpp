@@ -12,8 +12,8 @@ std::string htmlPage(const PageContent& content)
     HtmlWriter html;
     pageHead(html, content.title);
     html.open("body").open("main");
-    html.open("header").element("h1", content.heading);
-    html.element("p", content.statement.question, {{"class", "question"}});
+    html.open("header").sentence("h1", content.heading);
+    html.sentence("p", content.statement.question, {{"class", "question"}});
     summaryLine(html, content.statement.summary);
     html.close();
     heading(html, "picture", "Picture", "h2");

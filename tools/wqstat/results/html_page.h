@@ -1,7 +1,9 @@
 // The page of an analysis: what was asked, what came out, the picture, and how it was made.
 #pragma once
 
+#include "command_line/sentence.h"
 #include "pictures/svg_element.h"
+#include "results/page_file.h"
 #include "results/page_rows.h"
 #include "results/statement.h"
 #include "results/textbook.h"
@@ -12,25 +14,18 @@
 
 namespace wqstat {
 
-/** A data file, as the page names it. */
-struct PageFile {
-    std::string name;
-    std::string read;  ///< how much of what: "29 observations read"
-    std::string sha256;
-};
-
 struct PageContent {
     std::string command;  ///< "anova"
     std::string title;    ///< of the page, as a list of pages shows it
-    std::string heading;  ///< what stands on it
+    Sentence heading;     ///< what stands on it
     Statement statement;
     std::optional<Textbook> textbook;
     PageRows rows;
-    std::vector<std::string> key;  ///< what the numbers of samples mean
+    std::vector<Sentence> key;  ///< what the numbers of samples mean
     SvgElement picture;
     std::string report;
     std::vector<PageFile> files;
-    std::vector<std::string> warnings;
+    std::vector<Sentence> warnings;
     bool leavesOut = false;   ///< what was read, as it was asked to
     std::string commandLine;  ///< makes the page again
     std::string version;

@@ -61,20 +61,20 @@ private:
     void begin(HtmlWriter& html) const
     {
         pageHead(html, content.title);
-        html.open("body").open("main").open("header").element("h1", content.heading);
-        if (const std::string question = commonQuestion(); !question.empty()) html.element("p", question, {{"class", "question"}});
+        html.open("body").open("main").open("header").sentence("h1", content.heading);
+        if (const Sentence question = commonQuestion(); !question.empty()) html.sentence("p", question, {{"class", "question"}});
         html.element("p", summary(), {{"class", "summary"}}).close();
         contents(html);
         table(html);
     }
 
     /** The question, where it is the same for all. */
-    std::string commonQuestion() const
+    Sentence commonQuestion() const
     {
-        std::string question;
+        Sentence question;
         for (const OneOfSeveral& one : content.analyses) {
             if (!one.failure.empty()) continue;
-            if (!question.empty() && one.question != question) return "";
+            if (!question.empty() && one.question != question) return {};
             question = one.question;
         }
         return question;
@@ -99,13 +99,13 @@ private:
     void contents(HtmlWriter& html) const
     {
         html.open("nav", {{"aria-label", "contents"}}).open("ul", {{"class", "contents"}});
-        const auto line = [&html](const std::string& to, const std::string& text) {
-            html.open("li").element("a", text, {{"href", "#" + to}}).close();
+        const auto line = [&html](const std::string& to, const Sentence& text) {
+            html.open("li").sentence("a", text, {{"href", "#" + to}}).close();
         };
         line("all", "All results");
         if (multiples.size() > 0) line("multiples", "Side by side");
         for (std::size_t i = 0; i < sections.size(); ++i)
-            if (hasSection(i)) line(anchor(i), content.analyses[i].name);
+            if (hasSection(i)) line(anchor(i), Sentence::name(content.analyses[i].name));
         html.close().close();
         const auto shown = static_cast<std::size_t>(
             std::count_if(sections.begin(), sections.end(), [](const HtmlWriter& section) { return section.size() > 0; }));
@@ -142,12 +142,12 @@ private:
         const OneOfSeveral& one = content.analyses[i];
         html.open("tr").open("th", {{"scope", "row"}});
         if (hasSection(i))
-            html.element("a", one.name, {{"href", "#" + anchor(i)}});
+            html.name("a", one.name, {{"href", "#" + anchor(i)}});
         else
-            html.text(one.name);
+            html.words(Sentence::name(one.name));
         html.close();
         if (!one.failure.empty()) {
-            html.element("td", "failed: " + one.failure, {{"colspan", "3"}, {"class", "failed"}}).close();
+            html.sentence("td", "failed: " + one.failure, {{"colspan", "3"}, {"class", "failed"}}).close();
             return;
         }
         html.open("td");
@@ -185,9 +185,9 @@ private:
         for (; drawn < which.size(); ++drawn) {
             Picture picture = *content.analyses[which[drawn]].multiple;
             picture.commands = charts[drawn].commands();
-            const SvgElement svg = inlineSvg(picture, "small-" + std::to_string(which[drawn] + 1) + "-");
+            const SvgElement svg = inlineSvg(picture, "small-" + std::to_string(which[drawn] + 1) + "-", content.fileName);
             HtmlWriter item;
-            item.open("li").element("p", content.analyses[which[drawn]].name).open("figure").picture(svg).close().close();
+            item.open("li").name("p", content.analyses[which[drawn]].name).open("figure").picture(svg).close().close();
             if (html.size() + item.size() > most && drawn > 0) break;
             html.append(item);
         }
@@ -201,7 +201,7 @@ private:
     {
         heading(html, "data", "Data", "h2");
         html.open("ul");
-        for (const std::string& note : content.notes) html.element("li", note);
+        for (const Sentence& note : content.notes) html.sentence("li", note);
         html.close().close();
     }
 
@@ -209,8 +209,8 @@ private:
     {
         const OneOfSeveral& one = content.analyses[i];
         HtmlWriter html;
-        html.open("section", {{"class", "analysis"}, {"id", anchor(i)}}).element("h2", one.name);
-        html.element("p", one.content->heading).element("p", one.question, {{"class", "question"}});
+        html.open("section", {{"class", "analysis"}, {"id", anchor(i)}}).name("h2", one.name);
+        html.sentence("p", one.content->heading).sentence("p", one.question, {{"class", "question"}});
         summaryLine(html, one.summary);
         heading(html, "picture", "Picture", "h3");
         if (picture != nullptr)
@@ -239,7 +239,7 @@ private:
         }
         for (const std::size_t i : which) {
             if (used + leastBytesOfPicture >= mostBytes) return;
-            const SvgElement svg = inlineSvg(*content.analyses[i].picture, "picture-" + std::to_string(i + 1) + "-");
+            const SvgElement svg = inlineSvg(*content.analyses[i].picture, "picture-" + std::to_string(i + 1) + "-", content.fileName);
             if (used + svg.markup().size() >= mostBytes) continue;
             used += svg.markup().size();
             sections[i] = sectionOf(i, &svg);

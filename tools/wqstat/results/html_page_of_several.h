@@ -13,9 +13,9 @@
 namespace wqstat {
 
 struct OneOfSeveral {
-    std::string name;     ///< of its file, or of its part of a table
-    std::string failure;  ///< why there is no result; empty where there is one
-    std::string question;
+    std::string name;  ///< of its file, or of its part of a table
+    Sentence failure;  ///< why there is no result; empty where there is one
+    Sentence question;
     std::string summary;
     std::vector<std::string> differences;  ///< where the report decides differently, a sentence each
     double p = std::nan("");               ///< by which it decides; NaN where it tests nothing
@@ -30,12 +30,13 @@ struct SeveralContent {
     static constexpr std::size_t mostSections = 100;
     static constexpr std::size_t mostMultiples = 12;
 
+    std::string fileName;  ///< of the page
     std::string command;
-    std::string title;    ///< of the page, as a list of pages shows it
-    std::string heading;  ///< what stands on it
+    std::string title;  ///< as a list of pages shows it
+    Sentence heading;   ///< what stands on it
     double alpha = 0.05;
     std::vector<OneOfSeveral> analyses;
-    std::vector<std::string> notes;  ///< on whole tables, whose parts were analysed
+    std::vector<Sentence> notes;  ///< on whole tables, whose parts were analysed
     std::vector<PageFile> files;
     std::string commandLine;
     std::string version;

@@ -144,7 +144,7 @@ void rowTable(HtmlWriter& html, const PageContent& content, const std::string& d
     html.open("tbody");
     const std::size_t shown = std::min(table.rows.size(), mostRows);
     for (std::size_t i = 0; i < shown; ++i) {
-        html.open("tr").element("th", table.rows[i].name, {{"scope", "row"}});
+        html.open("tr").sentence("th", table.rows[i].name, {{"scope", "row"}});
         for (const PageRows::Cell& cell : table.rows[i].cells) figureCell(html, cell.value, document + cell.path);
         html.close();
     }
@@ -173,7 +173,7 @@ void resultTable(HtmlWriter& html, const PageContent& content, MarkupWord level,
         }
     }
     html.close().close();
-    for (const std::string& line : content.key) html.element("p", line);
+    for (const Sentence& line : content.key) html.sentence("p", line);
     if (content.rows.total > 0) rowTable(html, content, document, mostRows);
     if (content.textbook) {
         for (const std::string& sentence : content.textbook->differenceSentences()) html.element("p", sentence, {{"class", "differs"}});
@@ -212,31 +212,45 @@ void dataNotes(HtmlWriter& html, const PageContent& content, MarkupWord level)
 {
     heading(html, "data", "Data", level);
     html.open("ul");
-    for (const PageFile& file : content.files) html.open("li").inlined("bdi", file.name).text(": " + file.read).close();
+    for (const PageFile& file : content.files) html.sentence("li", Sentence::name(file.name) + ": " + file.read);
     constexpr std::size_t mostWarnings = 50;
     const std::size_t shown = std::min(content.warnings.size(), mostWarnings);
-    for (std::size_t i = 0; i < shown; ++i) html.element("li", content.warnings[i]);
+    for (std::size_t i = 0; i < shown; ++i) html.sentence("li", content.warnings[i]);
     if (shown < content.warnings.size()) html.element("li", digits(content.warnings.size() - shown) + " more, which standard error has");
     const bool warned = content.leavesOut || !content.warnings.empty() || (content.textbook && !content.textbook->warnings().empty());
     if (!warned) html.element("li", "Nothing was left out, and nothing was read in a way that may surprise.");
     html.close().close();
 }
 
+namespace {
+
+void fingerprint(HtmlWriter& html, const PageFile& file)
+{
+    html.sentence("dt", "SHA-256 of " + Sentence::name(file.name));
+    if (file.sha256.empty()) {
+        html.element("dd", "none: it could not be read to its end");
+        return;
+    }
+    html.element("dd", file.sha256);
+    if (file.place == PageFile::Place::disk) return;
+    html.element("dd", "of all bytes as they came: what was packed was not unpacked for it");
+    if (file.place == PageFile::Place::stream)
+        html.element("dd", "It was no file on a disk: the command line makes this page again where the same bytes are given there again.");
+}
+
+}  // namespace
+
 void howItWasMade(HtmlWriter& html, const std::string& version, const std::string& commandLine, const std::vector<PageFile>& files)
 {
     heading(html, "made", "How this page was made", "h2");
     html.open("dl");
     html.element("dt", "Program").element("dd", version);
-    html.element("dt", "Command line").open("dd").open("pre").element("code", commandLine).close().close();
+    const bool isGiven =
+        std::any_of(files.begin(), files.end(), [](const PageFile& file) { return file.place == PageFile::Place::standardInput; });
+    html.element("dt", "Command line").open("dd").open("pre").element("code", commandLine + (isGiven ? " < FILE" : "")).close().close();
+    if (isGiven) html.element("dd", "The data came from standard input: FILE is any file with the same bytes.");
     constexpr std::size_t mostFiles = 200;
-    for (std::size_t i = 0; i < std::min(files.size(), mostFiles); ++i) {
-        const PageFile& file = files[i];
-        html.open("dt")
-            .text("SHA-256 of ")
-            .inlined("bdi", file.name)
-            .close()
-            .element("dd", file.sha256.empty() ? "none: it is no file on a disk" : file.sha256);
-    }
+    for (std::size_t i = 0; i < std::min(files.size(), mostFiles); ++i) fingerprint(html, files[i]);
     if (files.size() > mostFiles)
         html.element("dt", "SHA-256").element("dd", "of " + digits(files.size() - mostFiles) + " more files it is left out here");
     html.close().close();

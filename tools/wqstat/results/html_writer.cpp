@@ -36,6 +36,22 @@ HtmlWriter& HtmlWriter::element(MarkupWord name, std::string_view content, std::
     return open(name, attributes).text(content).close();
 }
 
+HtmlWriter& HtmlWriter::words(const Sentence& sentence)
+{
+    for (const Sentence::Part& part : sentence.parts()) {
+        if (part.isName)
+            inlined("bdi", part.text);
+        else
+            text(part.text);
+    }
+    return *this;
+}
+
+HtmlWriter& HtmlWriter::sentence(MarkupWord name, const Sentence& content, std::initializer_list<Attribute> attributes)
+{
+    return open(name, attributes).words(content).close();
+}
+
 HtmlWriter& HtmlWriter::inlined(MarkupWord name, std::string_view content)
 {
     element(name, content);

@@ -1,6 +1,7 @@
 // Writes a page. What comes from data is text, by construction: markup is made of words that stand in this program's source, and of pictures.
 #pragma once
 
+#include "command_line/sentence.h"
 #include "pictures/svg_element.h"
 
 #include <cstddef>
@@ -38,6 +39,18 @@ public:
 
     /** An element that holds nothing but a text. */
     HtmlWriter& element(MarkupWord name, std::string_view content, std::initializer_list<Attribute> attributes = {});
+
+    /** A text, in which names from data are set apart, whatever their direction of writing. */
+    HtmlWriter& words(const Sentence& sentence);
+
+    /** An element that holds nothing but a sentence. */
+    HtmlWriter& sentence(MarkupWord name, const Sentence& content, std::initializer_list<Attribute> attributes = {});
+
+    /** An element that holds nothing but a name from data. */
+    HtmlWriter& name(MarkupWord element, const std::string& content, std::initializer_list<Attribute> attributes = {})
+    {
+        return sentence(element, Sentence::name(content), attributes);
+    }
 
     /** A text in a running line, without the line end that an element of its own has behind it. */
     HtmlWriter& inlined(MarkupWord name, std::string_view content);

@@ -18,8 +18,6 @@ namespace wqstat {
 
 namespace {
 
-std::string reasonOf(int error) { return std::generic_category().message(error); }
-
 /** Whether everything that was written lies on the disk, as far as the system can tell. */
 bool isStored(int descriptor) { return fsync(descriptor) == 0 || errno == EINVAL || errno == EROFS || errno == ENOSYS; }
 
@@ -61,9 +59,9 @@ OutputFile::OutputFile(const std::string& fileName, std::string content)
     const std::optional<FileIdentity> there = identityOf(fileName);
     if (there && !there->regular) return;
     if (there && !(identityOf(target.string()) == there)) return;  // an open file without a name, /dev/fd/N
-    if (there && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) fail(reasonOf(errno));
+    if (there && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) fail(errno);
     std::error_code ignored;
-    if (is_symlink(target, ignored)) fail(reasonOf(ELOOP));
+    if (is_symlink(target, ignored)) fail(ELOOP);
     createBeside(there.has_value());
     if (there) takePermissions();
 }
@@ -77,7 +75,7 @@ void OutputFile::createBeside(bool replaces)
         unfinished.descriptor = open(unfinished.path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, replaces ? 0600 : 0666);
         if (isDirect() && errno != EEXIST) break;
     }
-    if (isDirect()) fail(reasonOf(errno));
+    if (isDirect()) fail(errno);
     setUnfinishedFile(unfinished.path.c_str());
 }
 
@@ -87,7 +85,7 @@ void OutputFile::takePermissions() const
     struct stat old {};
     if (stat(target.c_str(), &old) != 0) return;
     const bool owned = fchown(unfinished.descriptor, old.st_uid, old.st_gid) == 0;
-    if (fchmod(unfinished.descriptor, old.st_mode & (owned ? 07777U : 0777U)) != 0) fail(reasonOf(errno));
+    if (fchmod(unfinished.descriptor, old.st_mode & (owned ? 07777U : 0777U)) != 0) fail(errno);
 }
 
 void OutputFile::write(std::string_view text) const
@@ -95,7 +93,7 @@ void OutputFile::write(std::string_view text) const
     while (!text.empty()) {
         const ssize_t written = ::write(unfinished.descriptor, text.data(), text.size());
         if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) fail(reasonOf(written < 0 ? errno : ENOSPC));
+        if (written <= 0) fail(written < 0 ? errno : ENOSPC);
         text.remove_prefix(static_cast<std::size_t>(written));
     }
 }
@@ -103,12 +101,12 @@ void OutputFile::write(std::string_view text) const
 void OutputFile::keep()
 {
     if (isDirect()) return;
-    if (!isStored(unfinished.descriptor) || std::rename(unfinished.path.c_str(), target.c_str()) != 0) fail(reasonOf(errno));
+    if (!isStored(unfinished.descriptor) || std::rename(unfinished.path.c_str(), target.c_str()) != 0) fail(errno);
 }
 
-void OutputFile::fail(const std::string& reason) const
+void OutputFile::fail(int error) const
 {
-    throw CannotAnalyse(shown(givenName) + ": " + contentName + " cannot be written" + (reason.empty() ? "" : ": " + reason));
+    throw CannotAnalyse(shown(givenName) + ": " + contentName + " cannot be written" + because(error));
 }
 
 }  // namespace wqstat

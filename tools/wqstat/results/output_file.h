@@ -36,8 +36,8 @@ public:
     /** Puts the file in its place. @throws CannotAnalyse */
     void keep();
 
-    /** @throws CannotAnalyse which says that the file cannot be written, and why, where that is known. */
-    [[noreturn]] void fail(const std::string& reason = "") const;
+    /** @throws CannotAnalyse which says that the file cannot be written. @param error errno, which says why; 0 where that is not known. */
+    [[noreturn]] void fail(int error) const;
 
 private:
     /** Goes with the object, unless it has got its place by then. */

@@ -15,12 +15,12 @@ namespace wqstat {
 namespace {
 
 /** "group 1: ctrl"; "group 7" without labels. */
-std::string nameOf(const char* item, double number, const DataWords& words)
+Sentence nameOf(const char* item, double number, const DataWords& words)
 {
     constexpr std::size_t longest = 80;  // characters of a label
     const std::string name = std::string(item) + " " + figures(number, 10);
     const auto place = number >= 1.0 ? static_cast<std::size_t>(number) - 1 : words.labels.size();
-    return place < words.labels.size() ? name + ": " + fitted(words.labels[place], longest) : name;
+    return place < words.labels.size() ? name + ": " + Sentence::name(fitted(words.labels[place], longest)) : name;
 }
 
 /** @param rowAt makes the row with the number, counted from 0. */

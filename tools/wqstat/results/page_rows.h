@@ -1,6 +1,7 @@
 // What a page shows group by group, or class by class.
 #pragma once
 
+#include "command_line/sentence.h"
 #include "data_files/data_words.h"
 
 #include <wq_stat/wq_stat.h>
@@ -21,7 +22,7 @@ struct PageRows {
     };
 
     struct Row {
-        std::string name;
+        Sentence name;
         std::vector<Cell> cells;
     };
 

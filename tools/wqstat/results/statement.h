@@ -1,6 +1,7 @@
 // What an analysis asks and what it finds, in words.
 #pragma once
 
+#include "command_line/sentence.h"
 #include "data_files/two_data_files.h"
 
 #include <wq_stat/wq_stat.h>
@@ -14,6 +15,9 @@ namespace wqstat {
 struct VariableNames {
     std::string x;  ///< of a sample, pairs or groups; empty where nobody has said
     std::string y;
+    std::vector<std::string> compared;  ///< two columns of frequencies; or none
+    std::vector<std::string> samples;   ///< two samples; or none
+    std::string ratio;                  ///< in which frequencies are expected
 };
 
 /** A figure for a table; where it stands in the JSON document, by the path of its member. */
@@ -24,7 +28,7 @@ struct Estimate {
 };
 
 struct Statement {
-    std::string question;
+    Sentence question;
     std::string summary;  ///< as a paper would have it
     std::vector<Estimate> estimates;
 };

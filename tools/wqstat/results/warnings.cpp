@@ -49,10 +49,15 @@ void addMaximum(Warnings& warnings, const std::string& of, double reported, doub
 
 // ---------------------------------------------------------------- samples
 
+std::string reasonForNoTest(const wq_exact::OneSampleResult& exact, const wq_lib::BasicStatistics& sample)
+{
+    return reasonOf(exact.mean.df1, exact.maximum == sample.getResult().min, "the values are all equal");
+}
+
 Warnings warningsOf(const wq_exact::OneSampleResult& exact, const wq_lib::BasicStatistics& sample)
 {
     Warnings warnings;
-    addDecision(warnings, exact.mean, "", reasonOf(exact.mean.df1, exact.maximum == sample.getResult().min, "the values are all equal"));
+    addDecision(warnings, exact.mean, "", reasonForNoTest(exact, sample));
     addMaximum(warnings, "", sample.getResult().max, exact.maximum);
     return warnings;
 }
@@ -67,13 +72,18 @@ Warnings warningsOf(const wq_exact::FrequencyResult& exact, const wq_lib::Freque
     return warnings;
 }
 
+std::string reasonForNoTest(const wq_exact::TwoVariancesResult& exact, const wq_lib::TwoSamples& samples)
+{
+    const bool bothConstant = samples.getResult().sampleVariance == 0.0 && samples.getSecondSample().sampleVariance == 0.0;
+    return reasonOf(std::min(exact.ratio.df1, exact.ratio.df2), bothConstant, "the values of both samples are all equal");
+}
+
 Warnings warningsOf(const wq_exact::TwoVariancesResult& exact, const wq_lib::TwoSamples& samples)
 {
     const bool first = samples.getResult().sampleVariance == 0.0;
     const bool second = samples.getSecondSample().sampleVariance == 0.0;
     Warnings warnings;
-    addDecision(warnings, exact.ratio, "",
-                reasonOf(std::min(exact.ratio.df1, exact.ratio.df2), first && second, "the values of both samples are all equal"));
+    addDecision(warnings, exact.ratio, "", reasonForNoTest(exact, samples));
     if (first != second)
         warnings.add(std::string("the values of the ") + (first ? "first" : "second") +
                      " sample are all equal, so that F is no finite number");
@@ -82,11 +92,18 @@ Warnings warningsOf(const wq_exact::TwoVariancesResult& exact, const wq_lib::Two
 
 // ---------------------------------------------------------------- pairs
 
-namespace {
+std::string reasonForNoTest(const wq_exact::PairsResult& exact, const wq_lib::BasicXyStatistics& pairs)
+{
+    const wq_lib::xy_stat& result = pairs.getXyResult();
+    const bool isConstant = exact.maximumX == result.x.min || exact.maximumY == result.y.min;
+    return isConstant ? "x or y is constant" : reasonOf(static_cast<double>(exact.n) - 2.0, false, "");
+}
 
-bool isConstant(const wq_lib::xy_stat& result) { return result.x.sumOfSquares == 0.0 || result.y.sumOfSquares == 0.0; }
-
-}  // namespace
+std::string reasonForNoTest(const wq_exact::RegressionResult& exact)
+{
+    return reasonOf(exact.slope.df1, exact.sumOfSquaresX == 0.0 || exact.residualVariance == 0.0,
+                    exact.sumOfSquaresX == 0.0 ? "x is constant" : "y is constant");
+}
 
 Warnings warningsOf(const wq_exact::PairsResult& exact, const wq_lib::BasicXyStatistics& pairs)
 {
@@ -103,15 +120,13 @@ Warnings warningsOf(const wq_exact::RegressionResult& exact, const wq_lib::Regre
         warnings.add(counted(exact.skipped, "pair has", "pairs have") + " no logarithm (0 or less) and " +
                      (exact.skipped == 1 ? "is" : "are") + " left out" +
                      (std::isfinite(regression.getRegressionResult().b) ? "" : "; the report's b is no number for it"));
-    if (!exact.slope.accepted)
-        warnings.add("the report's t, p and limits of b rest on nothing: " +
-                     reasonOf(exact.slope.df1, exact.sumOfSquaresX == 0.0, "x is constant"));
+    if (!exact.slope.accepted) warnings.add("the report's t, p and limits of b rest on nothing: " + reasonForNoTest(exact));
     return warnings;
 }
 
 Warnings warningsOf(const wq_exact::CorrelationResult& exact, const wq_lib::Correlation& correlation)
 {
-    const std::string reason = reasonOf(exact.t.df1, isConstant(correlation.getXyResult()), "x or y is constant");
+    const std::string reason = reasonForNoTest(exact, correlation);
     Warnings warnings;
     addDecision(warnings, exact.t, "of t ", reason);
     addDecision(warnings, exact.F, "of F ", reason);
@@ -120,43 +135,46 @@ Warnings warningsOf(const wq_exact::CorrelationResult& exact, const wq_lib::Corr
 
 // ---------------------------------------------------------------- groups
 
-namespace {
-
-std::string reasonOf(const wq_exact::AnovaResult& exact)
+std::string reasonForNoTest(const wq_exact::AnovaResult& exact)
 {
     if (!(exact.among.df > 0.0)) return "there is one group";
     if (!(exact.within.df > 0.0)) return "no group has more than one observation";
     return exact.total.sumOfSquares == 0.0 ? "the observations are all equal" : "F is no number";
 }
 
-}  // namespace
+std::string reasonForNoTest(const wq_exact::MultiYResult& exact)
+{
+    if (!(exact.deviations.df > 0.0)) return "fewer than 3 groups leave no deviations from a line";
+    return reasonForNoTest(exact.groups);
+}
 
 Warnings warningsOf(const wq_exact::AnovaResult& exact, const wq_lib::SingleAnova&)
 {
     Warnings warnings;
-    addDecision(warnings, exact.F, "", reasonOf(exact));
+    addDecision(warnings, exact.F, "", reasonForNoTest(exact));
     return warnings;
 }
 
 Warnings warningsOf(const wq_exact::MultiYResult& exact, const wq_lib::LinearRegressionMultiY&)
 {
-    const bool fewGroups = !(exact.deviations.df > 0.0);
     Warnings warnings;
-    addDecision(warnings, exact.slope, "of the slope ",
-                fewGroups ? "fewer than 3 groups leave no deviations from a line" : reasonOf(exact.groups));
+    addDecision(warnings, exact.slope, "of the slope ", reasonForNoTest(exact));
     return warnings;
 }
 
 // ---------------------------------------------------------------- classes
 
+std::string reasonForNoTest(const wq_exact::GoodnessOfFitResult& exact)
+{
+    if (exact.classesWithoutExpected == 0) return reasonOf(exact.chiSquare.df1, false, "");
+    return "nothing is expected in " + counted(exact.classesWithoutExpected, "class", "classes");
+}
+
 Warnings warningsOf(const wq_exact::GoodnessOfFitResult& exact, const wq_lib::GoodnessOfFit&)
 {
     constexpr double rounding = 1e-9;
     Warnings warnings;
-    const std::string reason = exact.classesWithoutExpected > 0
-                                   ? "nothing is expected in " + counted(exact.classesWithoutExpected, "class", "classes")
-                                   : reasonOf(exact.chiSquare.df1, false, "");
-    addDecision(warnings, exact.decision, exact.p, "", reason);
+    addDecision(warnings, exact.decision, exact.p, "", reasonForNoTest(exact));
     if (std::fabs(exact.sumObserved - exact.sumExpected) > rounding * std::fabs(exact.sumObserved))
         warnings.add("the sums of the observed and the expected frequencies differ: " + figures(exact.sumObserved, 10) + " and " +
                      figures(exact.sumExpected, 10));
@@ -166,13 +184,22 @@ Warnings warningsOf(const wq_exact::GoodnessOfFitResult& exact, const wq_lib::Go
     return warnings;
 }
 
+namespace {
+
+bool hasBothSamples(const wq_lib::KolmogorovSmirnov2& test) { return test.getN1() > 0 && test.getN2() > 0; }
+
+}  // namespace
+
+std::string reasonForNoTest(const wq_lib::KolmogorovSmirnov2& test)
+{
+    return hasBothSamples(test) ? "D is no number" : "a sample is empty";
+}
+
 Warnings warningsOf(const wq_exact::KolmogorovSmirnovResult& exact, const wq_lib::KolmogorovSmirnov2& test)
 {
-    const bool hasBoth = test.getN1() > 0 && test.getN2() > 0;
     Warnings warnings;
-    addDecision(warnings, exact.decision, exact.p, exact.allArrangements ? "given the ties " : "",
-                hasBoth ? "D is no number" : "a sample is empty");
-    if (hasBoth && !exact.reportHasCriticalValue)
+    addDecision(warnings, exact.decision, exact.p, exact.allArrangements ? "given the ties " : "", reasonForNoTest(test));
+    if (hasBothSamples(test) && !exact.reportHasCriticalValue)
         warnings.add("samples of " + digits(test.getN1()) + " and " + digits(test.getN2()) +
                      " are too small for the report's critical value: without one it rejects every D above 0");
     return warnings;
@@ -180,15 +207,17 @@ Warnings warningsOf(const wq_exact::KolmogorovSmirnovResult& exact, const wq_lib
 
 // ---------------------------------------------------------------- directions
 
+std::string reasonForNoTest(const wq_exact::DirectionsResult& exact)
+{
+    if (!std::isnan(exact.rayleigh.statistic)) return "directions in fewer than 3 classes have no test of R";
+    return exact.n > 0.0 ? "z is no number" : "there are no directions";
+}
+
 Warnings warningsOf(const wq_exact::DirectionsResult& exact, wq_lib::Circular& directions)
 {
     constexpr double circle = 6.2831854;  // 2 pi, and a little for rounding
     Warnings warnings;
-    const bool hasZ = !std::isnan(exact.rayleigh.statistic);
-    addDecision(warnings, exact.rayleigh, "",
-                hasZ            ? "directions in fewer than 3 classes have no test of R"
-                : exact.n > 0.0 ? "z is no number"
-                                : "there are no directions");
+    addDecision(warnings, exact.rayleigh, "", reasonForNoTest(exact));
     std::size_t outside = 0;
     if (directions.getDataType() == wq_lib::RADIANS)
         for (std::size_t i = 0; i < directions.getSampleSize(); ++i)

@@ -39,6 +39,17 @@ Warnings warningsOf(const wq_exact::TwoVariancesResult& exact, const wq_lib::Two
 Warnings warningsOf(const wq_exact::FrequencyResult& exact, const wq_lib::Frequency& sample);
 Warnings warningsOf(const wq_exact::DirectionsResult& exact, wq_lib::Circular& directions);
 
+// Why an analysis tests nothing, where its p is NaN: "there is one group".
+std::string reasonForNoTest(const wq_exact::OneSampleResult& exact, const wq_lib::BasicStatistics& sample);
+std::string reasonForNoTest(const wq_exact::PairsResult& exact, const wq_lib::BasicXyStatistics& pairs);
+std::string reasonForNoTest(const wq_exact::RegressionResult& exact);
+std::string reasonForNoTest(const wq_exact::AnovaResult& exact);
+std::string reasonForNoTest(const wq_exact::MultiYResult& exact);
+std::string reasonForNoTest(const wq_exact::GoodnessOfFitResult& exact);
+std::string reasonForNoTest(const wq_lib::KolmogorovSmirnov2& test);
+std::string reasonForNoTest(const wq_exact::TwoVariancesResult& exact, const wq_lib::TwoSamples& samples);
+std::string reasonForNoTest(const wq_exact::DirectionsResult& exact);
+
 // What the digits of an export lose of its numbers; nothing where each keeps 6 of them.
 Warnings exportWarnings(const wq_lib::BasicStatistics& sample);
 Warnings exportWarnings(wq_lib::BasicXyStatistics& pairs);
