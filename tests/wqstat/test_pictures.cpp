@@ -17,6 +17,7 @@
 #include <filesystem>
 #include <map>
 #include <sstream>
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -937,10 +938,72 @@ TEST(Print, leavesThePlotItsRoomAtTheSizeOfAColumn)
         ASSERT_EQ(heights.size(), 1U);
         EXPECT_GE(heights[0], 0.45) << wq_test::joined(words);
     }
-    const std::vector<double> panels = plotHeights(script(with({"regress", "--model", "linear", "--residuals", norris}, size)).text);
-    ASSERT_EQ(panels.size(), 2U);
-    for (const double panel : panels) EXPECT_GE(panel, 0.29);
-    EXPECT_GE(panels[0] + panels[1], 0.6);
+    for (const std::string model : {"linear", "logarithmic", "exponential", "power"}) {
+        const std::vector<double> panels = plotHeights(script(with({"regress", "--model", model, "--residuals", norris}, size)).text);
+        ASSERT_EQ(panels.size(), 2U);
+        for (const double panel : panels) EXPECT_GE(panel, 0.35) << model;
+    }
+}
+
+// The numbers of the x axis stand once, below both panels.
+TEST(Print, panelsShareTheXAxis)
+{
+    for (const Words& size : {Words{}, Words{"--size", "85x60mm"}}) {
+        const std::string text = script(with({"regress", "--model", "linear", "--residuals", norris}, size)).text;
+        const auto ticks = [&text](std::size_t from) {
+            const std::size_t begin = text.find("set xtics", from);
+            return text.substr(begin, text.find('\n', begin) - begin);
+        };
+        EXPECT_THAT(ticks(0), Not(HasSubstr("\"200\"")));
+        EXPECT_THAT(ticks(text.find("unset label\n")), HasSubstr("\"200\""));
+    }
+}
+
+// What the key of a picture names.
+Words keyOf(const std::string& text)
+{
+    Words names;
+    for (std::size_t i = text.find(" title \""); i != std::string::npos; i = text.find(" title \"", i + 1))
+        names.push_back(text.substr(i + 8, text.find('"', i + 8) - i - 8));
+    return names;
+}
+
+TEST(Print, keysOfSmallPicturesHaveAllEntriesOrSayHowManyAreMissing)
+{
+    const TempFolder folder;
+    const Words small{"--size", "85x60mm"};
+    const struct {
+        int line;
+        Words arguments;
+        Words key;
+    } rows[] = {
+        {__LINE__, {"regress", "--model", "linear", "--residuals", norris}, {"pairs", "exact 95 % limits", "y = -0.26232 + 1.0021 x"}},
+        {__LINE__, {"regress", "--model", "linear", norris}, {"pairs", "exact 95 % limits", "y = -0.26232 + 1.0021 x"}},
+        {__LINE__, {"multiy", seedlings}, {"pairs (larger: several)", "y = 18.033 + 3.7386 x", "exact 95 % limits of b"}},
+        {__LINE__, {"anova", resistivity}, {"observations", "grand mean 196.1892", "mean of the group", "exact 95 % limits of the mean"}},
+        {__LINE__, {"describe", cavendish}, {"observations", "exact 95 % confidence interval 5.3639 to 5.532", "mean 5.4479"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const std::string text = script(with(row.arguments, small)).text;
+        EXPECT_EQ(keyOf(text), row.key);
+        EXPECT_THAT(text, Not(HasSubstr("for want of room")));
+    }
+    std::mt19937 random;
+    std::string lines;
+    for (int i = 0; i < 100'000; ++i) {
+        lines += std::to_string(random()) + ";";
+        lines += std::to_string(random()) + "\n";
+    }
+    const std::string many = folder.write("many.txt", lines);
+    const std::size_t all = keyOf(script({"regress", "--model", "linear", many}).text).size();
+    const std::string text = script(with({"regress", "--model", "linear", many}, small)).text;
+    const std::size_t missing = all - keyOf(text).size();
+    ASSERT_GT(missing, 0U);
+    EXPECT_THAT(keyOf(text), testing::Contains("exact 95 % limits"));
+    EXPECT_THAT(keyOf(text), testing::Contains(StartsWith("y = "))) << "the lines stay";
+    EXPECT_THAT(text, HasSubstr("\"" + std::to_string(missing) + (missing == 1 ? " entry" : " entries") +
+                                " of the key left out for want of room\""));
 }
 
 // The cosine of 0.00063246 is 0.9999998.

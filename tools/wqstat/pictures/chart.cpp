@@ -1,6 +1,7 @@
 #include "chart.h"
 
 #include "command_line/arguments.h"
+#include "results/figures.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,6 +19,14 @@ constexpr double keyCharacter = 13.0;    // of a row of them, whose columns the 
 constexpr double besideCharacter = 8.0;  // of a column
 constexpr double keySample = 56.0;
 constexpr double lineHeight = 22.0;
+
+// Where two panels share a low canvas.
+constexpr double tightLine = 17.0;
+constexpr double tightTicks = 39.0;
+constexpr double smallKeyLine = 16.5;
+constexpr double smallKeyCharacter = 6.6;
+constexpr double smallKeySample = 46.0;
+constexpr double smallKeyColumn = 200.0;  // in which most entries stand whole
 
 std::size_t characters(std::string_view text)
 {
@@ -206,7 +215,10 @@ GnuplotCode Chart::margins(const Frame& frame) const
 GnuplotCode Chart::headings(double& y) const
 {
     GnuplotCode script;
-    if (!title.empty())
+    if (isTight && !title.empty()) {
+        script += label(0.5 * width, y + 0.5 * tightLine, title, "");
+        y += tightLine;
+    } else if (!title.empty())
         for (const std::string& line : onTwoLines(title, fitting(0.97 * width, titleCharacter)))
             script += label(0.5 * width, y += lineHeight, line, "font titleFont");
     if (!caption.empty() && !isSmall)
@@ -231,12 +243,57 @@ double Chart::keyWidth(double character) const
 GnuplotCode Chart::key(double& y) const
 {
     if (keys() == 0 || isSmall) return "unset key\n";
+    if (hasSmallKey) return smallKey(y);
     const auto columns = std::clamp<std::size_t>(static_cast<std::size_t>(0.97 * width / keyWidth(keyCharacter)), 1, keys());
     const std::size_t rows = (keys() + columns - 1) / columns;
     y += 14.0;
     const GnuplotCode script = GnuplotCode("set key at screen 0.5,") + up(y) + " center top horizontal maxcols " + columns + " maxrows " +
                                rows + " Left reverse samplen 2.5 spacing keySpacing noenhanced nobox\n";
     y += static_cast<double>(rows) * lineHeight;
+    return script;
+}
+
+double Chart::plotWidth() const { return 0.965 * width - std::max(leftMargin(), leastLeft); }
+
+/** How many characters the entries of a column have room for; those of the last one may reach to the side of the picture. */
+std::size_t Chart::smallKeyFitting(std::size_t column, std::size_t columns) const
+{
+    const double each = plotWidth() / static_cast<double>(columns);
+    const double last = 0.97 * width - 0.5 * width - (0.5 * static_cast<double>(columns) - 1.0) * each;
+    return fitting((column + 1 < columns ? each : last) - smallKeySample, smallKeyCharacter);
+}
+
+/** As many as have room; of few entries one, where otherwise not all would stand there whole. */
+std::size_t Chart::smallKeyColumns() const
+{
+    constexpr std::size_t few = 3;
+    const auto columns =
+        std::clamp<std::size_t>(static_cast<std::size_t>(plotWidth() / smallKeyColumn), 1, std::max<std::size_t>(1, keys()));
+    const std::size_t rows = (keys() + columns - 1) / columns;
+    std::size_t entry = 0;
+    bool areWhole = true;
+    for (const Layer& layer : layers) {
+        if (layer.keyTitle.empty()) continue;
+        areWhole = areWhole && characters(layer.keyTitle) <= smallKeyFitting(entry / rows, columns);
+        ++entry;
+    }
+    return areWhole || keys() > few ? columns : 1;
+}
+
+/** In small letters, and in columns that are told to be narrower than gnuplot takes their texts for: else it would make fewer of them. */
+GnuplotCode Chart::smallKey(double& y) const
+{
+    constexpr double taken = 9.1;  // for a character
+    const std::size_t columns = smallKeyColumns();
+    const std::size_t rows = (keys() + columns - 1) / columns;
+    std::size_t widest = 0;
+    for (const Layer& layer : layers) widest = std::max(widest, characters(layer.keyTitle));
+    const double most = std::floor((plotWidth() / static_cast<double>(columns) - smallKeySample) / taken) - 1.0;
+    y += isTight ? 1.0 : 12.0;
+    const GnuplotCode script = GnuplotCode("set key at screen 0.5,") + up(y) + " center top horizontal maxcols " + columns + " maxrows " +
+                               rows + " Left reverse samplen 2 width " + std::min(0.0, most - static_cast<double>(widest)) +
+                               " spacing 0.87*keySpacing noenhanced nobox font smallFont\n";
+    y += static_cast<double>(rows) * smallKeyLine;
     return script;
 }
 
@@ -344,23 +401,28 @@ void Chart::alignLeft(Chart& a, Chart& b) { a.leastLeft = b.leastLeft = std::max
 double Chart::tickHeight() const
 {
     if (longest(xTicks) == 0) return 4.0;
+    if (isTight && !upright) return tightTicks;
     const double ticks = upright ? static_cast<double>(longest(xTicks)) * tickCharacter + 20.0 : 22.0;
     return ticks + (xLabel.empty() ? 6.0 : 34.0);
 }
 
 GnuplotCode Chart::plotWithAxes(Frame frame) const
 {
-    const double labelPlace = frame.bottom - 12.0;
+    const double labelPlace = frame.bottom - (isTight ? 7.0 : 12.0);
     frame.bottom -= tickHeight();
     frame.left = std::max(leftMargin(), leastLeft);
     frame.right = 0.965 * width;
     GnuplotCode script = margins(frame);
     script += GnuplotCode("set border 3 linecolor rgb '") + colour::black + "'\n";
     script += "set xrange " + range(xAxis->low(), xAxis->high()) + "\nset yrange " + range(yAxis->low(), yAxis->high()) + "\n";
-    script += "set xtics out nomirror " + tickList(xTicks) + (upright ? GnuplotCode(" rotate by 90 right") : " offset 0,xTicShift") + "\n";
+    script += "set xtics out nomirror " + tickList(xTicks) +
+              (upright ? GnuplotCode(" rotate by 90 right")
+                       : GnuplotCode(" offset 0,xTicShift") + (isTight ? GnuplotCode("+0.2 scale 0.5") : GnuplotCode())) +
+              "\n";
     script += "set ytics out nomirror " + tickList(yTicks) + "\n";
     script += label(0.5 * (frame.left + frame.right), labelPlace, fitted(xLabel, fitting(frame.right - frame.left, captionCharacter)), "");
-    script += label(18.0, 0.5 * (frame.top + frame.bottom), fitted(yLabel, fitting(panelBottom - panelTop - 60.0, captionCharacter)),
+    script += label(18.0, 0.5 * (frame.top + frame.bottom),
+                    fitted(yLabel, fitting(isTight ? frame.bottom - frame.top + 14.0 : panelBottom - panelTop - 60.0, captionCharacter)),
                     "rotate by 90");
     return script;
 }
@@ -393,33 +455,31 @@ GnuplotCode Chart::layersPlotted() const
 /** What the words around it leave of the height. */
 double Chart::plotHeight() const
 {
-    const bool isBelow = panelTop > 0.0;
-    double top = panelTop + (isBelow ? 0.0 : 8.0);
-    double bottom = panelBottom - 10.0;
-    headings(top);
-    if (!isBelow) footnotes(bottom);
-    if (!isBelow) key(top);
-    return bottom - tickHeight() - top - (isBelow ? 4.0 : 14.0);
+    Frame frame = panel();
+    headings(frame.top);
+    if (!isBelow()) footnotes(frame.bottom);
+    if (!isBelow()) key(frame.top);
+    return frame.bottom - tickHeight() - frame.top - gapAbovePlot();
 }
 
-/** To the last entries that have room on two lines, which are those of lines and means; what the marks and cells are notes say, or the axes. */
+/** All entries, in small letters, cut where they have no room beside each other. */
 void Chart::shortenKey()
 {
-    constexpr double least = 15.0;  // characters, by which an entry is known
-    const auto columns = std::max<std::size_t>(1, static_cast<std::size_t>(0.97 * width / (least * keyCharacter + keySample)));
-    const auto most = static_cast<std::size_t>((0.97 * width / static_cast<double>(columns) - keySample) / keyCharacter);
-    std::size_t left = keys() - std::min(keys(), 2 * columns);
+    hasSmallKey = true;
+    const std::size_t columns = smallKeyColumns();
+    const std::size_t rows = (keys() + columns - 1) / columns;
+    std::size_t entry = 0;
     for (Layer& layer : layers) {
         if (layer.keyTitle.empty()) continue;
-        layer.keyTitle = left > 0 ? "" : fitted(layer.keyTitle, most);
-        left -= left > 0 ? 1 : 0;
+        layer.keyTitle = fitted(layer.keyTitle, smallKeyFitting(entry / rows, columns));
+        ++entry;
     }
 }
 
 /** Where the words would take more than half of the height, what can be missed goes, one after the other. */
 void Chart::squeeze()
 {
-    const auto isEnough = [this] { return plotHeight() >= 0.5 * (panelBottom - panelTop); };
+    const auto isEnough = [this] { return isTight || plotHeight() >= 0.5 * (panelBottom - panelTop); };
     if (isEnough()) return;
     shortenKey();
     if (isEnough()) return;
@@ -431,7 +491,42 @@ void Chart::squeeze()
     if (isEnough()) return;
     title = fitted(title, fitting(0.97 * width, titleCharacter));
     if (isEnough()) return;
-    for (Layer& layer : layers) layer.keyTitle.clear();
+    keepLastOfKey(2 * smallKeyColumns());
+    constexpr double least = 0.45;  // a note more, and entries that the lines need
+    if (plotHeight() >= least * (panelBottom - panelTop)) return;
+    keepLastOfKey(0);
+}
+
+/** Those of lines and means stand last; of marks and cells notes and axes say what they are. What is missing is said. */
+void Chart::keepLastOfKey(std::size_t most)
+{
+    const std::size_t missing = keys() - std::min(keys(), most);
+    if (missing == 0) return;
+    std::size_t left = missing;
+    for (Layer& layer : layers) {
+        if (left == 0) break;
+        left -= layer.keyTitle.empty() ? 0U : 1U;
+        layer.keyTitle.clear();
+    }
+    if (missingKeys > 0) notes.pop_back();
+    missingKeys += missing;
+    note(counted(missingKeys, "entry", "entries") + " of the key left out for want of room");
+}
+
+void Chart::sharePanels(Chart& above, Chart& below)
+{
+    constexpr double middle = 0.5;
+    above.setPanel(0.0, middle);
+    below.setPanel(middle, middle);
+    for (Chart* const chart : {&above, &below}) {
+        chart->isTight = true;
+        chart->caption.clear();
+        chart->title = fitted(chart->title, chart->fitting(0.97 * chart->width, captionCharacter));
+        chart->shortenKey();
+    }
+    const double share = middle + 0.5 * (below.plotHeight() - above.plotHeight()) / above.height;
+    above.setPanel(0.0, share);
+    below.setPanel(share, 1.0 - share);
 }
 
 GnuplotCode Chart::commands() const
@@ -442,18 +537,26 @@ GnuplotCode Chart::commands() const
     return squeezed.laidOut();
 }
 
+/** Without its margins. */
+Chart::Frame Chart::panel() const
+{
+    if (isTight) return {panelTop + (isBelow() ? 2.0 : 1.0), panelBottom - (isBelow() ? 1.0 : 3.0), 0.0, width};
+    return {panelTop + (isBelow() ? 0.0 : 8.0), panelBottom - 10.0, 0.0, width};
+}
+
+double Chart::gapAbovePlot() const { return isTight ? (isBelow() ? 0.0 : 3.0) : isBelow() ? 4.0 : 14.0; }
+
 GnuplotCode Chart::laidOut() const
 {
-    const bool isBelow = panelTop > 0.0;  // then the words of the panel above are its own too
-    Frame frame{panelTop + (isBelow ? 0.0 : 8.0), panelBottom - 10.0, 0.0, width};
-    GnuplotCode script = isBelow ? "unset label\n" : GnuplotCode();
+    Frame frame = panel();
+    GnuplotCode script = isBelow() ? "unset label\n" : GnuplotCode();
     script += headings(frame.top);
-    if (!isBelow && !isSmall) script += footnotes(frame.bottom);
+    if (!isBelow() && !isSmall) script += footnotes(frame.bottom);
     if (roundLimit > 0.0) {
         script += roundWithKey(frame);
     } else {
-        script += isBelow ? GnuplotCode("unset key\n") : key(frame.top);
-        frame.top += isBelow ? 4.0 : 14.0;
+        script += isBelow() ? GnuplotCode("unset key\n") : key(frame.top);
+        frame.top += gapAbovePlot();
         if (xAxis && yAxis) script += plotWithAxes(frame);
     }
     return script + texts + layersPlotted();

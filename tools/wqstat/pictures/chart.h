@@ -45,6 +45,9 @@ public:
     /** Makes it a panel of its canvas: from the top, in parts of the height. */
     void setPanel(double topPart, double heightPart);
 
+    /** Makes the two panels of its canvas as high a plot as each other, of all that the words leave: these take little room then. */
+    static void sharePanels(Chart& above, Chart& below);
+
     /** Lets the y axes of two panels stand one below the other. To be called when both are set. */
     static void alignLeft(Chart& a, Chart& b);
 
@@ -127,7 +130,15 @@ private:
     GnuplotCode plotWithAxes(Frame frame) const;
     double tickHeight() const;
     double plotHeight() const;
+    double plotWidth() const;
+    std::size_t smallKeyFitting(std::size_t column, std::size_t columns) const;
+    std::size_t smallKeyColumns() const;
+    GnuplotCode smallKey(double& y) const;
+    bool isBelow() const { return panelTop > 0.0; }  ///< then the words of the panel above are its own too
+    Frame panel() const;
+    double gapAbovePlot() const;
     void shortenKey();
+    void keepLastOfKey(std::size_t most);
     void squeeze();
     GnuplotCode laidOut() const;
     GnuplotCode dataOf(const Layer& layer) const;
@@ -138,7 +149,10 @@ private:
     void makeYTicks();
 
     bool isSmall;
-    double width;  // of the canvas, in units of the layout
+    bool isTight = false;  // two panels on a low canvas
+    bool hasSmallKey = false;
+    std::size_t missingKeys = 0;  // which a note at the end counts
+    double width;                 // of the canvas, in units of the layout
     double height;
     double leastLeft = 0.0;
     double panelTop = 0.0;

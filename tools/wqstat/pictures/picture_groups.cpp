@@ -197,7 +197,8 @@ Picture picture(wq_lib::SingleAnova& anova, const PictureWords& words)
             bars.add({place + 0.29, y.at(mean), y.at(limits.lower), y.at(limits.upper)});
     }
     chart.add(means, levels("linewidth 3.5 " + inColour(colour::vermilion)), "mean of the group");
-    chart.add(bars, whiskers("linewidth 2 " + inColour(colour::black)), confidenceText(anova) + " confidence limits of the mean");
+    chart.add(bars, whiskers("linewidth 2 " + inColour(colour::black)),
+              confidenceText(anova) + (isNarrow(words.canvas) ? " limits of the mean" : " confidence limits of the mean"));
     if (groups.size() > mostMeans) chart.note("no means: there are too many groups to show them");
     noteLeftOut(chart, notFinite, {"mean", "means"});
     return pictureOf(chart, words);

@@ -207,25 +207,33 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
     chart.setY(y, labelOr(words.yLabel, "y"));
     if (limited) chart.add(band, "using 1:2:3 with filledcurves " + inColour(colour::band));
     addScatter(chart, points, x, y, pairNoun);
+    const auto addLimits = [&](const std::string& what) {
+        if (limited)
+            chart.add(limits, "using 1:2 with lines linewidth 1.5 dashtype (9,5) " + inColour(colour::vermilion),
+                      confidenceText(regression) + what);
+        else
+            chart.note("no confidence limits: they are not finite");
+    };
+    const bool fewWords = isNarrow(words.canvas);  // then the curve is the last entry of the key, which has the most room
+    if (fewWords) addLimits(" limits");
     if (drawn)
         chart.add(line, "using 1:2 with lines linewidth 2.5 " + inColour(colour::vermilion), model.formula);
     else
         chart.note("no curve: it is not finite");
-    if (limited)
-        chart.add(limits, "using 1:2 with lines linewidth 1.5 dashtype (9,5) " + inColour(colour::vermilion),
-                  confidenceText(regression) +
-                      (model.ofX == asItIs && model.ofY == asItIs ? " confidence limits of the line" : " confidence limits of the curve"));
-    else
-        chart.note("no confidence limits: they are not finite");
+    if (!fewWords)
+        addLimits(model.ofX == asItIs && model.ofY == asItIs ? " confidence limits of the line" : " confidence limits of the curve");
     if (!words.residuals) return pictureOf(chart, words);
 
-    const bool isLow = words.canvas.layoutHeight() < 600.0;  // then both panels are as high, and the lower one has the numbers
-    const double share = isLow ? 0.48 : 0.66;
-    if (isLow) chart.hideXNumbers();
+    chart.hideXNumbers();
     Chart below = residualsOf(regression, model, points, x, words);
-    chart.setPanel(0.0, share);
-    below.setPanel(share, 1.0 - share);
     Chart::alignLeft(chart, below);
+    if (words.canvas.layoutHeight() < 600.0) {
+        Chart::sharePanels(chart, below);
+    } else {
+        constexpr double share = 0.64;
+        chart.setPanel(0.0, share);
+        below.setPanel(share, 1.0 - share);
+    }
     Picture picture = pictureOf(chart, words);
     picture.commands = "set multiplot\n" + picture.commands + below.commands() + "unset multiplot\n";
     picture.description += " Below, the residuals.";
@@ -323,8 +331,9 @@ Picture picture(wq_lib::LinearRegressionMultiY& regression, const PictureWords& 
     if (limited) {
         const GnuplotCode style = "using 1:2 with lines linewidth 1.5 dashtype (9,5) " + inColour(colour::black);
         chart.add(lines[1], style,
-                  confidenceText(regression) + " limits of the slope " + figures(exact.slopeLimits.lower) + " to " +
-                      figures(exact.slopeLimits.upper));
+                  confidenceText(regression) + (isNarrow(words.canvas) ? " limits of b"
+                                                                       : " limits of the slope " + figures(exact.slopeLimits.lower) +
+                                                                             " to " + figures(exact.slopeLimits.upper)));
         chart.add(lines[2], style);
     }
     return pictureOf(chart, words);

@@ -31,6 +31,9 @@ std::string labelOr(const std::string& label, const char* own);
 /** "95 %" */
 std::string confidenceText(const wq_lib::BasicStatistics& analysis);
 
+/** Whether the key of a picture has room for few words. */
+inline bool isNarrow(const Canvas& canvas) { return canvas.layoutWidth() < 600.0; }
+
 bool isFinite(const wq_lib::DataRange<double>& range);
 
 /** An axis for counts up to the highest. */
