@@ -2,7 +2,8 @@
 //
 // Each page writes nothing to the console, asks for nothing besides itself, has no violations that axe-core finds, in light and in dark, has
 // nothing to scroll sideways at 320 pixels and every figure on one line, and prints to a PDF whose text holds every row of its tables, cell beside
-// cell and in order, and every figure in one piece. Pictures of all of them stay in FOLDER.
+// cell and in order, and every figure in one piece, with a break before the report and none behind a heading or inside of what fits on a page.
+// Pictures of all of them stay in FOLDER.
 
 import { spawnSync } from 'node:child_process';
 import { existsSync, mkdirSync, readFileSync, statSync, writeFileSync } from 'node:fs';
@@ -38,6 +39,8 @@ const analyses = {
   'columns-hostile': ['hostile.csv'],
   'describe-parts': ['--column', 'w', '--by', 's', 'parts.csv'],
 };
+
+const movedBreaks = new Set(['fit', 'multiy', 'columns', 'describe-several', 'describe-parts']);
 
 const faults = [];
 function expect(holds, page, text) {
@@ -93,6 +96,65 @@ async function brokenFigures(page) {
 
 const plain = (text) => text.replace(/\s+/g, '');
 
+// The lines of each printed page.
+function pagesOf(pdf) {
+  const pages = run('pdftotext', ['-layout', pdf, '-']).split('\f');
+  return pages.map((text) => text.split('\n').map(plain).filter((line) => line !== '')).filter((lines) => lines.length > 0);
+}
+
+// The headings of a page, and what stands behind each; nothing of a picture, whose text is printed in no order.
+async function headingsOf(page) {
+  const found = await page.$$eval('h1, h2, h3', (all) => all.map((heading) => {
+    const next = heading.nextElementSibling;
+    return { text: heading.textContent, next: next === null || next.querySelector('svg') !== null ? '' : next.textContent };
+  }));
+  return found.map(({ text, next }) => ({ text: plain(text), next: plain(next).slice(0, 12) }));
+}
+
+// The heading that is the last thing on a printed page, on one line or on several. A list may end in the same words: what follows tells.
+function headingAtEnd(lines, nextPage, headings) {
+  let end = '';
+  for (const line of [...lines].reverse().slice(0, 4)) {
+    end = line + end;
+    const found = headings.find(({ text, next }) => text === end && nextPage.join('').slice(0, 40).includes(next));
+    if (found !== undefined) return found;
+  }
+  return undefined;
+}
+
+// How A4 breaks: no heading is the last thing on a page, each report begins one, and sections that are shorter than a page are in one piece.
+async function lookAtBreaks(page, name, pdf) {
+  const pages = pagesOf(pdf);
+  const headings = await headingsOf(page);
+  pages.slice(0, -1).forEach((lines, i) => {
+    const heading = headingAtEnd(lines, pages[i + 1], headings);
+    expect(heading === undefined, name, `has the heading ${heading?.text} at the end of printed page ${i + 1}`);
+  });
+
+  const reports = await page.$$eval('section.report', (all) => all.length);
+  const begun = pages.filter((lines) => lines[0] === 'Report').length;
+  expect(begun === reports, name, `${begun} of ${reports} reports begin a printed page`);
+
+  // Sections without a picture, whose text tells where they are: those of the data and of how the page was made.
+  const short = await page.$$eval('section.data, section.made', (all) => all.map((section) => [...section.querySelectorAll('h2, h3, li, dt, dd')].map((part) => part.textContent)));
+  const printed = pages.map((lines) => lines.join(''));
+  for (const parts of short.filter((texts) => texts.join('').length < 1500)) {
+    const whole = parts.map(plain).filter((text) => text !== '');
+    expect(printed.some((text) => whole.every((part) => text.includes(part))), name, `breaks its section ${parts[0]}`);
+  }
+}
+
+// Wherever the breaks come to lie: an empty space on top moves them through the page.
+async function lookAtMovedBreaks(page, name, pdf) {
+  await page.evaluate(() => document.body.prepend(Object.assign(document.createElement('div'), { id: 'space' })));
+  for (let height = 0; height < 260; height += 13) {
+    await page.evaluate((space) => (document.getElementById('space').style.height = `${space}mm`), height);
+    await page.pdf({ path: pdf, preferCSSPageSize: true });
+    await lookAtBreaks(page, `${name}, ${height} mm lower`, pdf);
+  }
+  await page.evaluate(() => document.getElementById('space').remove());
+}
+
 async function look(browser, name, file, scheme) {
   const context = await browser.newContext({ colorScheme: scheme, viewport: { width: 900, height: 1200 } });
   const page = await context.newPage();
@@ -115,6 +177,8 @@ async function look(browser, name, file, scheme) {
     await page.pdf({ path: pdf, preferCSSPageSize: true });
     const text = run('pdftotext', ['-raw', pdf, '-']);
     expectWholeFigures(name, await page.$$eval('data', (all) => all.map((figure) => figure.textContent)), text);
+    await lookAtBreaks(page, name, pdf);
+    if (movedBreaks.has(name)) await lookAtMovedBreaks(page, name, path.join(folder, `${name}-moved.pdf`));
     const printed = plain(text);
     const rows = await page.$$eval('tbody tr', (all) => all.map((row) => [...row.children].map((cell) => cell.textContent)));
     expect(rows.length > 2, name, 'has no table');

@@ -54,10 +54,10 @@ dd { margin: 0 0 .5rem; }
 @media print {
   :root { --ink: #000000; --paper: #ffffff; --soft: #ffffff; --rule: #999999; --mark: #000000; }
   body { max-width: none; padding: 0; font-size: 10pt; }
-  section, .multiples li { break-inside: avoid; }
+  header, section, .multiples li { break-inside: avoid; }
   section.all, section.multiple, section.analysis { break-inside: auto; }
   section.report { break-before: page; break-inside: auto; }
-  h2 { break-after: avoid; }
+  h1, h2, h3 { break-after: avoid; }
   tr { break-inside: avoid; }
 }
 )";
