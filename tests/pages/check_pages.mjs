@@ -105,8 +105,9 @@ function pagesOf(pdf) {
 // The headings of a page, and what stands behind each; nothing of a picture, whose text is printed in no order.
 async function headingsOf(page) {
   const found = await page.$$eval('h1, h2, h3', (all) => all.map((heading) => {
-    const next = heading.nextElementSibling;
-    return { text: heading.textContent, next: next === null || next.querySelector('svg') !== null ? '' : next.textContent };
+    let next = '';
+    for (let part = heading.nextElementSibling; part !== null && part.querySelector('svg') === null; part = part.nextElementSibling) next += part.textContent;
+    return { text: heading.textContent, next };
   }));
   return found.map(({ text, next }) => ({ text: plain(text), next: plain(next).slice(0, 12) }));
 }
