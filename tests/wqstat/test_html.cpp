@@ -236,10 +236,10 @@ TEST(Page, listsNoProbabilityOfAFitWithoutATest)
         const char* classes;
         const char* reason;  // none where there is a test
     } rows[] = {
-        {__LINE__, "5;0\n3;5\n", ", no test: nothing is expected in a class"},
-        {__LINE__, "0;0\n3;5\n9;7\n", ", no test: nothing is expected in a class"},
+        {__LINE__, "5;0\n3;5\n", ", no test: nothing is expected in 1 class"},
+        {__LINE__, "0;0\n3;5\n9;7\n", ", no test: nothing is expected in 1 class"},
         {__LINE__, "5;5\n", ", no test: there are no degrees of freedom"},
-        {__LINE__, "5;7\nnan;3\n", ", no test: chi-square is no number"},
+        {__LINE__, "5;7\nnan;3\n", ", no test: the statistic is no number"},
         {__LINE__, "5;3\n3;5\n", ""},
     };
     for (const auto& row : rows) {
