@@ -324,10 +324,10 @@ Statement statementOf(wq_lib::Circular& directions, const VariableNames& names)
                                   (isGrouped ? " corrected for grouping, z without the correction = " : ", z = ") + figures(z);
     constexpr double leastLength = 1e-12;  // below it rounding has made it
     const bool hasNone = std::sqrt(z / exact.n) < leastLength || exact.classes == 1.0;
-    const std::string none = std::string("no mean direction: ") +
-                             (exact.classes == 1.0 ? "there is one class" : "the observations cancel each other out, r = 0, z = 0");
+    const std::string withoutOne = std::string("no mean direction: ") +
+                                   (exact.classes == 1.0 ? "there is one class" : "the observations cancel each other out, r = 0, z = 0");
     return {"Is there a mean direction of " + nameOr(names.x, "the observations") + ", or do they point anywhere?",
-            (hasNone ? none : direction) + ", " +
+            (hasNone ? withoutOne : direction) + ", " +
                 (std::isnan(exact.rayleigh.p) ? noTest(reasonForNoTest(exact)) : probability(exact.rayleigh.p)) +
                 ", n = " + digits(result.n),
             {{"observations", "result/n", static_cast<double>(result.n)},
