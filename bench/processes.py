@@ -89,10 +89,9 @@ def means_of_rows(text):
 
 
 class Row:
-    def __init__(self, title, contenders, peers):
+    def __init__(self, title, contenders):
         self.title = title
         self.contenders = contenders  # by name: the command, and what reads the answer out of its output
-        self.peers = peers  # by name: how many times the peer's wall time wqstat may take
 
 
 def all_rows(wqstat, table, pairs):
@@ -108,21 +107,21 @@ def all_rows(wqstat, table, pairs):
             "datamash": (["sh", "-c", 'exec datamash -t , --header-in --format %.17g mean 3 < "$0"', table], first_number),
             "Miller": (["mlr", "--icsv", "--ojson", "stats1", "-a", "mean", "-f", "value", table],
                        lambda text: [json.loads(text)[0]["value_mean"]]),
-        }, {"R, fread and t.test": 1.5, "datamash": 1 / 3, "Miller": 1 / 3}),
+        }),
         Row("anova by a column of labels", {
             "wqstat": (anova, of_json("textbook", "fs")),
             "R, fread and oneway.test": (r_script(R_ANOVA, table), first_number),
-        }, {"R, fread and oneway.test": 1.5}),
+        }),
         Row("means by a column of labels", {
             "wqstat": (anova, means_of_json),
             "R, fread and data.table": (r_script(R_MEANS, table), means_of_rows),
             "datamash": (["sh", "-c", 'exec datamash -t , --header-in -s --format %.17g -g 2 mean 3 < "$0"', table], means_of_rows),
             "Miller": (["mlr", "--icsv", "--ocsv", "stats1", "-a", "mean", "-f", "value", "-g", "site", table], means_of_rows),
-        }, {"datamash": 1 / 3, "Miller": 1 / 3}),
+        }),
         Row("anova --json beside the report", {
             "wqstat": (document, lambda text: [float(f"{json.loads(text)['result']['among']['fs']:.3f}")]),
             "wqstat, report": (report, f_of_report),
-        }, {"wqstat, report": 2}),
+        }),
     ]
 
 
@@ -180,9 +179,9 @@ def table_of(rows, results):
         own = results[row.title, "wqstat"][0]
         for name in row.contenders:
             wall, processor, memory = results[row.title, name]
-            ratio, goal = ("", "") if name == "wqstat" else (f"{own / wall:.2f}", f"{row.peers[name]:.2f}" if name in row.peers else "")
-            lines.append([row.title, name, page.duration(wall), page.duration(processor), f"{memory / 1e6:.0f} MB", ratio, goal])
-    return page.markdown(["work", "program", "time", "processor time", "memory", "wqstat's time to it", "at most"], lines)
+            ratio = "" if name == "wqstat" else f"{own / wall:.2f}"
+            lines.append([row.title, name, page.duration(wall), page.duration(processor), f"{memory / 1e6:.0f} MB", ratio])
+    return page.markdown(["work", "program", "time", "processor time", "memory", "wqstat's time to it"], lines)
 
 
 def main():

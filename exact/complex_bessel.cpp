@@ -1,5 +1,7 @@
 #include "complex_bessel.h"
 
+#include "pi.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -8,7 +10,6 @@ namespace wq_exact::detail {
 
 namespace {
 
-constexpr long double pi = 3.14159265358979323846264338327950288L;
 constexpr long double tiny = std::numeric_limits<long double>::epsilon() / 64.0L;
 
 bool isNegligible(Complex term, Complex sum) { return std::norm(term) <= tiny * tiny * std::norm(sum); }
@@ -53,7 +54,7 @@ Complex integralK(int order, Complex w)
 /** log(1 + x) of a complex x with all digits where it is small. */
 Complex logOfOnePlus(Complex x) { return {0.5L * std::log1p(2.0L * x.real() + std::norm(x)), std::atan2(x.imag(), 1.0L + x.real())}; }
 
-/** log I0, |s| <= 1. */
+/** log I0, |s| <= 1, by the power series. Source: DLMF 10.25.2. */
 Complex logOfSeriesI0(Complex s)
 {
     const Complex quarter = 0.25L * s * s;
@@ -96,12 +97,14 @@ Complex logI0(Complex s)
     return std::log(sum * (static_cast<long double>(stride) / Cosines::quarter));
 }
 
+// Hankel's expansion of both exponentials. Source: DLMF 10.40.5.
 Complex logScaledI0(Complex s)
 {
     const Complex other = Complex(0.0L, 1.0L) * std::exp(-2.0L * s) * asymptoticK(0, s);
     return std::log((asymptoticK(0, -s) + other) / std::sqrt(2.0L * pi * s));
 }
 
+// Source: DLMF 10.25.2.
 Complex seriesI1(Complex w)
 {
     const Complex quarter = 0.25L * w * w;

@@ -29,6 +29,7 @@ double onPositive(double x, double atZero, double atInfinity, Tail tail)
 
 // ---------------------------------------------------------------- normal distribution
 
+// P(Z > z) = erfc(z / sqrt 2) / 2, A&S 26.2.29 with 7.1.2; the density is 26.2.1.
 double normalCdf(double z) noexcept { return normalUpperTail(-z); }
 
 double normalUpperTail(double z) noexcept
@@ -50,7 +51,7 @@ double normalUpperQuantile(double p) noexcept { return isProbability(p) ? detail
 
 namespace {
 
-/** P(|T| >= t) and its complement, t > 0, as incomplete beta functions of t^2 / (df + t^2). */
+/** P(|T| >= t) = I_x(df/2, 1/2), x = df / (df + t^2), A&S 26.5.27, and its complement, t > 0. */
 struct AbsoluteT {
     long double df;
 
@@ -111,6 +112,7 @@ double tQuantile(double p, double df) noexcept { return -tUpperQuantile(p, df); 
 
 // ---------------------------------------------------------------- chi-square
 
+// P(X <= x) = P(df/2, x/2), the incomplete gamma function: A&S 26.4.19.
 double chiSquareCdf(double x, double df) noexcept
 {
     if (!isDegrees(df)) return undefined;
@@ -157,7 +159,7 @@ double chiSquareUpperQuantile(double p, double df) noexcept
 
 namespace {
 
-/** F as incomplete beta functions of df1 f / (df1 f + df2), f > 0. */
+/** P(F > f) = I_x(df2/2, df1/2), x = df2 / (df2 + df1 f), A&S 26.6.2, and its complement, f > 0. */
 struct FisherF {
     long double df1;
     long double df2;

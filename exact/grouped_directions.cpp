@@ -1,5 +1,7 @@
 #include "grouped_directions.h"
 
+#include "pi.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -17,7 +19,7 @@ class Distributions {
 public:
     Distributions(double z, std::size_t n, std::size_t k) : one(k), empty(k + 1), probability(n + 1)
     {
-        constexpr long double circle = 6.28318530717958647692528676655900577L;
+        constexpr long double circle = 2.0L * pi;
         for (std::size_t i = 0; i < k; ++i) {
             const long double angle = circle * static_cast<long double>(i) / static_cast<long double>(k);
             one[i] = {static_cast<double>(std::cos(angle)), static_cast<double>(std::sin(angle))};

@@ -61,7 +61,10 @@ Tails nearlyNormal(long double exponent, bool above, long double correction)
     return above ? Tails{inner - rest, outer + rest} : Tails{outer - rest, inner + rest};
 }
 
-/** Source: Temme (1979), The asymptotic expansion of the incomplete gamma functions; the first two corrections, for a of 1e7 and more. */
+/**
+ * Source: Temme (1979), The asymptotic expansion of the incomplete gamma functions; the first two corrections, c0 and c1 of DLMF 8.12(i), for a of 1e7
+ * and more. The fractions are the begins of their Taylor series in eta.
+ */
 Tails largeGamma(long double a, long double x)
 {
     const long double mu = (x - a) / a;

@@ -1,5 +1,6 @@
 #include <wq_exact/distributions.h>
 
+#include "pi.h"
 #include "quantile_search.h"
 
 #include <algorithm>
@@ -12,13 +13,15 @@ namespace wq_exact {
 
 namespace {
 
+using detail::pi;
+
 constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
-constexpr long double pi = 3.14159265358979323846264338327950288L;
 constexpr long double meeting = 1.0L;  // above it the series of the upper tail is the short one, below it that of the lower
 constexpr int terms = 8;               // the series have all their digits after 5
 
 // Each series with every term its own exponential; at the meeting point the 8th is below 1e-55.
 
+// P(L < lambda) = sqrt(2 pi) / lambda times the sum of exp(-(2k - 1)^2 pi^2 / (8 lambda^2)) over k = 1, 2, ... (Smirnov 1948).
 long double lowerSeries(long double lambda)
 {
     long double sum = 0.0L;
@@ -29,6 +32,7 @@ long double lowerSeries(long double lambda)
     return std::sqrt(2.0L * pi) / lambda * sum;
 }
 
+// P(L >= lambda) = 2 times the sum of (-1)^(k-1) exp(-2 k^2 lambda^2) over k = 1, 2, ... (Kolmogorov 1933).
 long double upperSeries(long double lambda)
 {
     long double sum = 0.0L;
@@ -39,6 +43,7 @@ long double upperSeries(long double lambda)
 long double lower(long double lambda) { return lambda < meeting ? lowerSeries(lambda) : 1.0L - upperSeries(lambda); }
 long double upper(long double lambda) { return lambda < meeting ? 1.0L - lowerSeries(lambda) : upperSeries(lambda); }
 
+// The derivative of either.
 long double density(long double lambda)
 {
     long double sum = 0.0L;

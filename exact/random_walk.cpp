@@ -9,6 +9,7 @@
 
 #include "boost_calls.h"
 #include "complex_bessel.h"
+#include "pi.h"
 
 #include <boost/math/quadrature/gauss.hpp>
 #include <boost/math/special_functions/bessel.hpp>
@@ -21,7 +22,6 @@ namespace wq_exact::detail {
 
 namespace {
 
-constexpr long double pi = 3.14159265358979323846264338327950288L;
 constexpr Complex i = Complex(0.0L, 1.0L);
 constexpr double infinitelyMany = 1e20;     // steps, from which on z has the exponential distribution
 constexpr long double negligible = 1e-20L;  // a part of the integrand at its largest

@@ -300,7 +300,7 @@ double quadratureRecursion(double (*f)(double, void*), void* state, double a, do
     return halved(Remembering{f, state}, a, b, m, fa, fb, fm, whole, tolerance, depth);
 }
 
-// P(X = k) = n!/(k! (n-k)!) p^k q^(n-k), q = 1 - p: from P(X = 0) = q^n by P(X = i + 1) = P(X = i) (n - i) p / ((i + 1) q).
+// P(X = k) = n!/(k! (n-k)!) p^k q^(n-k), q = 1 - p (NIST/SEMATECH e-Handbook of Statistical Methods, 1.3.6.6.18): from P(X = 0) = q^n by P(X = i + 1) = P(X = i) (n - i) p / ((i + 1) q).
 double binomial(std::size_t k, std::size_t n, double p)
 {
     // Where the size of the product has settled, only its sign may go on changing.

@@ -17,7 +17,7 @@ constexpr std::size_t longestLine = 254;
 constexpr std::size_t blockSize = std::size_t{1} << 16;
 constexpr std::uintmax_t mostExpectedLines = std::uintmax_t{1} << 24;  // the size of a file may promise more than it holds
 
-bool isDelimiter(char c) { return c == ':' || c == ';' || c == '|'; }
+bool isDelimiter(char c) { return c == fieldSeparators[0] || c == fieldSeparators[1] || c == fieldSeparators[2]; }
 
 /**
  * Takes a plain decimal with its sign off the text. A call per number would cost a twentieth of the time that reading takes.

@@ -68,7 +68,7 @@ public:
     std::uint64_t charactersRead() const { return characters; }
 
     /** What has been read of the file behind the current line; less than the rest of it where that is long. */
-    std::string_view readAhead() const { return {block.data() + position, filled - position}; }
+    std::string_view unread() const { return {block.data() + position, filled - position}; }
 
     /** True when reading ended because the file could not be read on. */
     bool hasFailed() const { return failed; }
@@ -96,11 +96,14 @@ private:
     bool failed = false;
 };
 
+/** What separates the fields of a line. */
+inline constexpr std::string_view fieldSeparators = ":;|";
+
 /** Whether a line ends the data of a reader that has end markers. */
 inline bool isEndMarker(std::string_view line) { return line.substr(0, 2) == "<<"; }
 
 /**
- * Takes the next field off a line of fields that are separated by any run of ':', ';' and '|'.
+ * Takes the next field off a line of fields with any run of separators between.
  * @return false when the rest holds no field.
  */
 bool takeField(std::string_view& rest, std::string_view& field);

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""format.py SOURCE: every C++ file stands as clang-format 14 lays it out by .clang-format."""
+"""format.py SOURCE: every file of C++ or C stands as clang-format 14 lays it out by .clang-format."""
 
 import pathlib
 import re
@@ -18,7 +18,7 @@ def main():
     if not re.search(r"\b14\.", version):  # others lay out differently
         print(f"SKIPPED: needs clang-format 14 (Debian package: clang-format), here is {version}")
         return SKIPPED
-    files = sorted(str(p) for folder in FOLDERS for p in (source / folder).rglob("*") if p.suffix in (".cpp", ".h"))
+    files = sorted(str(p) for folder in FOLDERS for p in (source / folder).rglob("*") if p.suffix in (".c", ".cpp", ".h"))
     if len(files) < 300:
         print(f"only {len(files)} files found in {source}")
         return 1

@@ -184,6 +184,7 @@ TEST(Columns, knowsAFileThatIsReadWithoutThem)
     } rows[] = {
         {__LINE__, "# masses\n1\n2.5\n4\n", {"describe", "frequency"}},
         {__LINE__, "\n  # masses\n# in kg\n\n1\n-2.5e1\n4\n", {"describe", "frequency"}},
+        {__LINE__, "# masses\n1\n2.5\na note # of no weight\n4\n<<\n", {"describe", "frequency"}},
         {__LINE__, "# x|y|n\n1|2|1\n2|3|2\n3|5|1\n", {"multiy"}},
     };
     for (const auto& row : rows) {

@@ -2,6 +2,8 @@
 //
 // Usage: accuracy FOLDER   the text goes to standard output, the data behind its plots to the folder
 
+#include "numbers/pi.h"
+
 #include <wq_exact/distributions.h>
 #include <wq_stat/distributions.h>
 
@@ -19,8 +21,6 @@
 #include <vector>
 
 namespace {
-
-constexpr double pi = 3.14159265358979323846;
 
 using Degrees = std::vector<std::size_t>;
 const Degrees evenDegrees = {2, 4, 6, 8, 10, 12, 16, 20, 24, 30, 40, 60, 100, 200, 500, 1000};
@@ -432,7 +432,7 @@ void rayleigh(const char* grid, const Degrees& sizes)
 void angles()
 {
     Row row("computeAngle", "the circle in steps of 1 degree, and 1.5e-8 beside the axes", Measure::absolute, "circular");
-    const double turn = 2.0 * pi;
+    const double turn = wq_lib::detail::twoPi;
     const auto take = [&](double x, double y) {
         const double exact = std::atan2(y, x);
         row.take(arguments({x, y}), wq_lib::computeAngle(x, y), exact < 0.0 ? exact + turn : exact);

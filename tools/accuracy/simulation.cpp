@@ -3,6 +3,8 @@
 //
 // Usage: simulation [--judge-report] SAMPLES   the status is 1 where the exact decision (or the report's) rejects too often or too rarely
 
+#include "numbers/pi.h"
+
 #include <wq_exact/wq_exact.h>
 #include <wq_stat/wq_stat.h>
 
@@ -254,8 +256,6 @@ Row kolmogorovSmirnov(std::size_t n1, std::size_t n2)
             }};
 }
 
-constexpr double pi = 3.141592653589793;
-
 /** So many directions, each for itself or, where there are classes, counted in them. */
 std::vector<wq_lib::data_pair> uniformDirections(Random& random, std::size_t n, std::size_t classes)
 {
@@ -265,7 +265,7 @@ std::vector<wq_lib::data_pair> uniformDirections(Random& random, std::size_t n, 
         if (classes > 0)
             angles[random.below(classes)].y += 1.0;
         else
-            angles[i].x = 2.0 * pi * random.uniform();
+            angles[i].x = wq_lib::detail::twoPi * random.uniform();
     }
     return angles;
 }

@@ -6,6 +6,7 @@
 #include "numbers/data_lines.h"
 #include "numbers/white_space.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -19,13 +20,13 @@ namespace {
 
 using wq_lib::detail::DataLines;
 using wq_lib::detail::EndMarker;
+using wq_lib::detail::fieldSeparators;
 using wq_lib::detail::isEndMarker;
 using wq_lib::detail::takeField;
 using wq_lib::detail::trimmed;
 using wq_lib::detail::whiteSpace;
 
 constexpr std::string_view digits = "0123456789";
-constexpr std::string_view separators = ":;|";
 constexpr const char* noText = "there is a zero byte: this is no text file";
 constexpr std::size_t shownPerKind = 3;
 
@@ -106,7 +107,7 @@ Separation separationOf(std::string_view line)
 {
     Separation found;
     std::size_t behindLast = 0;
-    for (std::size_t i = line.find_first_of(separators); i != std::string_view::npos; i = line.find_first_of(separators, i + 1)) {
+    for (std::size_t i = line.find_first_of(fieldSeparators); i != std::string_view::npos; i = line.find_first_of(fieldSeparators, i + 1)) {
         if (i == behindLast) found.lacksField = true;
         behindLast = i + 1;
         ++found.separators;
@@ -124,10 +125,10 @@ public:
     {
         number = lines.number();
         const std::string_view line = lines.text();
-        if (lines.isCut() && !cutLine(lines.readAhead())) return false;
+        if (lines.isCut() && !cutLine(lines.unread())) return false;
         if (markerLine != 0) return lines.isComment() || !beginsWithNumber(line) || behindMarker();
         const bool goesOn = !marked(line) ? false : lines.isComment() ? comment(line) : data(line);
-        if (!goesOn && !dataSeen) result.tableStart = std::string(line) + '\n' + std::string(lines.readAhead());
+        if (!goesOn && !dataSeen) result.tableStart = std::string(line) + '\n' + std::string(lines.unread());
         dataSeen = dataSeen || !lines.isComment();
         return goesOn;
     }
@@ -291,7 +292,10 @@ private:
 
     bool furtherFields(std::string_view line, std::string_view rest, const char* wanted)
     {
-        if (rest.find_first_not_of(":;| \t\n\v\f\r") == std::string_view::npos) return true;
+        const auto isText = [](char c) {
+            return whiteSpace.find(c) == std::string_view::npos && fieldSeparators.find(c) == std::string_view::npos;
+        };
+        if (std::none_of(rest.begin(), rest.end(), isText)) return true;
         return remark(furtherField, std::string("more than ") + wanted + ": " + inQuotes(line),
                       "only " + inQuotes(line.substr(0, line.size() - rest.size())) + " is read");
     }
@@ -362,7 +366,7 @@ LineCheck checkLines(std::istream& source, const std::string& name, Layout layou
 {
     DataLines lines(source, EndMarker::isData);
     Checker checker(name, layout, surprise);
-    if (const std::string wrapping = wrappingOf(lines.readAhead()); !wrapping.empty()) return wrapped(wrapping);
+    if (const std::string wrapping = wrappingOf(lines.unread()); !wrapping.empty()) return wrapped(wrapping);
     std::uint64_t reported = 0;
     for (;;) {
         if (lines.charactersRead() != reported) progress().advance(lines.charactersRead() - reported);

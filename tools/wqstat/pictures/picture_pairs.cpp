@@ -158,6 +158,49 @@ Chart residualsOf(wq_lib::Regression& regression, const Model& model, const std:
     return chart;
 }
 
+/** The curve and its limits as places on the axes. */
+struct CurveRows {
+    Rows line;
+    Rows band;
+    Rows limits;
+
+    CurveRows(const std::vector<std::pair<double, Height>>& heights, const Axis& x, const Axis& y)
+    {
+        const auto onAxis = [&y](double height) {  // what has no place on a logarithmic axis lies below it
+            const double position = y.at(height);
+            return std::isnan(position) ? y.low() : std::clamp(position, y.low(), y.high());
+        };
+        for (const auto& [at, height] : heights) {
+            const double position = x.at(at);
+            if (std::isfinite(height.middle)) line.add({position, y.at(height.middle)});
+            if (std::isfinite(height.lower) && std::isfinite(height.upper))
+                band.add({position, onAxis(height.lower), onAxis(height.upper)});
+        }
+        for (const bool upper : {false, true}) {
+            for (const auto& [at, height] : heights)
+                if (const double limit = upper ? height.upper : height.lower; std::isfinite(limit)) limits.add({x.at(at), y.at(limit)});
+            limits.gap();
+        }
+    }
+};
+
+Picture withPanelBelow(Chart& chart, Chart below, const PictureWords& words)
+{
+    chart.hideXNumbers();
+    Chart::alignLeft(chart, below);
+    if (words.canvas.layoutHeight() < 600.0) {
+        Chart::sharePanels(chart, below);
+    } else {
+        constexpr double share = 0.64;
+        chart.setPanel(0.0, share);
+        below.setPanel(share, 1.0 - share);
+    }
+    Picture picture = pictureOf(chart, words);
+    picture.commands = "set multiplot\n" + picture.commands + below.commands() + "unset multiplot\n";
+    picture.description += " Below, the residuals.";
+    return picture;
+}
+
 Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionResult& exact, const Model& model, const PictureWords& words)
 {
     const std::vector<Point> points = pointsOf(regression);
@@ -184,32 +227,16 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
         limited = limited || (std::isfinite(height.lower) && std::isfinite(height.upper));
     }
     const Axis y(extents.y, Axis::Ends::padded, yScale);
-    const auto onAxis = [&y](double height) {  // what has no place on a logarithmic axis lies below it
-        const double position = y.at(height);
-        return std::isnan(position) ? y.low() : std::clamp(position, y.low(), y.high());
-    };
-    Rows band;
-    Rows line;
-    Rows limits;
-    for (const auto& [at, height] : heights) {
-        const double position = x.at(at);
-        if (std::isfinite(height.middle)) line.add({position, y.at(height.middle)});
-        if (std::isfinite(height.lower) && std::isfinite(height.upper)) band.add({position, onAxis(height.lower), onAxis(height.upper)});
-    }
-    for (const bool upper : {false, true}) {
-        for (const auto& [at, height] : heights)
-            if (const double limit = upper ? height.upper : height.lower; std::isfinite(limit)) limits.add({x.at(at), y.at(limit)});
-        limits.gap();
-    }
+    const CurveRows rows(heights, x, y);
 
     Chart chart(words.canvas, titleOf(regression, words), fitText(regression, exact, model));
     chart.setX(x, words.residuals ? "" : labelOr(words.xLabel, "x"));
     chart.setY(y, labelOr(words.yLabel, "y"));
-    if (limited) chart.add(band, "using 1:2:3 with filledcurves " + inColour(colour::band));
+    if (limited) chart.add(rows.band, "using 1:2:3 with filledcurves " + inColour(colour::band));
     addScatter(chart, points, x, y, pairNoun);
     const auto addLimits = [&](const std::string& what) {
         if (limited)
-            chart.add(limits, "using 1:2 with lines linewidth 1.5 dashtype (9,5) " + inColour(colour::vermilion),
+            chart.add(rows.limits, "using 1:2 with lines linewidth 1.5 dashtype (9,5) " + inColour(colour::vermilion),
                       confidenceText(regression) + what);
         else
             chart.note("no confidence limits: they are not finite");
@@ -217,27 +244,14 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
     const bool fewWords = isNarrow(words.canvas);  // then the curve is the last entry of the key, which has the most room
     if (fewWords) addLimits(" limits");
     if (drawn)
-        chart.add(line, "using 1:2 with lines linewidth 2.5 " + inColour(colour::vermilion), model.formula);
+        chart.add(rows.line, "using 1:2 with lines linewidth 2.5 " + inColour(colour::vermilion), model.formula);
     else
         chart.note("no curve: it is not finite");
     if (!fewWords)
         addLimits(model.ofX == asItIs && model.ofY == asItIs ? " confidence limits of the line" : " confidence limits of the curve");
     if (!words.residuals) return pictureOf(chart, words);
 
-    chart.hideXNumbers();
-    Chart below = residualsOf(regression, model, points, x, words);
-    Chart::alignLeft(chart, below);
-    if (words.canvas.layoutHeight() < 600.0) {
-        Chart::sharePanels(chart, below);
-    } else {
-        constexpr double share = 0.64;
-        chart.setPanel(0.0, share);
-        below.setPanel(share, 1.0 - share);
-    }
-    Picture picture = pictureOf(chart, words);
-    picture.commands = "set multiplot\n" + picture.commands + below.commands() + "unset multiplot\n";
-    picture.description += " Below, the residuals.";
-    return picture;
+    return withPanelBelow(chart, residualsOf(regression, model, points, x, words), words);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "result_members.h"
 
-#include "anova_decision.h"
 #include "page_rows.h"
 #include "command_line/arguments.h"
 
@@ -147,7 +146,7 @@ void groupLimits(ResultWriter& out, const wq_lib::SingleAnova& anova, const wq_e
 /** Critical value and probability that both Anova reports print. */
 void anovaReport(ResultWriter& out, const wq_lib::SingleAnova& anova)
 {
-    out.member("criticalF", criticalF(anova));
+    out.member("criticalF", wq_lib::F_PercentPoint(1.0 - anova.getSignificance(), anova.getAmong().df, anova.getWithin().df));
     out.member("FProbability", wq_lib::F_Prob(anova.getAmong().fs, anova.getAmong().df, anova.getWithin().df));
 }
 
@@ -384,10 +383,11 @@ void writeResults(ResultWriter& out, const ResultHead& head, wq_lib::Correlation
 
 void writeResults(ResultWriter& out, const ResultHead& head, wq_lib::SingleAnova& anova)
 {
-    const auto decision = [&] { out.member("acceptH0", reportAcceptsH0(anova)); };
+    const wq_exact::AnovaResult exact = wq_exact::of(anova);
+    const auto decision = [&] { out.member("acceptH0", exact.F.acceptedByReport.value()); };
     writeWhole(
         out, head, anova, none, [&] { anovaMembers(out, anova, head.observations); }, [&] { anovaReport(out, anova); }, decision,
-        [&] { groupLimits(out, anova, wq_exact::of(anova)); });
+        [&] { groupLimits(out, anova, exact); });
 }
 
 void writeResults(ResultWriter& out, const ResultHead& head, wq_lib::LinearRegressionMultiY& regression)
