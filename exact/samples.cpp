@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <limits>
 #include <vector>
 
 namespace wq_exact {
@@ -36,10 +38,21 @@ namespace {
 struct Moments {
     long double origin = 0.0L;
     long double mean = 0.0L;  ///< relative to the origin
-    double variance = none;   ///< NaN of a constant sample, which has no t
+    double variance = none;   ///< 0 of a constant sample
 };
 
-Moments momentsOf(const wq_lib::BasicStatistics& sample)
+/** What a sum of so many numbers, and their mean, may be off by, relative to their size. */
+double roundingOf(std::size_t n) { return static_cast<double>(n) * std::numeric_limits<double>::epsilon(); }
+
+/** Of a record alone. A mean that is rounded leaves equal values a variance, and one that is no larger tells nothing from that. */
+Moments momentsOf(const wq_lib::basic_stat& record)
+{
+    const double error = roundingOf(record.n) * record.mean;
+    const bool isConstant = std::fabs(record.sampleVariance) <= 0.5 * error * error;
+    return {record.mean, 0.0L, isConstant ? 0.0 : record.sampleVariance};
+}
+
+Moments momentsOf(const wq_lib::BasicStatistics& sample, const wq_lib::basic_stat& record)
 {
     std::size_t n = 0;
     long double origin = 0.0L;
@@ -48,16 +61,14 @@ Moments momentsOf(const wq_lib::BasicStatistics& sample)
         if (n++ == 0) origin = value;
         sum += value - origin;
     });
-    const wq_lib::basic_stat& result = sample.getResult();
-    if (n != result.n) return {result.mean, 0.0L, result.sampleVariance};  // the record is not that of the values held
+    if (n != record.n) return momentsOf(record);  // which is not that of the values held
     const long double mean = sum / static_cast<long double>(n);
     long double squares = 0.0L;
     eachValue(sample, [&](double value) {
         const long double rest = value - origin - mean;
         squares += rest * rest;
     });
-    const auto variance = static_cast<double>(squares / (static_cast<long double>(n) - 1.0L));
-    return {origin, mean, variance > 0.0 ? variance : none};
+    return {origin, mean, static_cast<double>(squares / (static_cast<long double>(n) - 1.0L))};
 }
 
 }  // namespace
@@ -68,9 +79,10 @@ OneSampleResult of(const wq_lib::BasicStatistics& sample) noexcept
     const double alpha = sample.getSignificance();
     const double df = detail::degrees(result.n, 1);
     const double mu = sample.getNullHypothesis();
-    const Moments moments = momentsOf(sample);
+    const Moments moments = momentsOf(sample, result);
+    const double variance = moments.variance > 0.0 ? moments.variance : none;
     const auto distance = static_cast<double>(moments.origin - mu + moments.mean);
-    const double error = std::sqrt(moments.variance / static_cast<double>(result.n));
+    const double error = std::sqrt(variance / static_cast<double>(result.n));
 
     OneSampleResult exact;
     exact.mean = detail::twoSidedT(distance / error, df, alpha);
@@ -78,29 +90,57 @@ OneSampleResult of(const wq_lib::BasicStatistics& sample) noexcept
     if (!reportsOther) exact.mean.acceptedByReport = detail::acceptedByReport(sample);
     exact.criticalHalfAlpha = tTwoSidedQuantile(alpha / 2.0, df);
     exact.meanLimits = detail::around(static_cast<double>(moments.origin + moments.mean), exact.mean.criticalValue * error);
-    if (moments.variance > 0.0) exact.varianceLimits = detail::varianceLimits(moments.variance, df, alpha);
-    exact.cohensD = distance / std::sqrt(moments.variance);
+    if (variance > 0.0) exact.varianceLimits = detail::varianceLimits(variance, df, alpha);
+    exact.cohensD = distance / std::sqrt(variance);
     eachValue(sample, [&exact](double value) { exact.maximum = std::fmax(exact.maximum, value); });
     return exact;
 }
 
-TwoVariancesResult of(const wq_lib::TwoSamples& samples) noexcept
+namespace {
+
+/** Of the values held, unless the record is another's: the first sample's may have been set. */
+double varianceOf(const wq_lib::BasicStatistics& sample, const wq_lib::basic_stat& record)
+{
+    constexpr double ofSums = 1e-9;
+    const Moments moments = momentsOf(sample, record);
+    const auto mean = static_cast<double>(moments.origin + moments.mean);
+    const double error = roundingOf(record.n) * std::hypot(mean, std::sqrt(moments.variance));
+    const bool isAnothers = std::fabs(record.sampleVariance - moments.variance) > ofSums * moments.variance + error * error;
+    return isAnothers ? momentsOf(record).variance : moments.variance;
+}
+
+TwoVariancesResult compared(const wq_lib::TwoSamples& samples, double first, double second) noexcept
 {
     const double alpha = samples.getSignificance();
-    const double df1 = detail::degrees(samples.getDf1() + 1, 1);  // an empty sample's have wrapped
-    const double df2 = detail::degrees(samples.getDf2() + 1, 1);
-    const double F = samples.getF();
+    const double df[] = {detail::degrees(samples.getResult().n, 1), detail::degrees(samples.getSecondSample().n, 1)};
+    const bool firstIsLarger = first > second;
+    const double df1 = df[firstIsLarger ? 0 : 1];
+    const double df2 = df[firstIsLarger ? 1 : 0];
+    const double F = firstIsLarger ? first / second : second / first;
 
     TwoVariancesResult exact;
     exact.ratio = detail::twoSidedF(F, df1, df2, alpha);
     exact.ratio.acceptedByReport = detail::acceptedByReport(samples);
     exact.lowerTail = fCdf(F, df1, df2);
     if (F > 0.0) exact.ratioLimits = {F / exact.ratio.criticalValue, F * fUpperQuantile(detail::eachSide(alpha), df2, df1)};
-    const wq_lib::basic_stat* const records[] = {&samples.getResult(), &samples.getSecondSample()};
-    for (int i = 0; i < 2; ++i)
-        if (records[i]->sampleVariance > 0.0)
-            exact.varianceLimits[i] = detail::varianceLimits(records[i]->sampleVariance, detail::degrees(records[i]->n, 1), alpha);
+    const double variances[] = {first, second};
+    for (int i = 0; i < 2; ++i) {
+        exact.variances[i] = variances[i];
+        if (variances[i] > 0.0) exact.varianceLimits[i] = detail::varianceLimits(variances[i], df[i], alpha);
+    }
     return exact;
+}
+
+}  // namespace
+
+TwoVariancesResult of(const wq_lib::TwoSamples& samples) noexcept
+{
+    return compared(samples, varianceOf(samples, samples.getResult()), momentsOf(samples.getSecondSample()).variance);
+}
+
+TwoVariancesResult of(const wq_lib::TwoSamples& samples, const wq_lib::BasicStatistics& second) noexcept
+{
+    return compared(samples, varianceOf(samples, samples.getResult()), varianceOf(second, samples.getSecondSample()));
 }
 
 namespace {

@@ -126,6 +126,75 @@ TEST(ExactResults, giveSamples)  // x <- c(3.1, 4.7, 2.2, 5.9, 4.4, 3.8); y <- c
     expectClose(two.ratio.p, 0.0379541064538, __LINE__);  // var.test(y, x)
     expectClose(two.ratioLimits.lower, 1.14281715765293, __LINE__);
     expectClose(two.ratioLimits.upper, 79.06425140174646, __LINE__);
+    const auto ofValues = wq_exact::of(samples, second);
+    for (const wq_exact::TwoVariancesResult& exact : {two, ofValues}) {
+        expectClose(exact.ratio.statistic, 8.443002595328409, __LINE__);  // var(y) / var(x)
+        expectClose(exact.variances[0], 1.6696666666666666, __LINE__);
+        expectClose(exact.variances[1], 14.097, __LINE__);
+    }
+}
+
+TwoSamples twoSamples(const std::vector<double>& first, const BasicStatistics& second)
+{
+    TwoSamples samples;
+    samples.copyFrom(first);
+    samples.BasicStatistics::analyse();
+    samples.setSecondSample(second.getResult());
+    samples.analyse();
+    return samples;
+}
+
+BasicStatistics sampleOf(const std::vector<double>& values)
+{
+    BasicStatistics sample;
+    sample.copyFrom(values);
+    sample.analyse();
+    return sample;
+}
+
+// The mean of ten times 0.1 is rounded, and leaves them a variance.
+TEST(ExactResults, knowConstantSamplesWhereRoundingLeavesThemAVariance)
+{
+    const std::vector<double> values(10, 0.1);
+    const BasicStatistics tenths = sampleOf(values);
+    const BasicStatistics others = sampleOf(std::vector<double>(11, 0.7));
+    const std::vector<double> apart = {0.1, 0.2, 0.4};
+    ASSERT_GT(tenths.getResult().sampleVariance, 0.0);
+    ASSERT_GT(others.getResult().sampleVariance, 0.0);
+    const auto expectNone = [](const wq_exact::TwoVariancesResult& exact, int line) {
+        EXPECT_TRUE(std::isnan(exact.ratio.p)) << line;
+        EXPECT_EQ(exact.ratio.accepted, std::nullopt) << line;
+        EXPECT_TRUE(exact.ratio.reportLacksGround()) << line;
+        EXPECT_EQ(exact.variances[0], 0.0) << line;
+        EXPECT_EQ(exact.variances[1], 0.0) << line;
+        EXPECT_TRUE(std::isnan(exact.varianceLimits[0].upper)) << line;
+    };
+    const TwoSamples both = twoSamples(values, others);
+    expectNone(wq_exact::of(both), __LINE__);
+    expectNone(wq_exact::of(both, others), __LINE__);
+    TwoSamples records;
+    records.setFirstSample(tenths.getResult());
+    records.setSecondSample(others.getResult());
+    records.analyse();
+    expectNone(wq_exact::of(records), __LINE__);
+    for (const auto& exact : {wq_exact::of(twoSamples(values, sampleOf(apart))), wq_exact::of(twoSamples(apart, tenths), tenths)}) {
+        EXPECT_TRUE(std::isinf(exact.ratio.statistic));
+        EXPECT_EQ(exact.ratio.p, 0.0);
+    }
+    EXPECT_TRUE(std::isnan(wq_exact::of(tenths).mean.p));
+}
+
+// setFirstSample() may leave the object with the values of another sample.
+TEST(ExactResults, takeTheRecordWhereItIsAnothers)
+{
+    TwoSamples samples = twoSamples({1, 2, 3, 4}, sampleOf({1, 3, 5, 9}));
+    EXPECT_DOUBLE_EQ(wq_exact::of(samples).ratio.statistic, 7.0);  // 35 / 5
+    basic_stat record = samples.getResult();
+    record.sampleVariance = 105.0 / 3.0;
+    samples.setFirstSample(record);
+    samples.analyse();
+    EXPECT_DOUBLE_EQ(wq_exact::of(samples).ratio.statistic, 3.0);
+    EXPECT_DOUBLE_EQ(wq_exact::of(samples, sampleOf({1, 2})).ratio.statistic, 3.0);  // nor are these the second record's
 }
 
 TEST(ExactResults, countWhatLiesInTheLastClass)
@@ -201,8 +270,10 @@ TEST(ExactResults, loseNoDigitsToLargeValues)
         SingleAnova groups;
         LinearRegressionMultiY series;
         LinearRegression line;
+        std::vector<double> halves[2];
         for (std::size_t i = 0; i < 8; ++i) {
             const double value = origin + near[i];
+            halves[i % 2].push_back(value);
             sample.add(value);
             groups.add(static_cast<double>(i / 3), value);
             series.add(static_cast<double>(i / 2), value);
@@ -214,11 +285,18 @@ TEST(ExactResults, loseNoDigitsToLargeValues)
         series.createSeries();
         series.analyse();
         line.analyse();
+        const BasicStatistics second = sampleOf(halves[1]);
+        const auto variances = wq_exact::of(twoSamples(halves[0], second), second);
         const auto slope = wq_exact::of(series);
         const auto fit = wq_exact::of(line);
         return std::vector<double>{
             wq_exact::of(sample).mean.p,
             wq_exact::of(sample).cohensD,
+            variances.ratio.statistic,
+            variances.ratio.p,
+            variances.ratioLimits.upper,
+            variances.varianceLimits[0].lower,
+            variances.varianceLimits[1].lower,
             wq_exact::of(groups).F.p,
             wq_exact::of(groups).omegaSquared,
             slope.slope.p,

@@ -103,6 +103,13 @@ void regression(Line& line)
     expectShare(exact.rSquared);
 }
 
+void expect(const TwoVariancesResult& exact)
+{
+    expect(exact.ratio);
+    expect(exact.ratioLimits);
+    for (const Limits& limits : exact.varianceLimits) expect(limits);
+}
+
 void expect(const AnovaResult& exact)
 {
     expect(exact.F);
@@ -242,10 +249,13 @@ const struct {
          samples.setFirstSample(recordOf(a));
          samples.setSecondSample(recordOf(a));
          samples.analyse();
-         const TwoVariancesResult exact = wq_exact::of(samples);
-         expect(exact.ratio);
-         expect(exact.ratioLimits);
-         for (const Limits& limits : exact.varianceLimits) expect(limits);
+         expect(wq_exact::of(samples));
+         wq_lib::BasicStatistics second;
+         for (const double value : a.numbers()) second.add(value);
+         second.analyse();
+         samples.setSecondSample(second.getResult());
+         samples.analyse();
+         expect(wq_exact::of(samples, second));
      }},
     {"pairs",
      [](Line& a) {

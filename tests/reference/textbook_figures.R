@@ -119,7 +119,7 @@ variances_figures <- function(a, b, alpha = 0.05) {
   df <- test$parameter
   p <- 2 * pf(f, df[[1]], df[[2]], lower.tail = FALSE)  # var.test takes it as 1 minus the rest
   stopifnot(abs(min(p, 2 - p) - test$p.value) < 1e-14)
-  c(p = min(p, 2 - p), lowerTail = pf(f, df[[1]], df[[2]]), criticalF = qf(1 - alpha / 2, df[[1]], df[[2]]),
+  c(F = f, p = min(p, 2 - p), lowerTail = pf(f, df[[1]], df[[2]]), criticalF = qf(1 - alpha / 2, df[[1]], df[[2]]),
     split_limits("ratioLimits", test$conf.int), variance_limits("varianceLimits1", a, alpha), variance_limits("varianceLimits2", b, alpha))
 }
 

@@ -214,6 +214,25 @@ TEST(Textbook, showsWhatTheTableOfFrequenciesAndThePairsLeaveOut)
     EXPECT_EQ(numberOf(pairs.at("maximumY")), 33.9);
 }
 
+// F is 35 / 5. The means of the distant values are rounded to 1/64, and the variances of the report with them.
+TEST(Textbook, losesNoDigitsOfTwoVariancesToLargeValues)
+{
+    const TempFolder folder;
+    const std::string first = folder.write("first.txt", "1\n2\n3\n4\n");
+    const std::string second = folder.write("second.txt", "1\n3\n5\n9\n");
+    const std::string farFirst =
+        folder.write("farFirst.txt", "100000000000000.015625\n100000000000000.03125\n100000000000000.046875\n100000000000000.0625\n");
+    const std::string farSecond =
+        folder.write("farSecond.txt", "100000000000000.015625\n100000000000000.046875\n100000000000000.078125\n100000000000000.140625\n");
+    const Json expected = figuresOf({"variances", first, second});
+    const Json figures = figuresOf({"variances", farFirst, farSecond});
+    EXPECT_NEAR(numberOf(expected.at("F")), 7.0, 1e-14);
+    for (const char* const name : {"F", "p", "lowerTail", "criticalF"})
+        EXPECT_NEAR(numberOf(figures.at(name)), numberOf(expected.at(name)), 1e-13) << name;
+    EXPECT_NEAR(numberOf(figures.at("ratioLimits").at("upper")), numberOf(expected.at("ratioLimits").at("upper")), 1e-11);
+    EXPECT_NEAR(numberOf(figures.at("varianceLimits1").at("lower")) * 4096.0, numberOf(expected.at("varianceLimits1").at("lower")), 1e-12);
+}
+
 TEST(Textbook, saysWhereThereIsNothingToLookUp)
 {
     const TempFolder folder;

@@ -151,6 +151,16 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
 
 TEST(Warnings, tellOfDataThatLookUnlikeWhatIsMeant)
 {
+    std::string tenths;  // whose rounded mean leaves them a variance
+    std::string sevenTenths = "0.7\n";
+    for (int i = 0; i < 10; ++i) tenths += "0.1\n", sevenTenths += "0.7\n";
+    const std::string first = folder.write("tenths.txt", tenths);
+    const std::string second = folder.write("sevenTenths.txt", sevenTenths);
+    expectWarnings(__LINE__, {"variances", first, second},
+                   {"the report rejects H0 without ground: the values of both samples are all equal"});
+    expectWarnings(__LINE__, {"variances", first, other}, {"the values of the first sample are all equal, so that F is no finite number"});
+    expectWarnings(__LINE__, {"variances", other, second},
+                   {"the values of the second sample are all equal, so that F is no finite number"});
     const std::string oneOut = "1 value is in no class: the table counts 4 of 5 and leaves the largest out";
     expectWarnings({
         {__LINE__,

@@ -122,7 +122,7 @@ protected:
     {
         progress().hide();
         guardFiles();
-        const auto exact = wq_exact::of(analysis);
+        const auto exact = exactOf(analysis);
         Warnings warnings = warningsOf(exact, analysis);
         if (!outputs.exportName().empty()) warnings.add(exportWarnings(analysis));
         printWarnings(warnings.all());
@@ -215,7 +215,7 @@ private:
         const bool isOfFiles = isOwn && subject(wordsOfPicture.xLabel, wordsOfPicture.yLabel).empty();
         page.title = isOfFiles ? title : title + titleSeparator + analysisName() + titleSeparator + filesInTitle();
         page.statement = statementOf(analysis, variableNames(wordsOfPicture));
-        const auto exact = wq_exact::of(analysis);
+        const auto exact = exactOf(analysis);
         page.textbook = textbook(exact);
         page.textbook->setWarnings(warningsOf(exact, analysis).others);
         page.rows = rowsOf(analysis, words);

@@ -37,19 +37,30 @@ WQ_EXACT_EXPORT OneSampleResult of(const wq_lib::BasicStatistics& sample) noexce
 /** Two variances. */
 struct TwoVariancesResult {
     Test ratio;  ///< F = the larger variance / the smaller one; p two-sided, the critical value that of the upper tail alpha / 2
-    double lowerTail = none;   ///< P(F <= statistic)
-    Limits ratioLimits;        ///< of the ratio of the larger variance to the smaller one
-    Limits varianceLimits[2];  ///< of the variance of the first and of the second sample
+    double lowerTail = none;             ///< P(F <= statistic)
+    Limits ratioLimits;                  ///< of the ratio of the larger variance to the smaller one
+    Limits varianceLimits[2];            ///< of the variance of the first and of the second sample; none of a constant one
+    double variances[2] = {none, none};  ///< of the first and of the second sample, divisor n - 1; 0 of a constant one
 
     /** @return whether the object's own report decides differently. */
     bool reportDiffers() const noexcept { return ratio.reportDiffers(); }
 };
 
 /**
+ * Takes the first variance from the values that the object holds, where its record is theirs, and the second from its record, which has only the
+ * digits that the rounding of its mean has left it: of values near 1e14 that differ by some 0.1 it has none. A record's variance that rounding alone
+ * may make, up to (n eps mean)^2 / 2, counts as 0.
  * @param samples after analyse().
- * @return the exact figures; NaN where there are none, as of two constant samples.
+ * @return the exact figures; NaN where there are none, as of two constant samples. Beside one constant sample F is infinite, and p 0.
  */
 WQ_EXACT_EXPORT TwoVariancesResult of(const wq_lib::TwoSamples& samples) noexcept;
+
+/**
+ * The same with the second variance from its values.
+ * @param samples after analyse(). @param second the analysed sample whose record was set; where that is another's, the record counts.
+ * @return the exact figures; NaN where there are none, as of two constant samples.
+ */
+WQ_EXACT_EXPORT TwoVariancesResult of(const wq_lib::TwoSamples& samples, const wq_lib::BasicStatistics& second) noexcept;
 
 /** A table of frequency classes beside the values it was made of. */
 struct FrequencyResult {

@@ -53,9 +53,6 @@ Axis valueAxis(const std::vector<Point>& points, const Extent& all, const Pictur
     return Axis(scale == Axis::Scale::logarithmic ? aboveZero(points, &Point::y) : all, Axis::Ends::padded, scale);
 }
 
-/** The record has NaN where the variance is 0. */
-double deviationOf(const wq_lib::basic_stat& sample) { return sample.sampleVariance == 0.0 ? 0.0 : sample.sampleStdev; }
-
 /** Between which the upper end of mean and standard deviation lies, by the limits of the variance. */
 wq_exact::Limits endLimits(const wq_lib::basic_stat& sample, const wq_exact::Limits& variance)
 {
@@ -72,7 +69,7 @@ void addSpreads(Chart& chart, const TwoDataFiles& test, const wq_exact::TwoVaria
     for (const int sample : {0, 1}) {
         const std::string name = "sample " + std::to_string(sample + 1);
         const double mean = results[sample]->mean;
-        const double deviation = deviationOf(*results[sample]);
+        const double deviation = std::sqrt(exact.variances[sample]);
         if (std::isfinite(mean)) addLevel(means, sample + 1.32, 0.06, y.at(mean));
         if (!std::isfinite(mean) || !std::isfinite(deviation)) {
             chart.note(name + ": mean or standard deviation is not finite");
@@ -96,7 +93,7 @@ Picture picture(const TwoDataFiles& test, const PictureWords& words)
 {
     const std::vector<double> values[] = {analysedValues(test), analysedValues(test.second)};
     const wq_lib::basic_stat* const results[] = {&test.getResult(), &test.getSecondSample()};
-    const wq_exact::TwoVariancesResult exact = wq_exact::of(test);
+    const wq_exact::TwoVariancesResult exact = exactOf(test);
     std::vector<Point> points;
     Extent extent;
     for (const int sample : {0, 1}) {
@@ -104,16 +101,17 @@ Picture picture(const TwoDataFiles& test, const PictureWords& words)
             points.push_back({besides(sample + 1.0, i), values[sample][i]});
             extent.include(values[sample][i]);
         }
-        extent.include(results[sample]->mean - deviationOf(*results[sample]));
-        extent.include(results[sample]->mean + deviationOf(*results[sample]));
+        const double deviation = std::sqrt(exact.variances[sample]);
+        extent.include(results[sample]->mean - deviation);
+        extent.include(results[sample]->mean + deviation);
         extent.include(endLimits(*results[sample], exact.varianceLimits[sample]).upper);
     }
     const Axis x = placeAxis(2);
     const Axis y = valueAxis(points, extent, words);
 
     Chart chart(words.canvas, titleOf(test, words),
-                "F = " + figures(test.getF()) + ", variances " + figures(results[0]->sampleVariance) + " and " +
-                    figures(results[1]->sampleVariance));
+                "F = " + figures(exact.ratio.statistic) + ", variances " + figures(exact.variances[0]) + " and " +
+                    figures(exact.variances[1]));
     chart.setX(x, labelOr(words.xLabel, "sample"));
     chart.setXTicks({{1.0, labelOf(words, 1, "1") + " (n = " + digits(results[0]->n) + ")"},
                      {2.0, labelOf(words, 2, "2") + " (n = " + digits(results[1]->n) + ")"}});

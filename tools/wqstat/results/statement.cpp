@@ -299,18 +299,19 @@ Statement statementOf(wq_lib::KolmogorovSmirnov2& test, const VariableNames& nam
 
 Statement statementOf(TwoDataFiles& samples, const VariableNames& names)
 {
-    const wq_exact::TwoVariancesResult exact = wq_exact::of(samples);
+    const wq_exact::TwoVariancesResult exact = exactOf(samples);
+    const wq_exact::Test& test = exact.ratio;
     const Textbook book = textbook(exact);
-    const double first = samples.getResult().sampleVariance;
-    const double second = samples.getSecondSample().sampleVariance;
-    const std::string F = withDf("F", static_cast<double>(samples.getDf1()), static_cast<double>(samples.getDf2()), samples.getF(),
+    const double first = exact.variances[0];
+    const double second = exact.variances[1];
+    const std::string F = withDf("F", test.df1, test.df2, test.statistic,
                                  std::string("the values of the ") + (first == 0.0 ? "first" : "second") + " sample are all equal");
     return {questionOfVariances(names),
-            tested(F, exact.ratio.p, reasonForNoTest(exact, samples)) +
-                (std::isfinite(samples.getF()) ? ", ratio " + withLimits(samples.getF(), book, "ratioLimits", samples) : "") +
+            tested(F, test.p, reasonForNoTest(exact)) +
+                (std::isfinite(test.statistic) ? ", ratio " + withLimits(test.statistic, book, "ratioLimits", samples) : "") +
                 ", variances " + figures(first) + " and " + figures(second),
-            {{"variance of the first sample", "result/first/sampleVariance", first},
-             {"variance of the second sample", "result/second/sampleVariance", second},
+            {{"variance of the first sample", "result/first/sampleVariance", samples.getResult().sampleVariance},
+             {"variance of the second sample", "result/second/sampleVariance", samples.getSecondSample().sampleVariance},
              {"F", "result/F", samples.getF()}}};
 }
 

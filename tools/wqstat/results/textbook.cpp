@@ -230,6 +230,7 @@ Textbook textbook(const wq_exact::TwoVariancesResult& exact)
 {
     const wq_exact::Test& F = exact.ratio;
     Textbook book;
+    book.figure("F", "F", F.statistic);
     book.figure("P of F, lower tail", "lowerTail", exact.lowerTail);
     book.figure("p, two-sided", "p", F.p);
     book.figure(fLabel(F.alpha / 2.0, F.df1, F.df2), "criticalF", F.criticalValue);

@@ -72,21 +72,24 @@ Warnings warningsOf(const wq_exact::FrequencyResult& exact, const wq_lib::Freque
     return warnings;
 }
 
-std::string reasonForNoTest(const wq_exact::TwoVariancesResult& exact, const wq_lib::TwoSamples& samples)
+std::string reasonForNoTest(const wq_exact::TwoVariancesResult& exact)
 {
-    const bool bothConstant = samples.getResult().sampleVariance == 0.0 && samples.getSecondSample().sampleVariance == 0.0;
+    const bool bothConstant = exact.variances[0] == 0.0 && exact.variances[1] == 0.0;
     return reasonOf(std::min(exact.ratio.df1, exact.ratio.df2), bothConstant, "the values of both samples are all equal");
 }
 
-Warnings warningsOf(const wq_exact::TwoVariancesResult& exact, const wq_lib::TwoSamples& samples)
+Warnings warningsOf(const wq_exact::TwoVariancesResult& exact, const TwoDataFiles& samples)
 {
-    const bool first = samples.getResult().sampleVariance == 0.0;
-    const bool second = samples.getSecondSample().sampleVariance == 0.0;
+    const bool first = exact.variances[0] == 0.0;
+    const bool second = exact.variances[1] == 0.0;
+    const wq_lib::BasicStatistics& firstSample = samples;
     Warnings warnings;
-    addDecision(warnings, exact.ratio, "", reasonForNoTest(exact, samples));
+    addDecision(warnings, exact.ratio, "", reasonForNoTest(exact));
     if (first != second)
         warnings.add(std::string("the values of the ") + (first ? "first" : "second") +
                      " sample are all equal, so that F is no finite number");
+    addMaximum(warnings, " of the first sample", firstSample.getResult().max, wq_exact::of(firstSample).maximum);
+    addMaximum(warnings, " of the second sample", samples.second.getResult().max, wq_exact::of(samples.second).maximum);
     return warnings;
 }
 

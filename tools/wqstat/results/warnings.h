@@ -1,6 +1,8 @@
 // What the user of a report is told unasked: a decision that the exact figures do not bear out, and data that the analysis is not made for.
 #pragma once
 
+#include "data_files/two_data_files.h"
+
 #include <wq_exact/wq_exact.h>
 #include <wq_stat/wq_stat.h>
 
@@ -35,7 +37,7 @@ Warnings warningsOf(const wq_exact::AnovaResult& exact, const wq_lib::SingleAnov
 Warnings warningsOf(const wq_exact::MultiYResult& exact, const wq_lib::LinearRegressionMultiY& regression);
 Warnings warningsOf(const wq_exact::GoodnessOfFitResult& exact, const wq_lib::GoodnessOfFit& test);
 Warnings warningsOf(const wq_exact::KolmogorovSmirnovResult& exact, const wq_lib::KolmogorovSmirnov2& test);
-Warnings warningsOf(const wq_exact::TwoVariancesResult& exact, const wq_lib::TwoSamples& samples);
+Warnings warningsOf(const wq_exact::TwoVariancesResult& exact, const TwoDataFiles& samples);
 Warnings warningsOf(const wq_exact::FrequencyResult& exact, const wq_lib::Frequency& sample);
 Warnings warningsOf(const wq_exact::DirectionsResult& exact, wq_lib::Circular& directions);
 
@@ -47,7 +49,7 @@ std::string reasonForNoTest(const wq_exact::AnovaResult& exact);
 std::string reasonForNoTest(const wq_exact::MultiYResult& exact);
 std::string reasonForNoTest(const wq_exact::GoodnessOfFitResult& exact);
 std::string reasonForNoTest(const wq_lib::KolmogorovSmirnov2& test);
-std::string reasonForNoTest(const wq_exact::TwoVariancesResult& exact, const wq_lib::TwoSamples& samples);
+std::string reasonForNoTest(const wq_exact::TwoVariancesResult& exact);
 std::string reasonForNoTest(const wq_exact::DirectionsResult& exact);
 
 // What the digits of an export lose of its numbers; nothing where each keeps 6 of them.
