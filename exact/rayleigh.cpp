@@ -1,6 +1,7 @@
 #include <wq_exact/directions.h>
 #include <wq_exact/distributions.h>
 
+#include "analysed_data.h"
 #include "grouped_directions.h"
 #include "p_values.h"
 #include "random_walk.h"
@@ -27,7 +28,29 @@ double groupingCorrection(const wq_lib::Circular& directions)
     return directions.isGrouped() ? half / std::sin(half) : 1.0;
 }
 
-/** Of no classes where the directions are not grouped; of fewer than three, cosine and sine do not vary alike. */
+/** Whether the directions, read as numbers of bins, lie whole bins apart: fractions of a bin are in no class. */
+bool areWholeBins(const wq_lib::Circular& directions)
+{
+    constexpr double rounding = 1e-9;
+    const double width = directions.getCircularResult().binSize;
+    double first = none;
+    bool areWhole = true;
+    detail::AnalysedPairs(directions).each([&](const wq_lib::data_pair& pair) {
+        if (std::isnan(first)) first = pair.x;
+        const double distance = (pair.x - first) / width;
+        areWhole = areWhole && std::fabs(distance - std::round(distance)) <= rounding * std::fmax(1.0, std::fabs(distance));
+    });
+    return areWhole;
+}
+
+/** How many classes make up the circle; 0 where each direction stands for itself. */
+double classesOf(const wq_lib::Circular& directions)
+{
+    const bool areClassed = directions.isGrouped() || (directions.getDataType() == wq_lib::BIN_NUMBERS && areWholeBins(directions));
+    return areClassed ? static_cast<double>(directions.getCircularResult().bins) : 0.0;
+}
+
+/** Of no classes where the directions are not in any; of fewer than three, cosine and sine do not vary alike. */
 Test rayleighsTest(double z, double n, double classes, double alpha)
 {
     if (classes > 0.0 && classes < 3.0) return detail::test(z, none, none, alpha, none, none);
@@ -66,7 +89,7 @@ DirectionsResult of(const wq_lib::Circular& directions) noexcept
         const double z = result.z / correction / correction;
         DirectionsResult exact;
         exact.n = static_cast<double>(result.n);
-        exact.classes = directions.isGrouped() ? static_cast<double>(result.bins) : 0.0;
+        exact.classes = classesOf(directions);
         exact.rayleigh = rayleighsTest(z, exact.n, exact.classes, alpha);
         exact.rayleigh.acceptedByReport = result.accepted;
         return exact;

@@ -430,6 +430,37 @@ TEST(ExactResults, takeGroupedDirectionsWithoutTheCorrection)
     EXPECT_EQ(wq_exact::of(single).rayleigh.statistic, single.getCircularResult().z);
 }
 
+// The same directions one by one, as numbers of bins.
+Circular singly(const std::vector<double>& counts, double beyond = 0.0)
+{
+    Circular directions;
+    directions.setDataType(wq_lib::BIN_NUMBERS);
+    directions.setBins(counts.size());
+    for (std::size_t i = 0; i < counts.size(); ++i)
+        for (double left = counts[i]; left > 0.0; --left) directions.add(static_cast<double>(i + 1), 0.0);
+    if (beyond != 0.0) directions.setDataPairX(0, directions.getDataPair(0).x + beyond);
+    directions.analyse();
+    return directions;
+}
+
+TEST(ExactResults, giveNumbersOfBinsThePOfTheirCounts)
+{
+    for (const auto& counts :
+         {std::vector<double>{9, 4, 2, 5}, std::vector<double>{3, 1, 0, 2, 1, 4, 6, 3, 2, 1, 1, 1}, std::vector<double>{0, 2, 0, 0}}) {
+        const auto expected = wq_exact::of(counted(counts));
+        const auto exact = wq_exact::of(singly(counts));
+        EXPECT_EQ(exact.classes, expected.classes);
+        EXPECT_NEAR(exact.rayleigh.statistic, expected.rayleigh.statistic, 1e-13);
+        EXPECT_NEAR(exact.rayleigh.p, expected.rayleigh.p, 1e-13);
+        EXPECT_EQ(exact.rayleigh.accepted, expected.rayleigh.accepted);
+        EXPECT_EQ(wq_exact::of(singly(counts, 4096.0 * static_cast<double>(counts.size()))).classes, expected.classes);  // turns
+    }
+    EXPECT_TRUE(std::isnan(wq_exact::of(singly({9, 2})).rayleigh.p));
+    const auto times = wq_exact::of(singly({9, 4, 2, 5}, 0.25));  // a fraction of a bin is in no class
+    EXPECT_EQ(times.classes, 0.0);
+    EXPECT_EQ(times.rayleigh.p, wq_exact::rayleighUpperTail(times.rayleigh.statistic, 20.0));
+}
+
 // The distributions of n directions over k classes, one direction after the other: k^n outcomes, each as likely as the others.
 std::map<std::vector<double>, double> outcomesByCounts(std::size_t n, std::size_t k)
 {

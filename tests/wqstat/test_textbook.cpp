@@ -233,6 +233,20 @@ TEST(Textbook, losesNoDigitsOfTwoVariancesToLargeValues)
     EXPECT_NEAR(numberOf(figures.at("varianceLimits1").at("lower")) * 4096.0, numberOf(expected.at("varianceLimits1").at("lower")), 1e-12);
 }
 
+TEST(Textbook, givesNumbersOfBinsThePOfTheirCounts)
+{
+    const TempFolder folder;
+    std::string singly;
+    for (const auto& [bin, count] : {std::pair{1, 9}, std::pair{2, 4}, std::pair{3, 2}, std::pair{4, 5}})
+        for (int i = 0; i < count; ++i) singly += std::to_string(bin) + ";0\n";
+    const Words command = {"circular", "--unit", "bins", "--bins", "4"};
+    const Json counts = figuresOf(with(command, {folder.write("counts.txt", "1;9\n2;4\n3;2\n4;5\n")}));
+    const Json figures = figuresOf(with(command, {folder.write("singly.txt", singly)}));
+    EXPECT_NEAR(numberOf(figures.at("p")), numberOf(counts.at("p")), 1e-13);
+    EXPECT_NEAR(numberOf(figures.at("p")), 0.108393204573076, 1e-8);  // as test_exact_results.cpp has it
+    EXPECT_EQ(figures.at("criticalZ"), nullptr);
+}
+
 TEST(Textbook, saysWhereThereIsNothingToLookUp)
 {
     const TempFolder folder;
