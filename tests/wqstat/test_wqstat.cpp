@@ -931,7 +931,7 @@ TEST(Prob, printsTheShortestTextThatReadsBackTheSame)
     }
 }
 
-TEST(Prob, tellsWhereTheApproximationIsFarFromWhatItIsNamedFor)  // pf, pchisq, qt, pt, pbeta, qbeta of R
+TEST(Prob, tellsWhereTheApproximationIsFarFromWhatItIsNamedFor)  // pf, pchisq, qt, pt, pbeta, qbeta, lgamma, dbinom of R
 {
     const struct {
         int line;
@@ -952,6 +952,27 @@ TEST(Prob, tellsWhereTheApproximationIsFarFromWhatItIsNamedFor)  // pf, pchisq, 
         // clang-format on
         {__LINE__, {"chiSquareProb", "3", "4"}, "", "0.442174"},
         {__LINE__, {"sqr", "3"}, "", ""},
+        {__LINE__, {"normalPercentPoint", "0.5"}, "normalPercentPoint is an approximation: the exact value is 0", "0\n"},  // not -0
+        // clang-format off
+        {__LINE__, {"lnGamma", "2.3"}, "lnGamma is an approximation: the exact value is 0.154189", "0.15418945495963"},
+        {__LINE__, {"lnGamma", "-1.5"}, "lnGamma is an approximation: the exact value is 0.860047", "0.86004701537648"},
+        {__LINE__, {"lnGamma", "-2"}, "lnGamma is an approximation, and these arguments have no exact value", "nan\n"},
+        {__LINE__, {"lnGamma", "-0.5"}, "lnGamma is an approximation, and these arguments have no exact value", "nan\n"},  // gamma is negative
+        {__LINE__, {"lnGamma", "2"}, "", "0\n"},
+        {__LINE__, {"lnGamma", "0.5"}, "", "0.57236494292470"},
+        {__LINE__, {"binomial", "1000", "2000", "0.5"}, "binomial is an approximation: the exact value is 0.017839", "0.017839011145854"},
+        {__LINE__, {"binomial", "5", "10", "1.5"}, "binomial is an approximation, and these arguments have no exact value", "nan\n"},
+        {__LINE__, {"binomial", "3", "3", "1"}, "binomial is an approximation, and this is no probability: the exact value is 1", "1\n"},
+        {__LINE__, {"binomial", "2", "3", "1"}, "binomial is an approximation, and this is no probability: the exact value is 0", "0\n"},
+        {__LINE__, {"binomial", "0", "0", "1"}, "", "1\n"},
+        {__LINE__, {"binomial", "4", "3", "0.5"}, "", "0\n"},
+        {__LINE__, {"binomial", "3", "10", "0.25"}, "", "0.250282287597656"},
+        {__LINE__, {"binomial", "41", "100", "0.3"}, "", "0.00532484456706468"},
+        {__LINE__, {"binomial", "12", "50", "0.001"}, "", "1.16870793085979"},
+        {__LINE__, {"binomial", "0", "10", "0.5"}, "", "0.0009765625\n"},
+        {__LINE__, {"binomial", "10", "10", "0.5"}, "", "0.0009765625\n"},
+        {__LINE__, {"binomial", "3", "1000000000", "1e-9"}, "", "0.0613132401645837"},
+        // clang-format on
         // clang-format off
         {__LINE__, {"betaRatio", "1.5", "2", "5", "-3.4012"}, "betaRatio is an approximation: the exact value is 1", "1\n"},
         {__LINE__, {"betaRatio", "-1.5", "2", "5", "-3.4012"}, "", "0\n"},

@@ -115,7 +115,7 @@ Function row(const char* name, Result (*function)(Parameters...), const char* me
     return description;
 }
 
-enum class Is { probability, quantile };
+enum class Is { probability, number };
 
 /** A row with what the function is named for beside it. */
 template <typename... Parameters, std::size_t... i>
@@ -170,6 +170,48 @@ double exactD(double alpha, std::size_t n1, std::size_t n2)
 }
 double exactRayleigh(double z, std::size_t n) { return wq_exact::rayleighUpperTail(z, static_cast<double>(n)); }
 
+/** Where gamma(x) is positive. */
+double exactLnGamma(double x)
+{
+    const bool isDefined = x > 0.0 || (x < 0.0 && x != std::floor(x) && std::fmod(std::floor(x), 2.0) == 0.0);
+    return isDefined ? static_cast<double>(std::lgamma(static_cast<long double>(x))) : wq_exact::none;
+}
+
+constexpr long double twoPi = 6.283185307179586476925286766559005768L;
+
+/** ln n! - ln(sqrt(2 pi n) (n/e)^n), n > 0, by Stirling's series where that has all digits. */
+long double stirlingError(long double n)
+{
+    constexpr long double few = 40.0L;
+    if (n <= few) return std::lgamma(n + 1.0L) - (n + 0.5L) * std::log(n) + n - 0.5L * std::log(twoPi);
+    const long double square = n * n;
+    return (1.0L / 12.0L - (1.0L / 360.0L - (1.0L / 1260.0L - (1.0L / 1680.0L - 1.0L / 1188.0L / square) / square) / square) / square) / n;
+}
+
+/** x ln(x / mean) + mean - x. */
+long double deviance(long double x, long double mean)
+{
+    const long double distance = (x - mean) / mean;
+    return mean * ((1.0L + distance) * std::log1p(distance) - distance);
+}
+
+/** Loader (2000), Fast and Accurate Computation of Binomial Probabilities: no difference of large logarithms. */
+double exactBinomial(std::size_t successes, std::size_t trials, double p)
+{
+    if (!(p >= 0.0 && p <= 1.0)) return wq_exact::none;
+    if (successes > trials) return 0.0;
+    const auto k = static_cast<long double>(successes);
+    const auto n = static_cast<long double>(trials);
+    const auto failures = static_cast<long double>(trials - successes);
+    if (trials == 0) return 1.0;
+    if (p == 0.0 || p == 1.0) return successes == (p == 0.0 ? 0 : trials) ? 1.0 : 0.0;
+    if (successes == 0) return static_cast<double>(std::exp(n * std::log1p(-static_cast<long double>(p))));
+    if (successes == trials) return static_cast<double>(std::exp(n * std::log(static_cast<long double>(p))));
+    const long double errors = stirlingError(n) - stirlingError(k) - stirlingError(failures);
+    const long double deviances = deviance(k, n * p) + deviance(failures, n * (1.0L - p));
+    return static_cast<double>(std::sqrt(n / (twoPi * k * failures)) * std::exp(errors - deviances));
+}
+
 std::vector<Function> functions()
 {
     using namespace wq_lib;
@@ -177,35 +219,34 @@ std::vector<Function> functions()
     using Interval = double (*)(Integrand, double, double, double, double, double, double, double, double, std::size_t);
     return {
         row("factorial", factorial, "n!; -1 above 170", "N"),
-        row("lnGamma", lnGamma, "ln gamma(x) of an integer or half-integer; takes x steps", "X"),
+        beside(row("lnGamma", lnGamma, "ln gamma(x) of an integer or half-integer; takes x steps", "X"), Is::number, exactLnGamma),
         beside(row("betaRatio", betaRatio, "incomplete beta function I_x(p, q); BETA is ln B(p, q)", "X", "P", "Q", "BETA"),
                Is::probability, exactBeta),
-        beside(row("inverseBetaRatio", inverseBetaRatio, "the x at which betaRatio is ALPHA", "ALPHA", "P", "Q", "BETA"), Is::quantile,
+        beside(row("inverseBetaRatio", inverseBetaRatio, "the x at which betaRatio is ALPHA", "ALPHA", "P", "Q", "BETA"), Is::number,
                exactBetaPoint),
         row("simpsonIntegral", Integral{simpsonIntegral}, "Simpson sum from a to b; may take seconds", "INTEGRAND", "A", "B"),
         row("quadratureIntegral", Integral{quadratureIntegral}, "integral from a to b by adaptive quadrature", "INTEGRAND", "A", "B"),
         row("quadratureRecursion", Interval{quadratureRecursion}, "one interval of quadratureIntegral", "INTEGRAND", "A", "B", "M", "FA",
             "FB", "FM", "WHOLE", "TOLERANCE", "DEPTH"),
-        row("binomial", binomial, "probability of k successes in n trials", "K", "N", "P"),
+        beside(row("binomial", binomial, "probability of k successes in n trials", "K", "N", "P"), Is::probability, exactBinomial),
         row("normalDensity", normalDensity, "density of the standard normal distribution", "X"),
         beside(row("normalProb", normalProb, "standard normal distribution, lower tail", "X"), Is::probability, plain(wq_exact::normalCdf)),
         beside(row("normalProbApprox", normalProbApprox, "the same by a polynomial, to 2.5e-4", "X"), Is::probability,
                plain(wq_exact::normalCdf)),
         beside(row("normalPercentPoint", normalPercentPoint, "quantile of the standard normal distribution (lower tail p)", "P"),
-               Is::quantile, plain(wq_exact::normalQuantile)),
+               Is::number, plain(wq_exact::normalQuantile)),
         beside(row("t_Prob", t_Prob, "Student's t, upper tail, one- or two-sided", "T", "DF", "ONE_SIDED"), Is::probability, exactT),
-        beside(row("t_PercentPoint", t_PercentPoint, "critical value of Student's t (two-sided alpha)", "ALPHA", "DF"), Is::quantile,
+        beside(row("t_PercentPoint", t_PercentPoint, "critical value of Student's t (two-sided alpha)", "ALPHA", "DF"), Is::number,
                exactTPoint),
         beside(row("chiSquareProb", chiSquareProb, "chi-square distribution, lower tail", "X", "DF"), Is::probability, exactChiSquare),
-        beside(row("chiSquarePoint", chiSquarePoint, "quantile of chi-square (lower tail p)", "P", "DF"), Is::quantile,
-               exactChiSquarePoint),
+        beside(row("chiSquarePoint", chiSquarePoint, "quantile of chi-square (lower tail p)", "P", "DF"), Is::number, exactChiSquarePoint),
         beside(row("F_Prob", F_Prob, "F distribution, lower tail", "F", "DF1", "DF2"), Is::probability, exactF),
-        beside(row("F_PercentPoint", F_PercentPoint, "quantile of F (lower tail p)", "P", "DF1", "DF2"), Is::quantile, exactFPoint),
+        beside(row("F_PercentPoint", F_PercentPoint, "quantile of F (lower tail p)", "P", "DF1", "DF2"), Is::number, exactFPoint),
         row("z_TransformBig", z_TransformBig, "Fisher's z of a correlation coefficient", "R"),
         row("z_TransformSmall", z_TransformSmall, "the same with a correction for small samples", "R", "N"),
         row("z_to_r", z_to_r, "correlation coefficient of Fisher's z", "Z"),
         row("D_GoodnessOfFit", D_GoodnessOfFit, "critical value of D, one sample; 0: none available", "ALPHA", "N"),
-        beside(row("D_TwoSamples", D_TwoSamples, "critical value of D, two samples; 0: none available", "ALPHA", "N1", "N2"), Is::quantile,
+        beside(row("D_TwoSamples", D_TwoSamples, "critical value of D, two samples; 0: none available", "ALPHA", "N1", "N2"), Is::number,
                exactD),
         beside(row("D_Prob", D_Prob, "significance of Kolmogorov's statistic, upper tail", "LAMBDA"), Is::probability,
                plain(wq_exact::kolmogorovUpperTail)),
