@@ -43,7 +43,7 @@ double normalDensity(double z) noexcept
     return static_cast<double>(0.398942280401432677939946059934381868L * std::exp(-0.5L * exact * exact));
 }
 
-double normalQuantile(double p) noexcept { return -normalUpperQuantile(p); }
+double normalQuantile(double p) noexcept { return 0.0 - normalUpperQuantile(p); }  // no -0 at the median
 
 double normalUpperQuantile(double p) noexcept { return isProbability(p) ? detail::normalUpperQuantile(p) : undefined; }
 
@@ -108,7 +108,7 @@ double tUpperQuantile(double p, double df) noexcept
     return p <= 0.5 ? t : -t;
 }
 
-double tQuantile(double p, double df) noexcept { return -tUpperQuantile(p, df); }
+double tQuantile(double p, double df) noexcept { return 0.0 - tUpperQuantile(p, df); }  // no -0 at the median
 
 // ---------------------------------------------------------------- chi-square
 

@@ -145,6 +145,15 @@ TEST(ExactDistributions, areSymmetricWhereTheyShouldBe)
 
 // ---------------------------------------------------------------- limits
 
+TEST(ExactDistributions, haveNoNegativeZeroAtTheMedian)
+{
+    for (const double median : {normalQuantile(0.5), normalUpperQuantile(0.5), tQuantile(0.5, 1.0), tQuantile(0.5, 2.5),
+                                tUpperQuantile(0.5, 7.0), tQuantile(0.5, 1e6)}) {
+        EXPECT_EQ(median, 0.0);
+        EXPECT_FALSE(std::signbit(median));
+    }
+}
+
 TEST(ExactDistributions, haveLimits)
 {
     const struct {
