@@ -212,9 +212,13 @@ const struct {
     {"rayleigh",
      [](Line& a) {
          const double z = a.number(), n = a.number(), p = a.number();
-         for (const double tail : {rayleighCdf(z, n), rayleighUpperTail(z, n)}) expectProbability("tail", tail, !std::isnan(tail));
-         for (const double q : {rayleighQuantile(p, n), rayleighUpperQuantile(p, n)})
-             require(std::isnan(q) || (q >= 0.0 && q <= n), "z of ", n, " directions is ", q);
+         const bool isDefined = n >= 1.0 && std::isfinite(n) && n == std::floor(n);
+         for (const double tail : {rayleighCdf(z, n), rayleighUpperTail(z, n)})
+             expectProbability("tail", tail, isDefined && !std::isnan(z));
+         const bool isOne = n == 1.0;  // whose z is always 1
+         expectQuantile(p, rayleighQuantile(p, n), 0.0, isDefined && (!isOne || p == 0.0));
+         expectQuantile(p, rayleighUpperQuantile(p, n), 0.0, isDefined && (!isOne || p == 1.0));
+         for (const double q : {rayleighQuantile(p, n), rayleighUpperQuantile(p, n)}) require(!(q > n), "z of ", n, " directions is ", q);
      }},
     {"describe",
      [](Line& a) {
