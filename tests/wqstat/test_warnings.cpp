@@ -96,6 +96,10 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
          {"multiy"},
          "1;2;2\n1;3;2\n2;4;2\n2;5;1\n",
          {"the report rejects H0 by the test of the slope without ground: fewer than 3 groups leave no deviations from a line"}},
+        {__LINE__,
+         {"multiy"},
+         "1;1;1\n1;3;1\n2;0;1\n2;4;1\n3;2;2\n",
+         {"the report accepts H0 by the test of the slope without ground: the means of the groups are all equal"}},
         {__LINE__, {"fit"}, "7;7\n", {"the report rejects H0 without ground: there are no degrees of freedom"}},
         {__LINE__, {"fit"}, "7;0\n8;15\n", {"the report rejects H0 without ground: nothing is expected in 1 class"}},
         {__LINE__, {"ks"}, "3;0\n4;0\n", {"the report accepts H0 without ground: a sample is empty"}},
@@ -117,11 +121,11 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
         {__LINE__,
          {"regress", "--model", "linear"},
          "1;2\n2;5\n",
-         {"the report's t, p and limits of b rest on nothing: there are no degrees of freedom"}},
+         {"the report's t and limits of b, and the pB it stores, rest on nothing: there are no degrees of freedom"}},
         {__LINE__,
          {"regress", "--model", "linear"},
          "1;2\n1;5\n1;3\n",
-         {"the report's t, p and limits of b rest on nothing: x is constant"}},
+         {"the report's t and limits of b, and the pB it stores, rest on nothing: x is constant"}},
         {__LINE__, {"regress", "--model", "linear"}, "1;2\n2;5\n3;3\n", {}},
         // what is no number, where the same data without it have a test
         {__LINE__, {"describe"}, "nan\n1\n2\n", {"the report rejects H0 without ground: the statistic is no number"}},
@@ -135,7 +139,7 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
         {__LINE__,
          {"regress", "--model", "linear"},
          "1;nan\n2;3\n4;4\n",
-         {"the report's t, p and limits of b rest on nothing: the statistic is no number"}},
+         {"the report's t and limits of b, and the pB it stores, rest on nothing: the statistic is no number"}},
         {__LINE__, {"fit"}, "nan;15\n14;14\n", {"the report accepts H0 without ground: the statistic is no number"}},
         {__LINE__, {"fit"}, "15;15\n14;14\n", {}},
     });
@@ -147,10 +151,6 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
     expectWarnings(__LINE__, {"variances", equal, other}, {"the values of the first sample are all equal, so that F is no finite number"});
     expectWarnings(__LINE__, {"variances", other, equal}, {"the values of the second sample are all equal, so that F is no finite number"});
     expectWarnings(__LINE__, {"variances", other, other}, {});
-}
-
-TEST(Warnings, tellOfDataThatLookUnlikeWhatIsMeant)
-{
     std::string tenths;  // whose rounded mean leaves them a variance
     std::string sevenTenths = "0.7\n";
     for (int i = 0; i < 10; ++i) tenths += "0.1\n", sevenTenths += "0.7\n";
@@ -161,6 +161,10 @@ TEST(Warnings, tellOfDataThatLookUnlikeWhatIsMeant)
     expectWarnings(__LINE__, {"variances", first, other}, {"the values of the first sample are all equal, so that F is no finite number"});
     expectWarnings(__LINE__, {"variances", other, second},
                    {"the values of the second sample are all equal, so that F is no finite number"});
+}
+
+TEST(Warnings, tellOfDataThatLookUnlikeWhatIsMeant)
+{
     const std::string oneOut = "1 value is in no class: the table counts 4 of 5 and leaves the largest out";
     expectWarnings({
         {__LINE__,
@@ -201,8 +205,37 @@ TEST(Warnings, tellOfDataThatLookUnlikeWhatIsMeant)
          "1;2\n2;3\n3;3.5\n-1;4\n5;4.7\n",
          {"1 pair has no logarithm (0 or less) and is left out; the report's b is no number for it"}},
         {__LINE__, {"regress", "--model", "linear"}, "1;2\n2;3\n3;3.5\n-1;4\n5;4.7\n", {}},
+        {__LINE__,  // without two different x there is no b at all
+         {"regress", "--model", "logarithmic"},
+         "1;2\n-1;4\n",
+         {"1 pair has no logarithm (0 or less) and is left out",
+          "the report's t and limits of b, and the pB it stores, rest on nothing: there are no degrees of freedom"}},
         {__LINE__, {"regress", "--model", "logarithmic"}, "1;2\n2;3\n3;3.5\n5;4.7\n", {}},
     });
+}
+
+// In the analyses whose report prints no maximum too: the document has it.
+TEST(Warnings, tellOfAMaximumThatIsNone)
+{
+    const auto line = [](const std::string& of, const std::string& largest) {
+        return "no value of " + of + " is above 0: the largest is " + largest + ", where the report says 2.22507e-308";
+    };
+    expectWarnings({
+        {__LINE__, {"correlate"}, "1;-3\n2;-4\n3;-4\n4;-3\n", {line("y", "-3")}},
+        {__LINE__, {"correlate"}, "-1;3\n-2;4\n-3;4\n-4;3\n", {line("x", "-1")}},
+        {__LINE__, {"correlate"}, "1;3\n2;-4\n3;-4\n4;3\n", {}},
+        {__LINE__, {"regress", "--model", "linear"}, "-1;-3\n-2;-4\n-3;-4\n", {line("x", "-1"), line("y", "-3")}},
+        {__LINE__, {"regress", "--model", "linear"}, "-1;-3\n2;4\n-3;-4\n", {}},
+        {__LINE__, {"regress", "--model", "logarithmic"}, "1;-3\n2;-4\n3;-4\n", {line("y", "-3")}},
+        {__LINE__, {"regress", "--model", "exponential"}, "-1;3\n-2;4\n-3;4\n", {line("x", "-1")}},
+        {__LINE__, {"regress", "--model", "power"}, "0.5;0.5\n0.25;0.3\n0.125;0.2\n", {}},
+    });
+    const TempFolder folder;
+    const std::string below = folder.write("below.txt", "-1\n-2\n-4\n");
+    const std::string above = folder.write("above.txt", "1\n2\n4\n");
+    expectWarnings(__LINE__, {"variances", below, above}, {line("the first sample", "-1")});
+    expectWarnings(__LINE__, {"variances", above, below}, {line("the second sample", "-1")});
+    expectWarnings(__LINE__, {"variances", above, above}, {});
 }
 
 TEST(Warnings, tellOfDigitsThatAnExportLoses)

@@ -196,7 +196,7 @@ Row correlationF(std::size_t n)
                                       [](const wq_lib::Correlation& analysis) { return wq_exact::of(analysis).F; });
 }
 
-/** The report of a regression states no decision, but a p. */
+/** The report of a regression states no decision; its record has a p. */
 template <typename Model>
 Row slope(const std::string& model, std::size_t n, const char* kind, bool expX, bool expY)
 {
@@ -374,7 +374,7 @@ const char* const introduction = R"(
 %d samples of each kind, for which H0 holds, at the levels of 5 %% and 1 %%. The exact decision, by p, rejects as often as the
 level says, give or take three standard errors (%.2f %% and %.2f %%), or more rarely where the statistic is discrete, as D is. A star marks a rate
 beyond that. Beside it what the report decides of the same samples. It says nothing on deviations from a line. A regression's report states
-no decision either: counted is how often the p it prints lies below the level.
+no decision either, and prints no p: counted is how often the one it stores, `pB`, lies below the level.
 
 X2 and G have the distribution of chi-square where much is expected in every class, and nearly so where little is, X2 more nearly. It alone
 decides; the report rejects when X2, G or the corrected G does. Of two classes X2 has few values: its p, without Yates' correction, may be too small as

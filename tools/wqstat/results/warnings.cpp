@@ -108,11 +108,23 @@ std::string reasonForNoTest(const wq_exact::RegressionResult& exact)
                     exact.sumOfSquaresX == 0.0 ? "x is constant" : "y is constant");
 }
 
+namespace {
+
+constexpr char ofX[] = " of x";
+constexpr char ofY[] = " of y";
+
+void addMaxima(Warnings& warnings, const wq_exact::PairsResult& exact, const wq_lib::BasicXyStatistics& pairs)
+{
+    addMaximum(warnings, ofX, pairs.getXyResult().x.max, exact.maximumX);
+    addMaximum(warnings, ofY, pairs.getXyResult().y.max, exact.maximumY);
+}
+
+}  // namespace
+
 Warnings warningsOf(const wq_exact::PairsResult& exact, const wq_lib::BasicXyStatistics& pairs)
 {
     Warnings warnings;
-    addMaximum(warnings, " of x", pairs.getXyResult().x.max, exact.maximumX);
-    addMaximum(warnings, " of y", pairs.getXyResult().y.max, exact.maximumY);
+    addMaxima(warnings, exact, pairs);
     return warnings;
 }
 
@@ -120,10 +132,16 @@ Warnings warningsOf(const wq_exact::RegressionResult& exact, const wq_lib::Regre
 {
     Warnings warnings;
     if (exact.skipped > 0)
-        warnings.add(counted(exact.skipped, "pair has", "pairs have") + " no logarithm (0 or less) and " +
-                     (exact.skipped == 1 ? "is" : "are") + " left out" +
-                     (std::isfinite(regression.getRegressionResult().b) ? "" : "; the report's b is no number for it"));
-    if (!exact.slope.accepted) warnings.add("the report's t, p and limits of b rest on nothing: " + reasonForNoTest(exact));
+        warnings.add(
+            counted(exact.skipped, "pair has", "pairs have") + " no logarithm (0 or less) and " + (exact.skipped == 1 ? "is" : "are") +
+            " left out" +
+            (std::isfinite(exact.b) && !std::isfinite(regression.getRegressionResult().b) ? "; the report's b is no number for it" : ""));
+    if (!exact.slope.accepted)
+        warnings.add("the report's t and limits of b, and the pB it stores, rest on nothing: " + reasonForNoTest(exact));
+    const wq_lib::xy_stat& result = regression.getXyResult();
+    const wq_exact::PairsResult pairs = wq_exact::of(static_cast<const wq_lib::BasicXyStatistics&>(regression));
+    if (exact.scaleX == wq_exact::Scale::linear) addMaximum(warnings, ofX, result.x.max, pairs.maximumX);
+    if (exact.scaleY == wq_exact::Scale::linear) addMaximum(warnings, ofY, result.y.max, pairs.maximumY);
     return warnings;
 }
 
@@ -133,6 +151,7 @@ Warnings warningsOf(const wq_exact::CorrelationResult& exact, const wq_lib::Corr
     Warnings warnings;
     addDecision(warnings, exact.t, "of t ", reason);
     addDecision(warnings, exact.F, "of F ", reason);
+    addMaxima(warnings, exact, correlation);
     return warnings;
 }
 
@@ -148,6 +167,7 @@ std::string reasonForNoTest(const wq_exact::AnovaResult& exact)
 std::string reasonForNoTest(const wq_exact::MultiYResult& exact)
 {
     if (!(exact.deviations.df > 0.0)) return "fewer than 3 groups leave no deviations from a line";
+    if (exact.groups.among.sumOfSquares == 0.0 && exact.groups.within.sumOfSquares > 0.0) return "the means of the groups are all equal";
     return reasonForNoTest(exact.groups);
 }
 
