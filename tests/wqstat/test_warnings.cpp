@@ -107,6 +107,11 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
          {"circular", "--unit", "bins", "--bins", "2"},
          "1;9\n2;2\n",
          {"the report rejects H0 without ground: directions in fewer than 3 classes have no test of R"}},
+        {__LINE__,  // numbers of bins are in classes without frequencies, too
+         {"circular", "--unit", "bins", "--bins", "2"},
+         "1;0\n1;0\n2;0\n1;0\n",
+         {"the report accepts H0 without ground: directions in fewer than 3 classes have no test of R"}},
+        {__LINE__, {"circular", "--unit", "bins", "--bins", "2"}, "1;0\n1;0\n2.5;0\n1;0\n", {}},
         {__LINE__, {"circular", "--unit", "bins", "--bins", "3"}, "1;9\n2;1\n3;1\n", {}},
         {__LINE__,
          {"correlate"},
