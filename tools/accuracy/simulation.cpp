@@ -210,13 +210,14 @@ Row slope(const std::string& model, std::size_t n, const char* kind, bool expX, 
 // ---------------------------------------------------------------- classes
 
 template <typename Decide>
-Row fit(const std::string& test, Kind kind, std::size_t classes, std::size_t expected, Decide decide)
+Row fit(const std::string& test, Kind kind, std::size_t classes, std::size_t expected, Decide decide, bool yates = false)
 {
     return {test + " (`fit`)", sizes(classes, " classes, ", expected, " expected in each"), kind, [=](Random& random) {
                 std::vector<wq_lib::data_pair> counts(classes, {0.0, static_cast<double>(expected)});
                 for (std::size_t i = 0; i < classes * expected; ++i) counts[random.below(classes)].x += 1.0;
                 return atEachLevel<wq_lib::GoodnessOfFit>(
                     [&](wq_lib::GoodnessOfFit& analysis) {
+                        analysis.setYatesCorrection(yates);
                         analysis.copyFrom(counts);
                         analysis.analyse();
                     },
@@ -227,6 +228,13 @@ Row fit(const std::string& test, Kind kind, std::size_t classes, std::size_t exp
 Row fitByX2(Kind kind, std::size_t expected, std::size_t classes = 6)
 {
     return fit("X2, which decides", kind, classes, expected, [](const wq_exact::GoodnessOfFitResult& exact) { return exact.decision; });
+}
+
+Row fitByCorrectedX2(std::size_t expected)
+{
+    return fit(
+        "X2 with Yates' correction", Kind::discrete, 2, expected, [](const wq_exact::GoodnessOfFitResult& exact) { return exact.decision; },
+        true);
 }
 
 Row fitByG(Kind kind, std::size_t expected)
@@ -240,20 +248,42 @@ Row fitByAdjustedG(Kind kind, std::size_t expected)
                [](const wq_exact::GoodnessOfFitResult& exact) { return static_cast<Decision>(*exact.GAdjusted); });
 }
 
-Row kolmogorovSmirnov(std::size_t n1, std::size_t n2)
+/** @param draw how many values of each sample lie in each class. */
+template <typename Draw>
+Row kolmogorovSmirnov(const std::string& samples, Draw draw)
 {
-    return {"D of two samples (`ks`)", sizes(n1, " and ", n2, " values without ties"), Kind::discrete, [n1, n2](Random& random) {
-                std::vector<wq_lib::data_pair> arrangement(n1 + n2, {0.0, 1.0});  // a class for each value
-                for (std::size_t i = 0; i < n1; ++i) arrangement[i] = {1.0, 0.0};
-                for (std::size_t i = arrangement.size(); i > 1; --i) std::swap(arrangement[i - 1], arrangement[random.below(i)]);
+    return {"D of two samples (`ks`)", samples, Kind::discrete, [draw](Random& random) {
+                const std::vector<wq_lib::data_pair> counts = draw(random);
                 return atEachLevel<wq_lib::KolmogorovSmirnov2>(
                     [&](wq_lib::KolmogorovSmirnov2& analysis) {
-                        analysis.copyFrom(arrangement);
+                        analysis.copyFrom(counts);
                         analysis.cumulative();
                         analysis.analyse();
                     },
                     [](const wq_lib::KolmogorovSmirnov2& analysis) { return wq_exact::of(analysis).decision; });
             }};
+}
+
+Row kolmogorovSmirnov(std::size_t n1, std::size_t n2)
+{
+    return kolmogorovSmirnov(sizes(n1, " and ", n2, " values without ties"), [n1, n2](Random& random) {
+        std::vector<wq_lib::data_pair> arrangement(n1 + n2, {0.0, 1.0});  // a class for each value
+        for (std::size_t i = 0; i < n1; ++i) arrangement[i] = {1.0, 0.0};
+        for (std::size_t i = arrangement.size(); i > 1; --i) std::swap(arrangement[i - 1], arrangement[random.below(i)]);
+        return arrangement;
+    });
+}
+
+/** Values of which only the class is known; p is given the ties. */
+Row tiedKolmogorovSmirnov(std::size_t n1, std::size_t n2, std::size_t classes)
+{
+    const std::string samples = sizes(n1, " and ", n2, " values in ") + std::to_string(classes) + " classes";
+    return kolmogorovSmirnov(samples, [n1, n2, classes](Random& random) {
+        std::vector<wq_lib::data_pair> counts(classes, {0.0, 0.0});
+        for (std::size_t i = 0; i < n1; ++i) counts[random.below(classes)].x += 1.0;
+        for (std::size_t i = 0; i < n2; ++i) counts[random.below(classes)].y += 1.0;
+        return counts;
+    });
 }
 
 /** So many directions, each for itself or, where there are classes, counted in them. */
@@ -334,6 +364,10 @@ std::vector<Row> rows()
         directions(Kind::discrete, 8, 6),
         fitByX2(Kind::limit, 10, 2),
         fitByX2(Kind::limit, 50, 2),
+        fitByCorrectedX2(10),
+        fitByCorrectedX2(50),
+        tiedKolmogorovSmirnov(20, 25, 4),
+        tiedKolmogorovSmirnov(60, 80, 5),
     };
 }
 
@@ -378,7 +412,9 @@ no decision either, and prints no p: counted is how often the one it stores, `pB
 
 X2 and G have the distribution of chi-square where much is expected in every class, and nearly so where little is, X2 more nearly. It alone
 decides; the report rejects when X2, G or the corrected G does. Of two classes X2 has few values: its p, without Yates' correction, may be too small as
-well as too large. Beside G, which has a p but decides nothing, stands no report.
+well as too large; with it, it is rather too large. Beside G, which has a p but decides nothing, stands no report.
+
+D of values of which only the class is known is decided given the ties. The report has no critical value for small samples, and rejects nearly all.
 
 Directions in classes are tested by z without the correction for grouping, on which the report's p rests. Few of them have few lengths,
 and reject more rarely than the level says.
