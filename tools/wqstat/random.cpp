@@ -44,7 +44,7 @@ class RandomNumbers final : public Command {
             addCount(app, "--count", count, 0, anyCount, "with --weights: how many positions to draw, 1 unless given");
         addCount(app, "--seed", seed, 0, largestInteger, "where the generator starts, 0 unless given");
         for (CLI::Option* const option : {maxOption, lowOption, highOption}) option->needs(integersOption);
-        for (CLI::Option* const option : {lowOption, highOption}) maxOption->excludes(option);
+        maxOption->excludes(lowOption);  // and with it --high: of several, which is named would depend on where in memory they stand
         lowOption->needs(highOption);
         highOption->needs(lowOption);
         countOption->needs(weightsOption);
