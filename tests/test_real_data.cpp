@@ -32,7 +32,7 @@ namespace {
 // ---------------------------------------------------------------- fields: name -> getter, an index for those with []
 
 template <typename T>
-using Fields = std::map<std::string, std::function<double(T&, std::size_t)>>;
+using Fields = std::map<std::string, double (*)(T&, std::size_t)>;
 
 // What an analysis of one set of files with one set of options gives.
 class Outcome {
@@ -69,8 +69,8 @@ private:
 double number(std::size_t n) { return static_cast<double>(n); }
 
 // clang-format off
-#define FIELD(T, name, expression) {name, [](T& t, std::size_t) -> double { return expression; }}
-#define FIELD_AT(T, name, expression) {name, [](T& t, std::size_t i) -> double { return expression; }}
+#define FIELD(T, name, expression) {name, +[](T& t, std::size_t) -> double { return expression; }}
+#define FIELD_AT(T, name, expression) {name, +[](T& t, std::size_t i) -> double { return expression; }}
 // clang-format on
 
 const Fields<BasicStatistics> basicFields = {
@@ -356,8 +356,10 @@ void load(TwoSamples& t, const Request& request)
     t.setSecondSample(second.getResult());
 }
 
+using Analysis = std::function<std::unique_ptr<Outcome>(const Request&)>;
+
 template <typename T>
-std::function<std::unique_ptr<Outcome>(const Request&)> analysing(const Fields<T>& fields)
+Analysis analysing(const Fields<T>& fields)
 {
     return [fields](const Request& request) {
         auto outcome = std::make_unique<OutcomeOf<T>>(fields);
@@ -369,7 +371,7 @@ std::function<std::unique_ptr<Outcome>(const Request&)> analysing(const Fields<T
     };
 }
 
-using Analyses = std::map<std::string, std::function<std::unique_ptr<Outcome>(const Request&)>>;
+using Analyses = std::map<std::string, Analysis>;
 
 const Analyses& analyses()
 {
