@@ -28,7 +28,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr const char* plants =
+constexpr const char* plantTable =
     "plant,treatment,height_cm,day\n1,ctrl,4.17,2024-05-02\n2,ctrl,5.58,2024-05-02\n3,ctrl,5.18,2024-05-03\n4,compost,4.81,2024-05-03\n"
     "5,compost,,2024-05-03\n6,compost,4.41,2024-05-06\n7,both,6.31,NA\n8,both,5.12,2024-05-07\n9,both,5.54,2024-05-08\n";
 
@@ -61,7 +61,7 @@ TEST(Columns, saysWhatIsInATable)
 {
     const Variable locale("LC_ALL", "C.UTF-8");
     const TempFolder folder;
-    const std::string file = folder.write("plants.csv", plants);
+    const std::string file = folder.write("plants.csv", plantTable);
     const std::string bar10 = "\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588";
     EXPECT_EQ(run({"columns", file}),
               (Outcome{done,
@@ -102,7 +102,7 @@ TEST(Columns, saysWhatIsInATable)
 TEST(Columns, drawsWithWhatTheTerminalHas)
 {
     const TempFolder folder;
-    const std::string file = folder.write("plants.csv", plants);
+    const std::string file = folder.write("plants.csv", plantTable);
     for (const char* const name : {"C", "POSIX", "no_such.locale"}) {
         const Variable locale("LC_ALL", name);
         const std::string text = run({"columns", file}).output;
@@ -334,9 +334,9 @@ TEST(Columns, saysWhatIsWrongInOneLine)
 TEST(Columns, keepsWhatIsThere)
 {
     const TempFolder folder;
-    const std::string data = folder.write("data.csv", plants);
+    const std::string data = folder.write("data.csv", plantTable);
     EXPECT_EQ(run({"columns", data, "--html", data}), refused("--html: " + data + " is the data file", "columns"));
-    EXPECT_EQ(contentOf(data), plants);
+    EXPECT_EQ(contentOf(data), plantTable);
     for (const std::string& page : {folder.path("none/page.html"), std::string("/dev/full")}) {
         const Outcome failure = run({"columns", data, "--html", page});
         EXPECT_EQ(failure.status, couldNotAnalyse);
@@ -382,7 +382,7 @@ TEST(Columns, saysWhereQuartilesAreAboutRight)
 TEST(Columns, hasTheSameInJsonAndInRows)
 {
     const TempFolder folder;
-    const std::string file = folder.write("plants.csv", plants);
+    const std::string file = folder.write("plants.csv", plantTable);
     const Json document = columnsOf({file});
     EXPECT_EQ(document["analysis"], "columns");
     EXPECT_EQ(document["files"], Json::parse("[\"" + file + "\"]"));
