@@ -263,7 +263,7 @@ public:
     void see(double value)
     {
         if (!(std::fabs(value) < safe) || value == 0.0) return;
-        if (std::fabs(written(value) - value) <= 0.5 * std::pow(10.0, 1 - significant) * std::fabs(value)) return;
+        if (figures(written(value), significant) == figures(value, significant)) return;
         if (losing++ == 0) example = figures(value, significant) + ", written as " + figures(written(value), significant);
     }
 
