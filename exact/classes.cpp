@@ -17,6 +17,12 @@
 
 namespace wq_exact {
 
+namespace {
+
+bool isCount(double frequency) { return frequency >= 0.0 && std::isfinite(frequency); }
+
+}  // namespace
+
 // ---------------------------------------------------------------- goodness of fit
 
 namespace {
@@ -29,6 +35,7 @@ void sumClasses(const wq_lib::GoodnessOfFit& test, GoodnessOfFitResult& exact)
     const detail::AnalysedPairs classes(test);
     classes.each([&](const wq_lib::data_pair& pair) {
         ++exact.classes;
+        if (!isCount(pair.x) || !std::isfinite(pair.y)) exact.areCounts = false;
         exact.sumObserved += pair.x;
         exact.sumExpected += pair.y;
         exact.smallestExpected = std::fmin(exact.smallestExpected, pair.y);
@@ -74,11 +81,9 @@ GoodnessOfFitResult of(const wq_lib::GoodnessOfFit& test) noexcept
         const double df = detail::degrees(exact.classes, 1);  // of those that were summed; the report takes all
         // With nothing expected in a class, what was observed there is impossible, or was to be left out.
         const auto tested = [&](double statistic, double& lowerTail) {
-            Test one = detail::upperChiSquare(statistic, df, alpha);
+            const Test one = detail::upperChiSquare(statistic, df, alpha);
+            if (!exact.areCounts || exact.classesWithoutExpected > 0) return detail::undecided(one);
             lowerTail = chiSquareCdf(statistic, df);
-            if (exact.classesWithoutExpected == 0) return one;
-            one.p = lowerTail = none;
-            one.accepted.reset();
             return one;
         };
         exact.chiSquare = tested(test.getX2(), exact.chiSquareLowerTail);
@@ -128,6 +133,16 @@ std::optional<std::vector<std::size_t>> classSizes(const wq_lib::KolmogorovSmirn
     return sizes;
 }
 
+/** Whether there is nothing but counts, in the classes and in the sums of an object that may hold those of other classes. */
+bool hasCounts(const wq_lib::KolmogorovSmirnov2& test)
+{
+    bool found = true;
+    const auto look = [&found](double first, double second) { found = found && isCount(first) && isCount(second); };
+    detail::AnalysedPairs(test).each([&](const wq_lib::data_pair& pair) { look(pair.x, pair.y); });
+    for (const auto& [c1, c2] : StoredFrequencies::of(test)) look(c1, c2);
+    return found;
+}
+
 /** By all arrangements given the ties. */
 std::optional<Test> countedTest(const wq_lib::KolmogorovSmirnov2& test)
 {
@@ -154,7 +169,11 @@ KolmogorovSmirnovResult of(const wq_lib::KolmogorovSmirnov2& test) noexcept
 
         KolmogorovSmirnovResult exact;
         exact.largeSamples = detail::test(D, none, none, alpha, kolmogorovUpperTail(D * root), kolmogorovUpperQuantile(alpha) / root);
-        exact.allArrangements = countedTest(test);
+        exact.areCounts = hasCounts(test);
+        if (exact.areCounts && D <= 1.0)  // above it where the sizes, whole numbers, are less than the sums of fractions
+            exact.allArrangements = countedTest(test);
+        else
+            exact.largeSamples = detail::undecided(exact.largeSamples);
         const Test& best = exact.allArrangements ? *exact.allArrangements : exact.largeSamples;
         exact.p = best.p;
         exact.decision = {best.accepted, detail::acceptedByReport(test)};

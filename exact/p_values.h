@@ -54,6 +54,14 @@ inline Test upperChiSquare(double x, double df, double alpha)
     return test(x, df, none, alpha, chiSquareUpperTail(x, df), chiSquareUpperQuantile(alpha, df));
 }
 
+/** A test of a statistic whose distribution is none. */
+inline Test undecided(Test test)
+{
+    test.p = none;
+    test.accepted.reset();
+    return test;
+}
+
 /** Of a variance with so many degrees of freedom. */
 inline Limits varianceLimits(double variance, double df, double alpha)
 {

@@ -383,6 +383,47 @@ TEST(ExactResults, compareDistributionsGivenTheTies)
     EXPECT_FALSE(wq_exact::of(twice).allArrangements);  // its cumulative frequencies fall
 }
 
+// The statistics of what is no count are there, and mean nothing: no p is made of them, and no decision.
+TEST(ExactResults, decideNothingByFrequenciesThatAreNoCounts)
+{
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double large = 1e308;
+    const std::vector<data_pair> noFit[] = {{{infinite, 5}, {12, 20}}, {{-3, 6}, {12, 5}}, {{nan, 5}, {3, 5}}, {{3, infinite}, {12, 5}}};
+    for (const std::vector<data_pair>& classes : noFit) {
+        GoodnessOfFit fit;
+        fit.copyFrom(classes);
+        fit.analyse();
+        const auto exact = wq_exact::of(fit);
+        EXPECT_FALSE(exact.areCounts);
+        for (const wq_exact::Test& test : {exact.chiSquare, exact.G, *exact.GAdjusted}) {
+            EXPECT_TRUE(std::isnan(test.p));
+            EXPECT_EQ(test.accepted, std::nullopt);
+        }
+        for (const double lowerTail : {exact.chiSquareLowerTail, exact.GLowerTail, exact.GAdjustedLowerTail, exact.p})
+            EXPECT_TRUE(std::isnan(lowerTail));
+        EXPECT_TRUE(exact.decision.reportLacksGround());
+    }
+    const std::vector<data_pair> noSamples[] = {
+        {{infinite, 1}, {1, 3}, {20, 1}}, {{3, 4}, {-5, 4}}, {{5, 4}, {-3, 4}, {2, 1}}, {{3, 1}, {nan, 2}}, {{3, 1}, {2, -0.5}},
+        {{large, 3}, {large, 2}}};
+    for (const std::vector<data_pair>& classes : noSamples) {
+        const auto exact = wq_exact::of(compared(classes));
+        EXPECT_FALSE(exact.areCounts);
+        EXPECT_FALSE(exact.allArrangements);
+        EXPECT_TRUE(std::isnan(exact.largeSamples.p) && std::isnan(exact.p));
+        EXPECT_EQ(exact.largeSamples.accepted, std::nullopt);
+        EXPECT_TRUE(exact.decision.reportLacksGround());
+    }
+    const auto above = wq_exact::of(compared({{1.9, 0}, {0, 1}}));  // D = 1.9 / 1
+    EXPECT_TRUE(above.areCounts);
+    EXPECT_TRUE(std::isnan(above.p));
+    EXPECT_TRUE(above.decision.reportLacksGround());
+    const auto fractions = wq_exact::of(compared({{20.5, 31}, {20.5, 10}}));  // whose sums are whole
+    EXPECT_TRUE(fractions.areCounts);
+    EXPECT_TRUE(fractions.decision.accepted.has_value());
+}
+
 // So many directions in each class.
 Circular counted(const std::vector<double>& counts)
 {

@@ -145,8 +145,15 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
          {"regress", "--model", "linear"},
          "1;nan\n2;3\n4;4\n",
          {"the report's t and limits of b, and the pB it stores, rest on nothing: the statistic is no number"}},
-        {__LINE__, {"fit"}, "nan;15\n14;14\n", {"the report accepts H0 without ground: the statistic is no number"}},
-        {__LINE__, {"fit"}, "15;15\n14;14\n", {}},
+        {__LINE__,
+         {"correlate"},
+         "1;nan\n2;3\n4;4\n5;6\n",
+         {"the report rejects H0 by the test of t without ground: the statistic is no number",
+          "the report rejects H0 by the test of F without ground: the statistic is no number"}},
+        {__LINE__,
+         {"multiy"},
+         "1;nan;1\n1;2;1\n2;3;1\n2;5;1\n3;0;1\n3;2;1\n4;3;1\n4;5;1\n",
+         {"the report rejects H0 by the test of the slope without ground: F is no number"}},
     });
     const TempFolder folder;
     const std::string equal = folder.write("equal.txt", "2\n2\n2\n");
@@ -159,6 +166,8 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
     std::string tenths;  // whose rounded mean leaves them a variance
     std::string sevenTenths = "0.7\n";
     for (int i = 0; i < 10; ++i) tenths += "0.1\n", sevenTenths += "0.7\n";
+    expectWarnings(__LINE__, {"variances", folder.write("infinite.txt", "1\ninf\n2\n"), other},
+                   {"the report rejects H0 without ground: the statistic is no number"});
     const std::string first = folder.write("tenths.txt", tenths);
     const std::string second = folder.write("sevenTenths.txt", sevenTenths);
     expectWarnings(__LINE__, {"variances", first, second},
@@ -166,6 +175,31 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
     expectWarnings(__LINE__, {"variances", first, other}, {"the values of the first sample are all equal, so that F is no finite number"});
     expectWarnings(__LINE__, {"variances", other, second},
                    {"the values of the second sample are all equal, so that F is no finite number"});
+}
+
+TEST(Warnings, tellOfFrequenciesThatAreNoCounts)
+{
+    const auto groundless = [](const std::string& verdict) {
+        return "the report " + verdict + " H0 without ground: a frequency is negative or no finite number";
+    };
+    const auto sums = [](const std::string& both) { return "the sums of the observed and the expected frequencies differ: " + both; };
+    expectWarnings({
+        {__LINE__, {"fit"}, "nan;15\n14;14\n", {groundless("accepts"), sums("n/a and 29")}},
+        {__LINE__, {"fit"}, "inf;5\n12;20\n", {groundless("rejects"), sums("inf and 25")}},
+        {__LINE__, {"fit"}, "20;inf\n12;20\n", {groundless("accepts"), sums("32 and inf")}},
+        {__LINE__, {"fit"}, "inf;5\n12;inf\n", {groundless("accepts")}},
+        {__LINE__, {"fit"}, "-5;7\n21;9\n", {groundless("rejects")}},
+        {__LINE__, {"fit"}, "15;15\n14;14\n", {}},
+        {__LINE__, {"ks"}, "inf;1\n1;3\n20;1\n", {groundless("rejects")}},
+        {__LINE__, {"ks"}, "3;4\n-5;4\n", {groundless("accepts")}},
+        {__LINE__, {"ks"}, "3;1\nnan;2\n", {groundless("rejects")}},
+        {__LINE__, {"ks"}, "3;4\n38;37\n", {}},
+        {__LINE__,
+         {"ks"},
+         "1.9;0\n0;40\n",
+         {"the report rejects H0 without ground: D is above 1, for the frequencies are not whole numbers",
+          "samples of 1 and 40 are too small for the report's critical value: without one it rejects every D above 0"}},
+    });
 }
 
 TEST(Warnings, tellOfDataThatLookUnlikeWhatIsMeant)

@@ -14,7 +14,10 @@
 
 namespace wq_exact {
 
-/** Observed against expected frequencies. With a class in which nothing is expected no statistic has a p, a tail or a decision. */
+/**
+ * Observed against expected frequencies. With a class in which nothing is expected, or with frequencies that are no counts, no statistic has a p,
+ * a tail or a decision.
+ */
 struct GoodnessOfFitResult {
     Test chiSquare;                    ///< with Yates' correction where that is on; it decides
     Test G;                            ///< a class with nothing observed adds nothing
@@ -22,15 +25,16 @@ struct GoodnessOfFitResult {
     double chiSquareLowerTail = none;  ///< P(chi-square <= statistic)
     double GLowerTail = none;          ///< P(chi-square <= G)
     double GAdjustedLowerTail = none;  ///< P(chi-square <= adjusted G)
-    Decision decision;      ///< that of chiSquare; none with a class where nothing is expected. The report rejects when any statistic does
-    double p = none;        ///< that of chiSquare, where there is a decision
-    double cohensW = none;  ///< sqrt(sum (o - e)^2 / e) of the shares o and e
-    double sumObserved = 0.0;                ///< observed in all classes
-    double sumExpected = 0.0;                ///< expected in all classes
-    double smallestExpected = none;          ///< the smallest expected frequency
-    std::size_t classes = 0;                 ///< number of classes
-    std::size_t classesBelowFive = 0;        ///< classes in which less than 5 are expected: too few for a chi-square distribution
+    Decision decision;                 ///< that of chiSquare, and none where that has none. The report rejects when any statistic does
+    double p = none;                   ///< that of chiSquare, where there is a decision
+    double cohensW = none;             ///< sqrt(sum (o - e)^2 / e) of the shares o and e
+    double sumObserved = 0.0;          ///< observed in all classes
+    double sumExpected = 0.0;          ///< expected in all classes
+    double smallestExpected = none;    ///< the smallest expected frequency
+    std::size_t classes = 0;           ///< number of classes
+    std::size_t classesBelowFive = 0;  ///< classes in which less than 5 are expected: too few for a chi-square distribution
     std::size_t classesWithoutExpected = 0;  ///< classes in which nothing is expected, or less: there is no test
+    bool areCounts = true;                   ///< whether all frequencies are finite, and those observed not negative; else there is no test
 
     /** @return whether the object's own report decides differently. */
     bool reportDiffers() const noexcept { return decision.reportDiffers(); }
@@ -39,7 +43,7 @@ struct GoodnessOfFitResult {
 /** @param test after analyse(), with the classes it has analysed. @return the exact figures; NaN where there are none, as for one class. */
 WQ_EXACT_EXPORT GoodnessOfFitResult of(const wq_lib::GoodnessOfFit& test) noexcept;
 
-/** The distributions of two samples. */
+/** The distributions of two samples. Frequencies that are no counts, or a D outside 0 ... 1, have no p and no decision. */
 struct KolmogorovSmirnovResult {
     Test largeSamples;  ///< by Kolmogorov's limit; statistic D
     std::optional<Test>
@@ -47,6 +51,7 @@ struct KolmogorovSmirnovResult {
     Decision decision;    ///< by the count where there is one
     double p = none;      ///< of the decision
     bool reportHasCriticalValue = false;  ///< whether D_TwoSamples() offers one for these sizes; without it the report accepts D = 0 alone
+    bool areCounts = true;                ///< whether all frequencies are finite and none is negative; else there is no test
 
     /** @return whether the object's own report decides differently. */
     bool reportDiffers() const noexcept { return decision.reportDiffers(); }

@@ -286,11 +286,12 @@ Statement statementOf(wq_lib::GoodnessOfFit& test, const VariableNames& names)
 
 Statement statementOf(wq_lib::KolmogorovSmirnov2& test, const VariableNames& names)
 {
-    const Textbook book = textbook(wq_exact::of(test));
+    const wq_exact::KolmogorovSmirnovResult exact = wq_exact::of(test);
+    const Textbook book = textbook(exact);
     const double counted = book.value("pTheseSizes");
     const double p = std::isnan(counted) ? book.value("pLargeSamples") : counted;
     return {questionOfDistributions(names),
-            tested("D = " + figures(test.getD()), p, reasonForNoTest(test)) + (std::isnan(counted) ? "" : " given the ties") +
+            tested("D = " + figures(test.getD()), p, reasonForNoTest(exact, test)) + (std::isnan(counted) ? "" : " given the ties") +
                 ", n = " + digits(test.getN1()) + " and " + digits(test.getN2()),
             {{"first sample", "result/n1", static_cast<double>(test.getN1())},
              {"second sample", "result/n2", static_cast<double>(test.getN2())},

@@ -187,8 +187,15 @@ Warnings warningsOf(const wq_exact::MultiYResult& exact, const wq_lib::LinearReg
 
 // ---------------------------------------------------------------- classes
 
+namespace {
+
+constexpr char noCounts[] = "a frequency is negative or no finite number";
+
+}  // namespace
+
 std::string reasonForNoTest(const wq_exact::GoodnessOfFitResult& exact)
 {
+    if (!exact.areCounts) return noCounts;
     if (exact.classesWithoutExpected == 0) return reasonOf(exact.chiSquare.df1, false, "");
     return "nothing is expected in " + counted(exact.classesWithoutExpected, "class", "classes");
 }
@@ -198,7 +205,9 @@ Warnings warningsOf(const wq_exact::GoodnessOfFitResult& exact, const wq_lib::Go
     constexpr double rounding = 1e-9;
     Warnings warnings;
     addDecision(warnings, exact.decision, exact.p, "", reasonForNoTest(exact));
-    if (std::fabs(exact.sumObserved - exact.sumExpected) > rounding * std::fabs(exact.sumObserved))
+    const double sum = std::min(std::fabs(exact.sumObserved), std::fabs(exact.sumExpected));  // of which one may be infinite
+    const double difference = std::fabs(exact.sumObserved - exact.sumExpected);
+    if (exact.sumObserved != exact.sumExpected && !(difference <= rounding * sum))
         warnings.add("the sums of the observed and the expected frequencies differ: " + figures(exact.sumObserved, 10) + " and " +
                      figures(exact.sumExpected, 10));
     if (exact.classesBelowFive > exact.classesWithoutExpected)
@@ -213,16 +222,17 @@ bool hasBothSamples(const wq_lib::KolmogorovSmirnov2& test) { return test.getN1(
 
 }  // namespace
 
-std::string reasonForNoTest(const wq_lib::KolmogorovSmirnov2& test)
+std::string reasonForNoTest(const wq_exact::KolmogorovSmirnovResult& exact, const wq_lib::KolmogorovSmirnov2& test)
 {
-    return hasBothSamples(test) ? "D is no number" : "a sample is empty";
+    if (!exact.areCounts) return noCounts;
+    return hasBothSamples(test) ? "D is above 1, for the frequencies are not whole numbers" : "a sample is empty";
 }
 
 Warnings warningsOf(const wq_exact::KolmogorovSmirnovResult& exact, const wq_lib::KolmogorovSmirnov2& test)
 {
     Warnings warnings;
-    addDecision(warnings, exact.decision, exact.p, exact.allArrangements ? "given the ties " : "", reasonForNoTest(test));
-    if (hasBothSamples(test) && !exact.reportHasCriticalValue)
+    addDecision(warnings, exact.decision, exact.p, exact.allArrangements ? "given the ties " : "", reasonForNoTest(exact, test));
+    if (exact.areCounts && hasBothSamples(test) && !exact.reportHasCriticalValue)
         warnings.add("samples of " + digits(test.getN1()) + " and " + digits(test.getN2()) +
                      " are too small for the report's critical value: without one it rejects every D above 0");
     return warnings;

@@ -48,7 +48,7 @@ std::string reasonForNoTest(const wq_exact::RegressionResult& exact);
 std::string reasonForNoTest(const wq_exact::AnovaResult& exact);
 std::string reasonForNoTest(const wq_exact::MultiYResult& exact);
 std::string reasonForNoTest(const wq_exact::GoodnessOfFitResult& exact);
-std::string reasonForNoTest(const wq_lib::KolmogorovSmirnov2& test);
+std::string reasonForNoTest(const wq_exact::KolmogorovSmirnovResult& exact, const wq_lib::KolmogorovSmirnov2& test);
 std::string reasonForNoTest(const wq_exact::TwoVariancesResult& exact);
 std::string reasonForNoTest(const wq_exact::DirectionsResult& exact);
 
