@@ -641,6 +641,21 @@ TEST(Json, tellsWhatWasAnalysedAndHow)
     EXPECT_EQ(documentOf({"circular", pigeons}).at("settings").at("unit"), "radians");
 }
 
+// The record passes over the values that have no logarithm, and holds the mean of the others.
+TEST(Json, hasNoGeometricMeanOfASampleWithNegativeValues)
+{
+    const TempFolder folder;
+    const std::string below = folder.write("below.txt", "4\n-2\n9\n1\n");
+    const std::string above = folder.write("above.txt", "4\n2\n8\n1\n");
+    EXPECT_TRUE(documentOf({"describe", below}).at("result").at("geoMean").is_null());
+    EXPECT_TRUE(documentOf({"frequency", below}).at("result").at("sample").at("geoMean").is_null());
+    EXPECT_NEAR(documentOf({"frequency", above}).at("result").at("sample").at("geoMean").get<double>(), std::sqrt(8.0), 1e-12);
+    const Json variances = documentOf({"variances", above, below}).at("result");
+    EXPECT_NEAR(variances.at("first").at("geoMean").get<double>(), std::sqrt(8.0), 1e-12);
+    EXPECT_TRUE(variances.at("second").at("geoMean").is_null());
+    EXPECT_TRUE(documentOf({"variances", below, above}).at("result").at("first").at("geoMean").is_null());
+}
+
 TEST(Json, writesNumbersThatAreNotFiniteAsText)
 {
     const TempFolder folder;

@@ -26,17 +26,16 @@ void limits(ResultWriter& out, const char* name, const wq_lib::DataRange<double>
     });
 }
 
-/** @param hasGeoMean whether the report shows one, and not n/a. */
-void members(ResultWriter& out, const wq_lib::basic_stat& r, bool hasGeoMean = true)
+void members(ResultWriter& out, const wq_lib::basic_stat& r)
 {
     out.member("n", r.n);
     out.member("min", r.min);
     out.member("max", r.max);
     out.member("mean", r.mean);
-    if (hasGeoMean)
-        out.member("geoMean", r.geoMean);
-    else
+    if (r.min < 0.0)  // n/a in the report
         out.nothing("geoMean");
+    else
+        out.member("geoMean", r.geoMean);
     out.member("harmMean", r.harmMean);
     out.member("median", r.median);
     out.member("quartile1", r.quartile1);
@@ -298,7 +297,7 @@ void writeResults(ResultWriter& out, const ResultHead& head, wq_lib::BasicStatis
         out.member("tail", sample.getTail());
     };
     const auto results = [&] {
-        members(out, result, !sample.isNegative());
+        members(out, result);
         out.member("negative", sample.isNegative());
     };
     const auto report = [&] {
