@@ -122,11 +122,11 @@ double exactFPoint(double p, std::size_t df1, std::size_t df2)
     return wq_exact::fQuantile(p, static_cast<double>(df1), static_cast<double>(df2));
 }
 
-void tProb(const char* grid, const Degrees& degrees)
+void tProb(const char* grid, const Degrees& degrees, double from, double to)
 {
     Row row("t_Prob", grid, Measure::absolute, "regressions (pB), correlation, several y per x");
     for (const std::size_t df : degrees)
-        for (double t = 0.0; t <= 6.0; t += 0.25)
+        for (double t = from; t <= to; t += 0.25)
             row.take(arguments("%g, %zu, false", t, df), wq_lib::t_Prob(t, df, false), wq_exact::tTwoSided(t, static_cast<double>(df)));
     row.print();
 }
@@ -531,8 +531,9 @@ void printTable()
     std::puts("| function | arguments | departure | median | worst | where | shows in |");
     std::puts("|---|---|---|---|---|---|---|");
     normals();
-    tProb("even df 2 ... 1000, t = 0 ... 6", evenDegrees);
-    tProb("**odd df** 1 ... 1001, t = 0 ... 6", oddDegrees);
+    tProb("even df 2 ... 1000, t = 0 ... 6", evenDegrees, 0.0, 6.0);
+    tProb("even df 2 ... 1000, **t = -6 ... -0.25**", evenDegrees, -6.0, -0.25);
+    tProb("**odd df** 1 ... 1001, t = 0 ... 6", oddDegrees, 0.0, 6.0);
     tPercentPoint("df 1", {1});
     tPercentPoint("df 2 ... 4", {2, 3, 4});
     tPercentPoint("df 5 ... 1001", Degrees(allDegrees.begin() + 4, allDegrees.end()));
@@ -590,14 +591,16 @@ every decision of the library rests on the values below, so they stay as they ar
 
 Four things to know:
 
-- **Odd degrees of freedom in `t_Prob`.** The factor is pi/2 where the textbook has 2/pi, and the result is no probability: it may be
-  negative or above 1. It is stored as `pB` of the regressions and shown as `p` of the t test of the correlation.
+- **Odd degrees of freedom, and a negative t, in `t_Prob`.** With odd degrees the factor is pi/2 where the textbook has 2/pi, and the result is
+  no probability: it may be negative or above 1. Of a negative t the two-sided result is 2 minus that of |t|, with even degrees too, so that it
+  lies above 1 there. It is stored as `pB` of the regressions, and one minus it is shown as `p` of the t test of the correlation.
 - **One degree of freedom in the numerator of F** (an Anova of two groups). The last reduction steps of `betaRatio` differ from the
   published algorithm, and with a half-integer parameter the result jumps. The critical value `F_PercentPoint(0.95, 1, df2)` is too low
-  from df2 = 10 on, and 3 df2/(df2 - 2), which goes to 3, from df2 = 26 on; the textbook goes to 3.84. An F between the two is called
-  significant by the library alone. `F_Prob` itself may be far outside 0 ... 1 for an F near 1.
+  from df2 = 3 on, by more than 1 % from 8 on, and 3 df2/(df2 - 2), which goes to 3, from df2 = 26 on; the textbook goes to 3.84. An F between
+  the two is called significant by the library alone. `F_Prob` itself may be far outside 0 ... 1 for an F near 1.
 - **Quantiles of F below the median** solve for another distribution unless both degrees of freedom are equal.
-- **Quantiles of t and chi-square** inherit up to 0.003 from the normal quantile; with 1 to 4 degrees of freedom they are off by percents.
+- **Quantiles of t and chi-square** inherit up to 0.003 from the normal quantile; with 1 to 4 degrees of freedom they are off by percents, far out
+  by a multiple, and the low ones of chi-square may be negative.
 
 ## Measured departures
 
