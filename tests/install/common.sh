@@ -56,19 +56,20 @@ work_in()
     cd "$1"
 }
 
-# own_folder HOST: puts a built host and the three libraries into one folder, and goes there.
+# own_folder HOST [LIBRARY...]: puts a built host, the three libraries and these into one folder, and goes there.
 own_folder()
 {
     mkdir own-folder
     cp "$1" own-folder/host
+    local libraries=("${core[@]}" "${@:2}")
     local name
-    for name in "${core[@]}"; do
+    for name in "${libraries[@]}"; do
         cp -L "$PREFIX/$LIBRARIES/libwq_$name.so.1" own-folder/
     done
     cd own-folder
     local found
     found=$(ldd "$PWD/host") || fail "ldd does not understand the host"
-    for name in "${core[@]}"; do
+    for name in "${libraries[@]}"; do
         grep -qF "libwq_$name.so.1 => $PWD/libwq_$name.so.1 " <<<"$found" ||
             fail "libwq_$name.so.1 is not the one beside the host:"$'\n'"$found"
     done
@@ -83,6 +84,13 @@ expect_output()
     diff -u "$expected" output.txt >&2 || fail "$* printed something else than $expected"
     echo "$* printed what it should:"
     cat output.txt
+}
+
+# expect_exact_figures HOST: what a host of libwq_exact prints, beside the libraries.
+expect_exact_figures()
+{
+    own_folder "$1" exact
+    expect_output "$SOURCE/tests/golden/example_exact_anova.txt" ./host "$SOURCE/examples/data/toothgrowth_supp.txt"
 }
 
 # commands_of WQSTAT: the commands that its --help lists.
