@@ -299,6 +299,64 @@ TEST(Tables, rowsWithMissingValuesAreCountedByColumn)
     EXPECT_EQ(all.errors, "");
 }
 
+// The last rows stand in the order in which the remaining labels appear, so they have the numbers that the table without the others gives.
+TEST(Tables, labelsOfRowsLeftOutAreNone)
+{
+    const struct {
+        int line;
+        Words arguments;
+        std::string whole;
+        std::string table;  // the same with rows that lack a value
+        std::string leftOut;
+    } rows[] = {
+        {__LINE__,
+         {"ks", "--class", "c", "--count1", "a", "--count2", "b"},
+         "c,a,b\nx,1,2\nz,4,5\n",
+         "c,a,b\nx,1,2\ny,,3\nz,4,5\n",
+         "1 of 3 rows left out, missing values: a 1"},
+        {__LINE__,
+         {"ks", "--class", "c", "--count1", "a", "--count2", "b"},
+         "c,a,b\nx,1,2\nz,4,5\n",
+         "c,a,b\nx,NA,2\nx,1,2\nz,4,5\n",
+         "1 of 3 rows left out, missing values: a 1"},
+        {__LINE__,
+         {"anova", "--group", "g", "--value", "v"},
+         "g,v\nA,2\nA,3\nB,5\nB,6\n",
+         "g,v\nZ,NA\nA,2\nA,3\nB,5\nB,6\n",
+         "1 of 5 rows left out, missing values: v 1"},
+        {__LINE__,
+         {"anova", "--group", "g", "--value", "v"},
+         "g,v\nB,5\nA,2\nA,3\nB,6\n",
+         "g,v\nA,.\nB,5\nA,2\nA,3\nB,6\n",
+         "1 of 5 rows left out, missing values: v 1"},
+        {__LINE__,
+         {"variances", "--group", "g", "--value", "v"},
+         "g,v\nA,2\nA,3\nA,7\nB,5\nB,6\nB,7\n",
+         "g,v\nA,2\nA,3\nA,7\nZ,\nB,5\nB,6\nB,7\n",
+         "1 of 7 rows left out, missing values: v 1"},
+        {__LINE__,
+         {"anova", "--group", "g", "--value", "v", "--by", "s"},
+         "s,g,v\n1,A,2\n1,A,3\n1,B,5\n1,B,6\n",
+         "s,g,v\n1,Z,NA\n1,A,2\n1,A,3\n1,B,5\n1,B,6\n",
+         "1 of 5 rows left out, missing values: v 1"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const TempFolder folder;
+        const std::string file = folder.write("data.csv", row.whole);
+        const Outcome plain = run(with(row.arguments, {file}));
+        const std::string document = run(with(row.arguments, {"--json", file})).output;
+        ASSERT_EQ(plain.status, done) << plain;
+        folder.write("data.csv", row.table);
+        const Outcome outcome = run(with(row.arguments, {file}));
+        EXPECT_EQ(outcome.output, plain.output);
+        EXPECT_THAT(outcome.errors, testing::HasSubstr(row.leftOut));
+        const std::string text = run(with(row.arguments, {"--json", file})).output;
+        const std::string warnings = "\"warnings\":";  // that rows were left out is said there
+        EXPECT_EQ(text.substr(0, text.find(warnings)), document.substr(0, document.find(warnings)));
+    }
+}
+
 TEST(Tables, verboseTellsHowTheFileWasRead)
 {
     const TempFolder folder;

@@ -99,7 +99,7 @@ std::size_t Table::indexOf(const std::string& column) const
 
 void Table::read(const std::vector<Column>& columns, const RowHandler& handle)
 {
-    for (const Column& column : columns) uses.push_back({indexOf(column.name), column.kind, column.mayMiss, {}});
+    for (const Column& column : columns) uses.push_back({indexOf(column.name), column.kind, column.mayMiss, {}, {}});
     counts.missing.resize(uses.size());
     std::vector<double> row(uses.size());
     while (firstIsData || records->next()) {
@@ -138,8 +138,12 @@ bool Table::take(std::vector<double>& row)
     for (std::size_t i = 0; i < uses.size(); ++i) {
         Use& use = uses[i];
         const std::string_view cell = records->field(use.index);
+        use.label = {};
         if (!isMissing(cell)) {
-            row[i] = valueOf(use, cell);
+            if (use.kind == ColumnKind::label)
+                use.label = cell;
+            else
+                row[i] = numberIn(use, cell);
             continue;
         }
         if (format.refuseMissing) fail(records->line(), shown(title(i)) + ": the value is missing: " + inQuotes(cell));
@@ -148,12 +152,19 @@ bool Table::take(std::vector<double>& row)
         ++counts.missing[i];
         isWhole = false;
     }
+    if (isWhole) numberLabels(row);
     return isWhole;
 }
 
-double Table::valueOf(Use& use, std::string_view cell)
+/** A text that only rows left out have is no label of the analysis, and takes no number from those that are. */
+void Table::numberLabels(std::vector<double>& row)
 {
-    if (use.kind == ColumnKind::label) return static_cast<double>(use.labels.number(cell));
+    for (std::size_t i = 0; i < uses.size(); ++i)
+        if (!uses[i].label.empty()) row[i] = static_cast<double>(uses[i].labels.number(uses[i].label));
+}
+
+double Table::numberIn(const Use& use, std::string_view cell)
+{
     double value = 0.0;
     if (!numbers.convert(cell, records->line(), value)) failForCell(use, numbers.whyNot());
     if (use.kind == ColumnKind::count && !isCount(value)) failForCell(use, "a count is expected, not " + inQuotes(cell));

@@ -110,13 +110,15 @@ private:
         ColumnKind kind;
         bool mayMiss;
         Labels labels;
+        std::string_view label;  // of this row; it has a number only where the row is whole
     };
 
     void readHeader();
     bool holdsNumbersOnly(const std::vector<std::string_view>& cells) const;
     std::size_t indexOf(const std::string& column) const;
     bool take(std::vector<double>& row);
-    double valueOf(Use& use, std::string_view cell);
+    double numberIn(const Use& use, std::string_view cell);
+    void numberLabels(std::vector<double>& row);
     void requireAllFields() const
     {
         if (records->count() != columnTitles.size()) failForFields();
