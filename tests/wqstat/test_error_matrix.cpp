@@ -249,6 +249,14 @@ const Misread misreads[] = {
     {__LINE__, {"pairs"}, "1;2\n3;4;5\n", ":2: more than x and y: '3;4;5'"},
     {__LINE__, {"multiy"}, "1;2;1\n3;4;2;5\n", ":2: more than x, y and count: '3;4;2;5'"},
     {__LINE__, {"multiy"}, "1;2;1.5\n", ":1: text behind a number: '1.5'"},
+    // a count that is none
+    {__LINE__, {"multiy"}, "1;5;2\n2;9;-3\n", ":2: a count is expected, not '-3'"},
+    {__LINE__, {"multiy"}, "1;5;2\n2;9; -3 \n", ":2: a count is expected, not '-3'"},
+    {__LINE__, {"circular"}, "10;2.7\n30;1\n", ":1: a count is expected, not '2.7'"},
+    {__LINE__, {"circular"}, "10;2\n30;-1\n", ":2: a count is expected, not '-1'"},
+    {__LINE__, {"circular"}, "10;2\n 30 ; -1 \r\n", ":2: a count is expected, not '-1'"},
+    {__LINE__, {"circular"}, "10;2\n30:1e-3\n", ":2: a count is expected, not '1e-3'"},
+    {__LINE__, {"circular"}, "10;2\n30;nan\n", ":2: a count is expected, not 'nan'"},
     // a number in a comment
     {__LINE__, {"describe"}, "4\n4.9 # outlier?\n", ":2: a number in a comment: '4.9 # outlier?'"},
     {__LINE__, {"pairs"}, "1;2\n-3;4 # why?\n", ":2: a number in a comment: '-3;4 # why?'"},
@@ -392,7 +400,9 @@ TEST(ErrorMatrix, whatTheLibraryReadsAsMeantIsTaken)
     } rows[] = {
         {__LINE__, {"pairs"}, "1;2;\n3 : 4 |\n5|6\r\n"},
         {__LINE__, {"multiy"}, "1;2;1;\n3:4\n5|6|2 \n"},
+        {__LINE__, {"multiy"}, "1;2;1\n3;4;0\n5;6;+2\n7;8;-0\n"},
         {__LINE__, {"circular"}, "1\n2\n"},
+        {__LINE__, {"circular", "--bins", "4"}, "1;3\n2;0\n3 ; 4.0 \n1|1e1\n"},
         {__LINE__, {"describe"}, " 1\n+2.\n.5 \n0x1p3\n-inf\n1e-3\t\n<<\nnotes\n"},
         {__LINE__, {"describe"}, "#1\n # 2\nn = 3 # three values\n1\n2\n3\n"},
     };

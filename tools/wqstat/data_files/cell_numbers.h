@@ -3,11 +3,19 @@
 
 #include "numbers/plain_decimal.h"
 
+#include <cmath>
 #include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace wqstat {
+
+/** Whether a number is a whole one of 0 or more. */
+inline bool isCount(double value)
+{
+    constexpr double mostCounted = 9007199254740992.0;  // 2^53: up to here every whole number is a double
+    return value >= 0.0 && value <= mostCounted && std::floor(value) == value;
+}
 
 /**
  * Converts cells to numbers. The first number with a decimal point or a decimal comma decides which of them the table has; a later one with

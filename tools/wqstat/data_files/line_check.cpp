@@ -1,5 +1,6 @@
 #include "line_check.h"
 
+#include "cell_numbers.h"
 #include "command_line/arguments.h"
 #include "command_line/progress.h"
 #include "text_source.h"
@@ -43,6 +44,7 @@ enum Kind : std::size_t {
     textBehind,
     furtherField,
     noCount,
+    countThatIsNone,
     numberInComment,
     endsEarly,
     tooLong,
@@ -116,6 +118,12 @@ Separation separationOf(std::string_view line)
     return found;
 }
 
+/** A line that the library takes as numbers and nothing else. */
+struct PlainLine {
+    std::string_view text;  // which begins with it
+    double y = 0.0;
+};
+
 class Checker {
 public:
     Checker(const std::string& fileName, Layout fileLayout, Surprise what) : name(fileName), layout(fileLayout), surprise(what) {}
@@ -133,8 +141,15 @@ public:
         return goesOn;
     }
 
-    /** Tells of lines that were taken without a look, as nothing can be wrong with them. */
-    void passed() { dataSeen = true; }
+    /** Looks at what was taken off the front of the text, as far as something can be wrong with it. @return false when reading ends here. */
+    bool seePlain(const PlainLine& plain, const DataLines& lines)
+    {
+        dataSeen = true;
+        if (layout != Layout::angles || isCount(plain.y)) return true;
+        number = lines.number();
+        const std::string_view line = trimmed(plain.text.substr(0, plain.text.size() - lines.unread().size()));
+        return frequency(plain.y, line.substr(line.find_first_of(fieldSeparators) + 1));
+    }
 
     /** Whether the library comes to the lines that are seen. */
     bool isBeforeMarker() const { return markerLine == 0; }
@@ -232,7 +247,17 @@ private:
         if (!firstOfPair(line, xField, hasY)) return false;
         if (!hasY) return true;
         const Conversion y = asReal(field);
-        return accept(y, field) && restOf(y, field) && furtherFields(line, rest, "x and y");
+        if (!accept(y, field) || !restOf(y, field)) return false;
+        if (layout == Layout::angles && !frequency(std::strtod(std::string(y.used).c_str(), nullptr), field)) return false;
+        return furtherFields(line, rest, "x and y");
+    }
+
+    /** The sample size of directions adds whole numbers, their mean does not. */
+    bool frequency(double value, std::string_view field)
+    {
+        return isCount(value) || remark(countThatIsNone, "a count is expected, not " + inQuotes(trimmed(field)),
+                                        value < 0.0 ? "where the data are grouped it takes as many observations away"
+                                                    : "the sample size leaves its fraction out, the mean does not");
     }
 
     bool firstOfPair(std::string_view line, std::string_view field, bool hasY)
@@ -259,6 +284,7 @@ private:
         for (; fields < 3 && takeField(rest, field); ++fields) {
             const Conversion taken = fields < 2 ? asReal(field) : asInt(field);
             if (!accept(taken, field) || !restOf(taken, field)) return false;
+            if (fields == 2 && !repeatCount(taken.used)) return false;
         }
         if (fields == 1 && !remark(noSecond, "there is no y: " + inQuotes(line), "it is read as 0")) return false;
         countSeen = countSeen || fields == 3;
@@ -266,6 +292,12 @@ private:
             !remark(noCount, "no line has named a repeat count yet: " + inQuotes(line), "this one adds nothing"))
             return false;
         return furtherFields(line, rest, "x, y and count");
+    }
+
+    bool repeatCount(std::string_view field)
+    {
+        return trimmed(field)[0] != '-' || std::atoi(std::string(field).c_str()) == 0 ||
+               remark(countThatIsNone, "a count is expected, not " + inQuotes(trimmed(field)), "nothing is added");
     }
 
     // ---- parts of a line; false when reading ends with it
@@ -334,13 +366,13 @@ private:
     bool dataSeen = false;
 };
 
-/** Takes the next line when nothing can be wrong with it. */
-bool takePlain(DataLines& lines, Layout layout)
+/** Takes the next line when nothing but its frequency can be wrong with it. */
+bool takePlain(DataLines& lines, Layout layout, PlainLine& plain)
 {
     double x = 0.0;
-    double y = 0.0;
     if (layout == Layout::values) return lines.takeNumber(x);
-    return layout != Layout::series && lines.takePair(x, y);
+    plain.text = lines.unread();
+    return layout != Layout::series && lines.takePair(x, plain.y);
 }
 
 /** Writes the line so that it reads the same. */
@@ -368,11 +400,12 @@ LineCheck checkLines(std::istream& source, const std::string& name, Layout layou
     Checker checker(name, layout, surprise);
     if (const std::string wrapping = wrappingOf(lines.unread()); !wrapping.empty()) return wrapped(wrapping);
     std::uint64_t reported = 0;
+    PlainLine plain;
     for (;;) {
         if (lines.charactersRead() != reported) progress().advance(lines.charactersRead() - reported);
         reported = lines.charactersRead();
-        if (copy == nullptr && checker.isBeforeMarker() && takePlain(lines, layout)) {
-            checker.passed();
+        if (copy == nullptr && checker.isBeforeMarker() && takePlain(lines, layout, plain)) {
+            if (!checker.seePlain(plain, lines)) break;
             continue;
         }
         const bool isThere = lines.next();

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
 #include <limits>
 #include <system_error>
 #include <utility>
@@ -21,12 +20,6 @@ std::string nameFor(const std::string& fileName)
 {
     if (fileName == "-") return "standard input";
     return fileName.empty() ? "''" : shown(fileName);
-}
-
-bool isCount(double value)
-{
-    constexpr double mostCounted = 9007199254740992.0;  // 2^53: up to here every whole number is a double
-    return value >= 0.0 && value <= mostCounted && std::floor(value) == value;
 }
 
 }  // namespace
