@@ -2,10 +2,11 @@
 
 #include "command_line/arguments.h"
 #include "command_line/failure.h"
-#include "csv_records.h"
-#include "text_source.h"
+#include "table.h"
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 namespace wqstat {
 
@@ -24,13 +25,43 @@ std::string_view wholeLines(std::string_view begin)
     return lastEnd == std::string_view::npos ? begin : begin.substr(0, lastEnd + 1);
 }
 
-/** The part of the records that have as many fields as the first one; 0 where that has only one. */
-double evenness(std::string_view text, char separator)
+/** What a separator makes of the first records. */
+struct Cut {
+    double evenness = 0.0;      // the part of them that have as many fields as the first one; 0 where that has only one
+    bool holdsNumbers = false;  // all cells below the first record are numbers or missing
+    bool isInQuotes = false;    // the separator stands in quotes too
+};
+
+CellNumbers numbersOf(const TableFormat& format)
+{
+    CellNumbers numbers;
+    if (format.decimalComma) numbers.expectComma();
+    return numbers;
+}
+
+/** Whether all cells are numbers, with the decimal mark of those before, or missing. */
+bool areNumbers(const std::vector<std::string_view>& cells, const TableFormat& format, CellNumbers& numbers)
+{
+    return std::all_of(cells.begin(), cells.end(), [&](std::string_view cell) {
+        double ignored = 0.0;
+        return cell.empty() || std::find(format.missing.begin(), format.missing.end(), cell) != format.missing.end() ||
+               numbers.convert(cell, 1, ignored);
+    });
+}
+
+bool hold(const std::vector<std::string_view>& cells, char character)
+{
+    return std::any_of(cells.begin(), cells.end(), [=](std::string_view cell) { return cell.find(character) != std::string_view::npos; });
+}
+
+Cut cutBy(char separator, std::string_view text, const TableFormat& format)
 {
     constexpr std::size_t mostRecords = 100;
     std::size_t records = 0;
     std::size_t even = 0;
     std::size_t fields = 0;
+    Cut cut;
+    CellNumbers numbers;
     try {
         CsvRecords reader(std::make_unique<TextInMemory>(text), "");
         reader.setSeparator(separator);
@@ -38,24 +69,35 @@ double evenness(std::string_view text, char separator)
             if (records == 0) fields = reader.count();
             ++records;
             if (reader.count() == fields) ++even;
+            const std::vector<std::string_view>& cells = reader.fields();
+            cut.isInQuotes = cut.isInQuotes || hold(cells, separator);
+            if (records <= 2) {  // below the first record, unless that is the only one
+                cut.holdsNumbers = true;
+                numbers = numbersOf(format);
+            }
+            cut.holdsNumbers = cut.holdsNumbers && areNumbers(cells, format, numbers);
         }
     } catch (const CannotAnalyse&) {  // a quoted field that goes on behind the text, or none with this separator
     }
-    return fields < 2 ? 0.0 : static_cast<double>(even) / static_cast<double>(records);
+    if (fields >= 2) cut.evenness = static_cast<double>(even) / static_cast<double>(records);
+    return cut;
 }
 
 }  // namespace
 
-char separatorOf(std::string_view begin)
+char separatorOf(std::string_view begin, const TableFormat& format)
 {
     const std::string_view text = wholeLines(begin);
-    char best = ',';
-    double bestEvenness = 0.5;
+    char best = format.decimalComma ? ';' : ',';
+    Cut bestCut{0.5, true, false};
     for (const Named& candidate : candidates) {
-        const double found = evenness(text, candidate.separator);
-        if (found <= bestEvenness) continue;
+        const Cut cut = cutBy(candidate.separator, text, format);
+        if (format.decimalComma && candidate.separator == ',' && !cut.isInQuotes) continue;
+        const bool isBetter =
+            cut.evenness > bestCut.evenness || (cut.evenness == bestCut.evenness && cut.holdsNumbers && !bestCut.holdsNumbers);
+        if (!isBetter) continue;
         best = candidate.separator;
-        bestEvenness = found;
+        bestCut = cut;
     }
     return best;
 }

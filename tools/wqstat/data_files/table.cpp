@@ -22,6 +22,12 @@ std::string nameFor(const std::string& fileName)
     return fileName.empty() ? "''" : shown(fileName);
 }
 
+bool isWhole(std::string_view cell)
+{
+    if (!cell.empty() && cell[0] == '-') cell.remove_prefix(1);
+    return !cell.empty() && cell.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 }  // namespace
 
 std::string listed(const std::vector<std::string>& titles)
@@ -41,7 +47,7 @@ Table::Table(const std::string& fileName, const TableFormat& wanted, const Bytes
     wrappings = std::move(text.wrappings);
     records = std::make_unique<CsvRecords>(std::move(text.bytes), shownName);
     if (format.header == TableFormat::Header::found) ownCommands = commandsForOwnFormat(records->begin());
-    if (!format.separator) format.separator = separatorOf(records->begin());
+    if (!format.separator) format.separator = separatorOf(records->begin(), format);
     records->setSeparator(*format.separator);
     if (format.decimalComma) numbers.expectComma();
     for (const std::string& missing : format.missing)
@@ -119,8 +125,12 @@ void Table::readCells(const CellHandler& handle)
 void Table::failForFields() const
 {
     const std::size_t held = records->count();
+    const bool isDecimal =
+        columnTitles.size() == 1 && held == 2 && *format.separator == ',' && isWhole(records->field(0)) && isWhole(records->field(1));
+    const std::string hint =
+        isDecimal ? ": with --decimal-comma '" + std::string(records->field(0)) + ',' + std::string(records->field(1)) + "' is one" : "";
     fail(records->line(), counted(held, "field") + ", where " + (hasHeader ? "the header" : "the first line") + " has " +
-                              std::to_string(columnTitles.size()));
+                              std::to_string(columnTitles.size()) + hint);
 }
 
 /** @return false when a value is missing. */

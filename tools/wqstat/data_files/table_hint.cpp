@@ -33,7 +33,7 @@ std::vector<Shown> columnsOf(std::string_view begin)
     std::vector<Shown> columns;
     try {
         CsvRecords records(std::make_unique<TextInMemory>(begin), "");
-        records.setSeparator(separatorOf(begin));
+        records.setSeparator(separatorOf(begin, {}));
         if (!records.next()) return {};
         for (const std::string_view title : records.fields()) {
             if (isNumber(title)) return {};
