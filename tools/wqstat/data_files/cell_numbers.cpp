@@ -13,18 +13,17 @@ namespace {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-/** One to three digits, not beginning with a zero, a comma, three digits: 1.234 or 1234. */
-bool maySeparateThousands(std::string_view cell)
-{
-    if (!cell.empty() && (cell[0] == '-' || cell[0] == '+')) cell.remove_prefix(1);
-    const std::size_t mark = cell.find(',');
-    if (mark < 1 || mark > 3 || cell.size() != mark + 4 || cell[0] == '0') return false;
-    return std::count_if(cell.begin(), cell.end(), isDigit) == static_cast<std::ptrdiff_t>(mark + 3);
-}
-
 std::string onLine(std::size_t line, const std::string& cell) { return inQuotes(cell) + " on line " + std::to_string(line); }
 
 }  // namespace
+
+bool maySeparateThousands(std::string_view cell, char mark)
+{
+    if (!cell.empty() && (cell[0] == '-' || cell[0] == '+')) cell.remove_prefix(1);
+    const std::size_t place = cell.find(mark);
+    if (place < 1 || place > 3 || cell.size() != place + 4 || cell[0] == '0') return false;
+    return std::count_if(cell.begin(), cell.end(), isDigit) == static_cast<std::ptrdiff_t>(place + 3);
+}
 
 bool CellNumbers::convertOther(std::string_view cell, std::size_t line, double& value)
 {
@@ -60,7 +59,7 @@ bool CellNumbers::hasCommaInstead(std::string_view cell, std::size_t line)
 {
     if (point.line > 0) return refuse(inQuotes(cell) + " has a comma, but " + onLine(point.line, point.cell) + " a decimal point");
     if (comma.line == 0) comma = {line, std::string(cell), comma.isCertain};
-    comma.isCertain = comma.isCertain || !maySeparateThousands(cell);
+    comma.isCertain = comma.isCertain || !maySeparateThousands(cell, ',');
     return true;
 }
 

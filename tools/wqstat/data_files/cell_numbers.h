@@ -17,14 +17,20 @@ inline bool isCount(double value)
     return value >= 0.0 && value <= mostCounted && std::floor(value) == value;
 }
 
+/** One to three digits, not beginning with a zero, the mark, three digits: 1,234 may be 1.234 or 1234. */
+bool maySeparateThousands(std::string_view cell, char mark);
+
 /**
  * Converts cells to numbers. The first number with a decimal point or a decimal comma decides which of them the table has; a later one with
  * the other is none. Numbers are read as std::from_chars reads them, with a plus sign allowed; "nan" is no number.
  */
 class CellNumbers {
 public:
-    /** Expects decimal commas from the start. */
-    void expectComma() { comma = {0, "", true}; }
+    /**
+     * Expects decimal commas from the start.
+     * @param line on which a cell outside those to be converted shows it, and that cell; 0 where it is known otherwise.
+     */
+    void expectComma(std::size_t line = 0, const std::string& cell = "") { comma = {line, cell, true}; }
 
     /**
      * @param cell without blanks around it; plainDecimalSlack characters behind it can be read.

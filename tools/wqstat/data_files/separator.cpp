@@ -54,6 +54,18 @@ bool hold(const std::vector<std::string_view>& cells, char character)
     return std::any_of(cells.begin(), cells.end(), [=](std::string_view cell) { return cell.find(character) != std::string_view::npos; });
 }
 
+/** Reads the records of a text, as far as it can be read: up to a quoted field that goes on behind it, or is none with this separator. */
+template <typename Handle>
+void readRecords(std::string_view text, char separator, std::size_t most, Handle handle)
+{
+    try {
+        CsvRecords records(std::make_unique<TextInMemory>(text), "");
+        records.setSeparator(separator);
+        for (std::size_t read = 0; read < most && records.next(); ++read) handle(records.fields(), records.line());
+    } catch (const CannotAnalyse&) {
+    }
+}
+
 Cut cutBy(char separator, std::string_view text, const TableFormat& format)
 {
     constexpr std::size_t mostRecords = 100;
@@ -62,26 +74,46 @@ Cut cutBy(char separator, std::string_view text, const TableFormat& format)
     std::size_t fields = 0;
     Cut cut;
     CellNumbers numbers;
-    try {
-        CsvRecords reader(std::make_unique<TextInMemory>(text), "");
-        reader.setSeparator(separator);
-        while (records < mostRecords && reader.next()) {
-            if (records == 0) fields = reader.count();
-            ++records;
-            if (reader.count() == fields) ++even;
-            const std::vector<std::string_view>& cells = reader.fields();
-            cut.isInQuotes = cut.isInQuotes || hold(cells, separator);
-            if (records <= 2) {  // below the first record, unless that is the only one
-                cut.holdsNumbers = true;
-                numbers = numbersOf(format);
-            }
-            cut.holdsNumbers = cut.holdsNumbers && areNumbers(cells, format, numbers);
+    readRecords(text, separator, mostRecords, [&](const std::vector<std::string_view>& cells, std::size_t) {
+        if (records == 0) fields = cells.size();
+        ++records;
+        if (cells.size() == fields) ++even;
+        cut.isInQuotes = cut.isInQuotes || hold(cells, separator);
+        if (records <= 2) {  // below the first record, unless that is the only one
+            cut.holdsNumbers = true;
+            numbers = numbersOf(format);
         }
-    } catch (const CannotAnalyse&) {  // a quoted field that goes on behind the text, or none with this separator
-    }
+        cut.holdsNumbers = cut.holdsNumbers && areNumbers(cells, format, numbers);
+    });
     if (fields >= 2) cut.evenness = static_cast<double>(even) / static_cast<double>(records);
     return cut;
 }
+
+/** What the cells of a column say about the decimal mark of the table. */
+class MarkOfColumn {
+public:
+    void see(std::string_view cell, std::size_t line, const TableFormat& format)
+    {
+        holdsNumbers = holdsNumbers && areNumbers({cell}, format, numbers);
+        if (!holdsNumbers) return;
+        if (!withComma && shows(cell, ',')) withComma = {line, std::string(cell)};
+        hasPoint = hasPoint || shows(cell, '.');
+    }
+
+    bool showsPoint() const { return holdsNumbers && hasPoint; }
+    const FoundCell* comma() const { return holdsNumbers && withComma ? &*withComma : nullptr; }
+
+private:
+    static bool shows(std::string_view cell, char mark)
+    {
+        return cell.find(mark) != std::string_view::npos && !maySeparateThousands(cell, mark);
+    }
+
+    CellNumbers numbers;
+    bool holdsNumbers = true;
+    bool hasPoint = false;
+    std::optional<FoundCell> withComma;
+};
 
 }  // namespace
 
@@ -100,6 +132,23 @@ char separatorOf(std::string_view begin, const TableFormat& format)
         bestCut = cut;
     }
     return best;
+}
+
+std::optional<FoundCell> decimalCommaIn(std::string_view begin, const TableFormat& format)
+{
+    std::vector<MarkOfColumn> columns;
+    bool isTitle = format.header != TableFormat::Header::absent;
+    readRecords(wholeLines(begin), *format.separator, begin.size(), [&](const std::vector<std::string_view>& cells, std::size_t line) {
+        if (columns.size() < cells.size()) columns.resize(cells.size());
+        for (std::size_t i = 0; i < cells.size() && !isTitle; ++i) columns[i].see(cells[i], line, format);
+        isTitle = false;
+    });
+    std::optional<FoundCell> found;
+    for (const MarkOfColumn& column : columns) {
+        if (column.showsPoint()) return std::nullopt;
+        if (!found && column.comma() != nullptr) found = *column.comma();
+    }
+    return found;
 }
 
 std::string nameOf(char separator)

@@ -49,7 +49,10 @@ Table::Table(const std::string& fileName, const TableFormat& wanted, const Bytes
     if (format.header == TableFormat::Header::found) ownCommands = commandsForOwnFormat(records->begin());
     if (!format.separator) format.separator = separatorOf(records->begin(), format);
     records->setSeparator(*format.separator);
-    if (format.decimalComma) numbers.expectComma();
+    if (format.decimalComma)
+        numbers.expectComma();
+    else if (const std::optional<FoundCell> cell = decimalCommaIn(records->begin(), format))
+        numbers.expectComma(cell->line, cell->text);
     for (const std::string& missing : format.missing)
         if (!missing.empty()) beginsMissing[static_cast<unsigned char>(missing[0])] = true;
     readHeader();
