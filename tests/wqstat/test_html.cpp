@@ -98,6 +98,7 @@ TEST(Page, saysWhatWasAskedWhatCameOutAndHowItWasMade)
         EXPECT_THAT(page.texts, Contains(analysis.question));
         EXPECT_THAT(page.texts, Contains(StartsWith(analysis.summary)));
         EXPECT_THAT(page.texts, Contains(report.output)) << "the report, verbatim";
+        EXPECT_EQ(contentOf(file).find("<title>gnuplot_"), std::string::npos) << "a name of gnuplot's, which browsers show";
         EXPECT_LT(std::filesystem::file_size(file), 300U * 1024U);
     }
 }

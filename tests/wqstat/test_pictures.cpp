@@ -196,6 +196,8 @@ TEST(Files, haveTheFormatTheyAreNamedAfterAndTheReportStaysAsItIs)
         EXPECT_THAT(png, StartsWith(std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x03\x20\0\0\x02\x58", 24))) << "800 by 600";
         const std::string texts = "\n" + textsOf(folder.path("picture.svg"));
         for (const std::string& text : analysis.texts) EXPECT_THAT(texts, HasSubstr("\n" + text + "\n"));
+        EXPECT_EQ(contentOf(folder.path("picture.svg")).find("<title>gnuplot_"), std::string::npos)
+            << "a name of gnuplot's, which browsers show";
     }
 }
 

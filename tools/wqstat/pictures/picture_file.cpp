@@ -42,6 +42,29 @@ std::string textBetween(const std::string& text, const std::string& begin, const
 /** gnuplot leaves the '>' of "]]>" in a text as it is, which XML does not allow. */
 void makeWellFormed(std::string& svg) { replaceAll(svg, "]]>", "]]&gt;"); }
 
+/** Browsers would show gnuplot's own names of what the key does not name, where the pointer rests on it. */
+void removeOwnTitles(std::string& svg)
+{
+    const std::string begin = "<title>gnuplot_plot_";
+    const std::string end = "</title>";
+    for (std::size_t i = svg.find(begin); i != std::string::npos; i = svg.find(begin, i)) {
+        const std::size_t last = svg.find_first_not_of("0123456789abcdefghijklmnopqrstuvwxyz", i + begin.size());
+        if (last != std::string::npos && svg.compare(last, end.size(), end) == 0)
+            svg.erase(i, last + end.size() - i);
+        else
+            i += begin.size();
+    }
+}
+
+/** What gnuplot drew, without what is wrong with it. */
+std::string mended(const std::string& drawn)
+{
+    std::string svg = withBoxesJoined(drawn);
+    makeWellFormed(svg);
+    removeOwnTitles(svg);
+    return svg;
+}
+
 /** Ids and what refers to them, in tags alone: a '<' of a text is written otherwise. */
 void prefixIds(std::string& svg, const std::string& ids)
 {
@@ -74,8 +97,7 @@ std::string bigEndian(std::uint32_t number)
 
 std::string svgFile(std::string svg, const Picture& picture)
 {
-    svg = withBoxesJoined(svg);
-    makeWellFormed(svg);
+    svg = mended(svg);
     replaceBetween(svg, "<title>", "</title>", "<title>" + markupText(picture.title) + "</title>");
     const std::string version = textBetween(svg, "<desc>Produced by GNUPLOT ", " </desc>");
     replaceBetween(svg, "<desc>", "</desc>",
@@ -90,8 +112,7 @@ std::string svgFile(std::string svg, const Picture& picture)
 
 SvgElement svgElement(std::string svg, const Picture& picture, const std::string& ids)
 {
-    svg = withBoxesJoined(svg);
-    makeWellFormed(svg);
+    svg = mended(svg);
     svg.erase(0, svg.find("<svg"));
     prefixIds(svg, ids);
     replaceBetween(svg, "<title>", "</title>", "<title id=\"" + ids + "title\">" + markupText(picture.title) + "</title>");
