@@ -522,6 +522,19 @@ TEST(ColumnsPage, staysSmallForManyColumns)
     EXPECT_THAT(page.texts, Contains("column 0: number"));
 }
 
+// A title of so many characters no command line names; the number of its column does as well.
+TEST(ColumnsPage, staysSmallForLongTitles)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const std::string table =
+        folder.write("long.csv", std::string(300'000, 'a') + "," + std::string(300'000, 'b') + ",short\n1,4,2\n2,3,9\n8,9,1\n3,1,1\n");
+    ASSERT_EQ(run({"columns", "--html", file, table}).status, done);
+    EXPECT_LT(std::filesystem::file_size(file), 300U * 1024U);
+    EXPECT_THAT(contentOf(file), HasSubstr("wqstat correlate --x 1 --y 2 "));
+    EXPECT_THAT(contentOf(file), HasSubstr("wqstat describe --column short "));
+}
+
 // ---------------------------------------------------------------- hostile texts
 
 TEST(Columns, letsNoTextPlayWithATerminal)

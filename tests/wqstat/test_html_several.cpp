@@ -253,6 +253,38 @@ TEST(PageOfSeveral, staysSmallAndHasARowForEach)
     EXPECT_THAT(pageIn(file).texts, Contains("It has no room on this page."));
 }
 
+// What is said of each file takes no more room than it has: a note, a fingerprint, its place in the command line.
+TEST(PageOfSeveral, staysSmallForManyFiles)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const std::string gap = folder.write("gap.csv", "s,v\na,1\na,2\na,4\n,3\n");
+    Words words{"describe", "--column", "v", "--by", "s"};
+    words.insert(words.end(), 1500, gap);
+    ASSERT_EQ(run(withPage(with(words, {"--no-warnings"}), file)).status, done);
+    EXPECT_LT(std::filesystem::file_size(file), mostBytes);
+    Page page = pageIn(file);
+    EXPECT_EQ(std::count(page.texts.begin(), page.texts.end(), gap + ": warning: 1 of 4 rows left out, missing values: s 1"), 50);
+    EXPECT_THAT(page.texts, Contains("1450 more, which standard error has"));
+    ASSERT_EQ(page.commands.size(), 1U) << "there was room for it";
+
+    words = {"describe"};
+    for (int i = 0; i < 260; ++i) words.push_back(folder.write(std::string(221, '&') + std::to_string(100 + i), "1\n2\n4\n"));
+    ASSERT_EQ(run(withPage(words, file)).status, done);
+    EXPECT_LT(std::filesystem::file_size(file), mostBytes);
+    page = pageIn(file);
+    EXPECT_THAT(page.faults, IsEmpty());
+    const auto hasFingerprint = [](const std::string& text) { return text.compare(0, 11, "SHA-256 of ") == 0; };
+    const auto fingerprints = static_cast<std::size_t>(std::count_if(page.texts.begin(), page.texts.end(), hasFingerprint));
+    EXPECT_GT(fingerprints, 20U);
+    EXPECT_THAT(page.texts, Contains("of " + std::to_string(260 - fingerprints) + " more files it is left out here"));
+    EXPECT_THAT(page.commands, IsEmpty());
+    EXPECT_THAT(page.texts,
+                Contains(testing::ContainsRegex("^It is left out here: its [0-9 ]+ bytes would make the page larger than 300 KiB.$")));
+    EXPECT_THAT(page.texts,
+                Contains(testing::ContainsRegex("^These are the first [0-9]+ of 260 analyses; more would make the page larger")));
+}
+
 // The ends of the axes of each small picture, which stand on it as texts.
 TEST(PageOfSeveral, drawsAllOnTheSameAxes)
 {

@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::size_t mostCommands = 10;
 constexpr std::size_t leastValues = 3;
+constexpr std::size_t longestTitle = 200;  // bytes that can be read in a command line
 
 /** A column that a command line can name. */
 struct Choice {
@@ -24,14 +25,14 @@ struct Choice {
 
 using Choices = std::vector<Choice>;
 
-/** Its title, or its number where the title is no good; nothing where another column has that number for a title. */
+/** Its title, or its number where the title is no good, or long; nothing where another column has that number for a title. */
 std::optional<std::string> nameOf(const TableProfile& table, std::size_t index, bool hasTitles)
 {
     const auto isCalled = [&](const std::string& name) {
         return std::count_if(table.columns.begin(), table.columns.end(), [&](const ColumnProfile& each) { return each.title() == name; });
     };
     const std::string& title = table.columns[index].title();
-    if (hasTitles && isCalled(title) == 1 && visible(title) == title) return title;
+    if (hasTitles && title.size() <= longestTitle && isCalled(title) == 1 && visible(title) == title) return title;
     const std::string number = std::to_string(index + 1);
     if (hasTitles && isCalled(number) > 0) return std::nullopt;
     return number;

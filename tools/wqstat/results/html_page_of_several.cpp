@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::size_t mostBytes = mostBytesOfPage;
 constexpr std::size_t mostBytesOfTable = 200 * 1024;
+constexpr std::size_t bytesOfHead = 16 * 1024;  // and of the sentences around the table
 constexpr std::size_t mostBytesOfReport = 24 * 1024;
 constexpr std::size_t mostRowsOfSection = 20;
 constexpr std::size_t mostBytesOfMultiples = 150 * 1024;
@@ -39,6 +40,7 @@ public:
         HtmlWriter origin;
         if (!content.notes.empty()) notes(origin);
         howItWasMade(origin, content.version, content.commandLine, content.files);
+        bytesOfTable = std::min(mostBytesOfTable, mostBytes - std::min(mostBytes, origin.size() + bytesOfHead));
         HtmlWriter results;
         begin(results);
         const std::size_t used = results.size() + origin.size();
@@ -123,8 +125,10 @@ private:
         html.close().close().open("tbody");
         std::size_t shown = 0;
         for (const std::size_t least = html.size(); shown < content.analyses.size(); ++shown) {
-            if (html.size() - least > mostBytesOfTable) break;
-            row(html, shown);
+            HtmlWriter next;
+            row(next, shown);
+            if (html.size() - least + next.size() > bytesOfTable) break;
+            html.append(next);
         }
         html.close().close();
         if (shown < content.analyses.size())
@@ -201,7 +205,7 @@ private:
     {
         heading(html, "data", "Data", "h2");
         html.open("ul");
-        for (const Sentence& note : content.notes) html.sentence("li", note);
+        noteItems(html, content.notes);
         html.close().close();
     }
 
@@ -251,6 +255,7 @@ private:
     std::vector<std::string> documents;  // the places of the analyses in the JSON array
     std::vector<double> p;
     std::vector<double> adjusted;
+    std::size_t bytesOfTable = 0;      // that have room
     HtmlWriter multiples;              // empty where there are none
     std::vector<HtmlWriter> sections;  // empty where there is none
 };

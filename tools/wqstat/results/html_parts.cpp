@@ -208,15 +208,27 @@ HtmlWriter reportSection(const std::string& report, MarkupWord level, std::size_
     return html;
 }
 
+void noteItems(HtmlWriter& html, const std::vector<Sentence>& notes)
+{
+    constexpr std::size_t mostNotes = 50;
+    constexpr std::size_t mostOfNotes = 24 * 1024;
+    const std::size_t begin = html.size();
+    std::size_t shown = 0;
+    for (; shown < std::min(notes.size(), mostNotes); ++shown) {
+        HtmlWriter item;
+        item.sentence("li", notes[shown]);
+        if (html.size() - begin + item.size() > mostOfNotes) break;
+        html.append(item);
+    }
+    if (shown < notes.size()) html.element("li", digits(notes.size() - shown) + " more, which standard error has");
+}
+
 void dataNotes(HtmlWriter& html, const PageContent& content, MarkupWord level)
 {
     heading(html, "data", "Data", level);
     html.open("ul");
     for (const PageFile& file : content.files) html.sentence("li", Sentence::name(file.name) + ": " + file.read);
-    constexpr std::size_t mostWarnings = 50;
-    const std::size_t shown = std::min(content.warnings.size(), mostWarnings);
-    for (std::size_t i = 0; i < shown; ++i) html.sentence("li", content.warnings[i]);
-    if (shown < content.warnings.size()) html.element("li", digits(content.warnings.size() - shown) + " more, which standard error has");
+    noteItems(html, content.warnings);
     const bool warned = content.leavesOut || !content.warnings.empty() || (content.textbook && !content.textbook->warnings().empty());
     if (!warned) html.element("li", "Nothing was left out, and nothing was read in a way that may surprise.");
     html.close().close();
@@ -238,6 +250,36 @@ void fingerprint(HtmlWriter& html, const PageFile& file)
         html.element("dd", "It was no file on a disk: the command line makes this page again where the same bytes are given there again.");
 }
 
+/** Names of files may be long, and there may be many of them. */
+void fingerprints(HtmlWriter& html, const std::vector<PageFile>& files)
+{
+    constexpr std::size_t mostOfFingerprints = 48 * 1024;
+    const std::size_t begin = html.size();
+    std::size_t shown = 0;
+    for (; shown < files.size(); ++shown) {
+        HtmlWriter one;
+        fingerprint(one, files[shown]);
+        if (html.size() - begin + one.size() > mostOfFingerprints) break;
+        html.append(one);
+    }
+    if (shown < files.size())
+        html.element("dt", "SHA-256").element("dd", "of " + digits(files.size() - shown) + " more files it is left out here");
+}
+
+void commandThatMakesIt(HtmlWriter& html, const std::string& commandLine, const std::vector<PageFile>& files)
+{
+    constexpr std::size_t mostOfCommand = 100 * 1024;
+    const bool isGiven =
+        std::any_of(files.begin(), files.end(), [](const PageFile& file) { return file.place == PageFile::Place::standardInput; });
+    html.element("dt", "Command line");
+    if (markupText(commandLine).size() > mostOfCommand) {
+        html.element("dd", "It is left out here: its " + digits(commandLine.size()) + " bytes would make the page larger than 300 KiB.");
+        return;
+    }
+    html.open("dd").open("pre").element("code", commandLine + (isGiven ? " < FILE" : "")).close().close();
+    if (isGiven) html.element("dd", "The data came from standard input: FILE is any file with the same bytes.");
+}
+
 }  // namespace
 
 void howItWasMade(HtmlWriter& html, const std::string& version, const std::string& commandLine, const std::vector<PageFile>& files)
@@ -245,14 +287,8 @@ void howItWasMade(HtmlWriter& html, const std::string& version, const std::strin
     heading(html, "made", "How this page was made", "h2");
     html.open("dl");
     html.element("dt", "Program").element("dd", version);
-    const bool isGiven =
-        std::any_of(files.begin(), files.end(), [](const PageFile& file) { return file.place == PageFile::Place::standardInput; });
-    html.element("dt", "Command line").open("dd").open("pre").element("code", commandLine + (isGiven ? " < FILE" : "")).close().close();
-    if (isGiven) html.element("dd", "The data came from standard input: FILE is any file with the same bytes.");
-    constexpr std::size_t mostFiles = 200;
-    for (std::size_t i = 0; i < std::min(files.size(), mostFiles); ++i) fingerprint(html, files[i]);
-    if (files.size() > mostFiles)
-        html.element("dt", "SHA-256").element("dd", "of " + digits(files.size() - mostFiles) + " more files it is left out here");
+    commandThatMakesIt(html, commandLine, files);
+    fingerprints(html, files);
     html.close().close();
 }
 

@@ -39,6 +39,9 @@ void resultTable(HtmlWriter& html, const PageContent& content, MarkupWord level,
 /** The section of the report: of so many bytes at most, with a sentence where that is not all of it. */
 HtmlWriter reportSection(const std::string& report, MarkupWord level, std::size_t room);
 
+/** The items of a list of notes: the first of them, and how many there are besides. */
+void noteItems(HtmlWriter& html, const std::vector<Sentence>& notes);
+
 /** The section of what was read. */
 void dataNotes(HtmlWriter& html, const PageContent& content, MarkupWord level);
 
