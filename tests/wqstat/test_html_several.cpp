@@ -285,6 +285,15 @@ TEST(PageOfSeveral, staysSmallForManyFiles)
                 Contains(testing::ContainsRegex("^These are the first [0-9]+ of 260 analyses; more would make the page larger")));
 }
 
+// However small a picture is, its text alternative has its figures whole, as the large one's has.
+TEST(PageOfSeveral, describesSmallPicturesWithoutCuts)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    ASSERT_EQ(run({"describe", cavendish, instrument1, "--html", file}).status, done);
+    EXPECT_EQ(countOf(contentOf(file), "Shown: observations; exact 95 % confidence interval 5.3639 to 5.532; mean 5.4479.</desc>"), 2U);
+}
+
 // The ends of the axes of each small picture, which stand on it as texts.
 TEST(PageOfSeveral, drawsAllOnTheSameAxes)
 {

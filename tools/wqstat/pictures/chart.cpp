@@ -144,6 +144,8 @@ void Chart::setX(const Axis& axis, const std::string& text, bool whole)
 void Chart::hideXNumbers()
 {
     for (Tick& tick : xTicks) tick.text.clear();
+    hiddenXLabel = xLabel;
+    xLabel.clear();
 }
 
 void Chart::makeXTicks()
@@ -183,7 +185,9 @@ void Chart::setRound(double limit, const std::string& text)
 
 void Chart::add(const Rows& rows, const GnuplotCode& style, const std::string& keyTitle)
 {
-    if (!rows.isEmpty()) layers.push_back({rows.code(), style, fitted(keyTitle, fitting(0.95 * width - keySample, tickCharacter)), {}});
+    if (rows.isEmpty()) return;
+    const std::string name = fitted(keyTitle, std::string::npos);
+    layers.push_back({rows.code(), style, fitted(keyTitle, fitting(0.95 * width - keySample, tickCharacter)), name, {}});
 }
 
 void Chart::addUprights(const std::vector<double>& places, const GnuplotCode& looks, const std::string& keyTitle)
@@ -215,10 +219,15 @@ GnuplotCode Chart::margins(const Frame& frame) const
 GnuplotCode Chart::headings(double& y) const
 {
     GnuplotCode script;
-    if (isTight && !title.empty()) {
-        script += label(0.5 * width, y + 0.5 * tightLine, title, "");
-        y += tightLine;
-    } else if (!title.empty())
+    if (isTight) {
+        for (const std::string& line : {title, caption}) {
+            if (line.empty()) continue;
+            script += label(0.5 * width, y + 0.5 * tightLine, fitted(line, fitting(0.97 * width, captionCharacter)), "");
+            y += tightLine;
+        }
+        return script;
+    }
+    if (!title.empty())
         for (const std::string& line : onTwoLines(title, fitting(0.97 * width, titleCharacter)))
             script += label(0.5 * width, y += lineHeight, line, "font titleFont");
     if (!caption.empty() && !isSmall)
@@ -520,8 +529,6 @@ void Chart::sharePanels(Chart& above, Chart& below)
     below.setPanel(middle, middle);
     for (Chart* const chart : {&above, &below}) {
         chart->isTight = true;
-        chart->caption.clear();
-        chart->title = fitted(chart->title, chart->fitting(0.97 * chart->width, captionCharacter));
         chart->shortenKey();
     }
     const double share = middle + 0.5 * (below.plotHeight() - above.plotHeight()) / above.height;
@@ -566,10 +573,16 @@ std::string Chart::description() const
 {
     std::string text = caption;
     const auto add = [&text](const std::string& sentence) { text += (text.empty() ? "" : ". ") + fitted(sentence, std::string::npos); };
-    if (!xLabel.empty() && !yLabel.empty()) add("Across: " + xLabel + "; upwards: " + yLabel);
+    const std::string& xName = xLabel.empty() ? hiddenXLabel : xLabel;
+    if (roundLimit > 0.0) {
+        if (!xName.empty()) add(xName);
+    } else if (!xName.empty() && !yLabel.empty())
+        add("Across: " + xName + "; upwards: " + yLabel);
+    else if (!xName.empty() || !yLabel.empty())
+        add(xName.empty() ? "Upwards: " + yLabel : "Across: " + xName);
     std::string shownLayers;
     for (const Layer& layer : layers)
-        if (!layer.keyTitle.empty()) shownLayers += (shownLayers.empty() ? "" : "; ") + layer.keyTitle;
+        if (!layer.name.empty()) shownLayers += (shownLayers.empty() ? "" : "; ") + layer.name;
     if (!shownLayers.empty()) add("Shown: " + shownLayers);
     for (const std::string& line : notes) add(line);
     return text + ".";

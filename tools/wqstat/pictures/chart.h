@@ -52,7 +52,7 @@ public:
     static void alignLeft(Chart& a, Chart& b);
 
     void setX(const Axis& axis, const std::string& label, bool whole = false);
-    /** Leaves the numbers of the x axis to the panel below. */
+    /** Leaves the numbers of the x axis, and its label, to the panel below. */
     void hideXNumbers();
 
     void setY(const Axis& axis, const std::string& label, bool whole = false);
@@ -101,7 +101,8 @@ private:
     struct Layer {
         GnuplotCode data;
         GnuplotCode style;
-        std::string keyTitle;
+        std::string keyTitle;          ///< as long as there is room for
+        std::string name;              ///< the same, whole
         std::vector<double> uprights;  ///< in place of data
     };
 
@@ -168,6 +169,7 @@ private:
     bool hasOwnTicks = false;
     bool upright = false;
     std::string xLabel;
+    std::string hiddenXLabel;
     std::string yLabel;
     double roundLimit = 0.0;
     std::vector<Layer> layers;

@@ -136,6 +136,8 @@ Extent withRoom(const Extent& data, Axis::Scale scale)
     return extent;
 }
 
+const char* residualName(const Model& model) { return model.ofY == asItIs ? "residual" : "residual of ln y"; }
+
 /** What the line leaves of each y, on the scale on which it was fitted. */
 Chart residualsOf(wq_lib::Regression& regression, const Model& model, const std::vector<Point>& points, const Axis& x,
                   const PictureWords& words)
@@ -149,7 +151,7 @@ Chart residualsOf(wq_lib::Regression& regression, const Model& model, const std:
     const Axis y(extent);
     Chart chart(words.canvas, "", "");
     chart.setX(x, labelOr(words.xLabel, "x"));
-    chart.setY(y, model.ofY == asItIs ? "residual" : "residual of ln y");
+    chart.setY(y, residualName(model));
     addScatter(chart, residuals, x, y, {"", ""});
     Rows zero;
     zero.add({x.low(), y.at(0.0)});
@@ -184,7 +186,8 @@ struct CurveRows {
     }
 };
 
-Picture withPanelBelow(Chart& chart, Chart below, const PictureWords& words)
+/** @param name of what stands below. */
+Picture withPanelBelow(Chart& chart, Chart below, const std::string& name, const PictureWords& words)
 {
     chart.hideXNumbers();
     Chart::alignLeft(chart, below);
@@ -197,7 +200,7 @@ Picture withPanelBelow(Chart& chart, Chart below, const PictureWords& words)
     }
     Picture picture = pictureOf(chart, words);
     picture.commands = "set multiplot\n" + picture.commands + below.commands() + "unset multiplot\n";
-    picture.description += " Below, the residuals.";
+    picture.description += " Below, upwards: " + name + ".";
     return picture;
 }
 
@@ -230,7 +233,7 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
     const CurveRows rows(heights, x, y);
 
     Chart chart(words.canvas, titleOf(regression, words), fitText(regression, exact, model));
-    chart.setX(x, words.residuals ? "" : labelOr(words.xLabel, "x"));
+    chart.setX(x, labelOr(words.xLabel, "x"));
     chart.setY(y, labelOr(words.yLabel, "y"));
     if (limited) chart.add(rows.band, "using 1:2:3 with filledcurves " + inColour(colour::band));
     addScatter(chart, points, x, y, pairNoun);
@@ -251,7 +254,7 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
         addLimits(model.ofX == asItIs && model.ofY == asItIs ? " confidence limits of the line" : " confidence limits of the curve");
     if (!words.residuals) return pictureOf(chart, words);
 
-    return withPanelBelow(chart, residualsOf(regression, model, points, x, words), words);
+    return withPanelBelow(chart, residualsOf(regression, model, points, x, words), residualName(model), words);
 }
 
 }  // namespace
