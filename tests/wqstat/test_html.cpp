@@ -240,7 +240,7 @@ TEST(Page, listsNoProbabilityOfAFitWithoutATest)
         {__LINE__, "5;0\n3;5\n", ", no test: nothing is expected in 1 class"},
         {__LINE__, "0;0\n3;5\n9;7\n", ", no test: nothing is expected in 1 class"},
         {__LINE__, "5;5\n", ", no test: there are no degrees of freedom"},
-        {__LINE__, "5;7\nnan;3\n", ", no test: the statistic is no number"},
+        {__LINE__, "5;7\nnan;3\n", ", no test: a frequency is negative or no finite number"},
         {__LINE__, "5;3\n3;5\n", ""},
     };
     for (const auto& row : rows) {

@@ -136,10 +136,6 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
         {__LINE__, {"describe"}, "nan\n1\n2\n", {"the report rejects H0 without ground: the statistic is no number"}},
         {__LINE__, {"anova"}, "1;nan\n1;3\n2;2\n2;4\n", {"the report accepts H0 without ground: F is no number"}},
         {__LINE__, {"circular"}, "nan;0\n1;0\n", {"the report rejects H0 without ground: z is no number"}},
-        {__LINE__,  // fractions of a direction, of which the analysis counts none
-         {"circular", "--unit", "bins", "--bins", "4"},
-         "1;0.5\n2;0.5\n",
-         {"the report rejects H0 without ground: there are no directions"}},
         {__LINE__, {"circular", "--unit", "bins", "--bins", "4"}, "1;5\n2;5\n3;4\n4;5\n", {}},
         {__LINE__,
          {"regress", "--model", "linear"},
@@ -175,6 +171,17 @@ TEST(Warnings, tellOfADecisionThatRestsOnNothing)
     expectWarnings(__LINE__, {"variances", first, other}, {"the values of the first sample are all equal, so that F is no finite number"});
     expectWarnings(__LINE__, {"variances", other, second},
                    {"the values of the second sample are all equal, so that F is no finite number"});
+}
+
+TEST(Warnings, tellOfNoDirections)  // where fractions of one are read as the library reads them, which counts none
+{
+    const TempFolder folder;
+    const std::string warning = "wqstat: warning: the report rejects H0 without ground: there are no directions\n";
+    const auto errors = [&](const std::string& text) {
+        return run({"circular", "--lenient", "--unit", "bins", "--bins", "4", folder.write("angles.txt", text)}).errors;
+    };
+    EXPECT_THAT(errors("1;0.5\n2;0.5\n"), testing::HasSubstr(warning));
+    EXPECT_THAT(errors("1;2\n2;1\n"), testing::Not(testing::HasSubstr("without ground")));
 }
 
 TEST(Warnings, tellOfFrequenciesThatAreNoCounts)

@@ -636,7 +636,7 @@ TEST(Exports, areThoseOfTheLibraryUnderTheCommandAndTheComment)
         {__LINE__, {"anova", resistivity}, exported<SingleAnova>(resistivity, "wqstat anova " + resistivity + resistivityNote, group)},
         {__LINE__, {"fit", peas}, exported<GoodnessOfFit>(peas, "wqstat fit " + peas + peasNote, analyse)},
         {__LINE__, {"ks", peas}, exported<KolmogorovSmirnov2>(peas, "wqstat ks " + peas + peasNote, analyse)},
-        {__LINE__, {"circular", "--bins", "7", peas}, exported<Circular>(peas, "wqstat circular " + peas + peasNote, analyse)},
+        {__LINE__, {"circular", "--lenient", "--bins", "7", peas}, exported<Circular>(peas, "wqstat circular " + peas + peasNote, analyse)},
     };
     const TempFolder folder;
     const std::string target = folder.path("export.tsv");
