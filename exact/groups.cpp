@@ -114,6 +114,23 @@ AnovaResult of(const wq_lib::SingleAnova& anova) noexcept
     return exact;
 }
 
+namespace {
+
+detail::Line lineOf(const MultiYResult& fit)
+{
+    return {fit.meanX, fit.meanY, fit.b, fit.sumOfSquaresX, fit.deviations.meanSquare, fit.groups.total.df + 1.0, fit.slope.criticalValue};
+}
+
+}  // namespace
+
+double MultiYResult::height(double x) const noexcept { return lineOf(*this).height(x); }
+Limits MultiYResult::lineLimits(double x) const noexcept { return lineOf(*this).limits(x, 0.0); }
+
+Limits MultiYResult::predictionLimits(double x, std::size_t observations) const noexcept
+{
+    return lineOf(*this).limits(x, 1.0 / static_cast<double>(observations));
+}
+
 /** The class always gives the deviations 2 degrees of freedom, and fits no line where it sees none; here both are done by the book. */
 MultiYResult of(const wq_lib::LinearRegressionMultiY& regression) noexcept
 {
@@ -137,6 +154,7 @@ MultiYResult of(const wq_lib::LinearRegressionMultiY& regression) noexcept
     exact.regressionF = exact.regression.meanSquare / ms;
     exact.a = static_cast<double>(v.origin + v.meanY - b * v.meanX);
     exact.b = static_cast<double>(b);
+    exact.sumOfSquaresX = static_cast<double>(v.ssX);
     exact.seB = static_cast<double>(std::sqrt(ms / v.ssX));
     exact.meanX = static_cast<double>(v.meanX);
     exact.meanY = static_cast<double>(v.origin + v.meanY);
@@ -144,6 +162,8 @@ MultiYResult of(const wq_lib::LinearRegressionMultiY& regression) noexcept
     exact.slope.acceptedByReport = !regression.isComputeRegression();
     exact.slopeLimits = detail::around(exact.b, exact.slope.criticalValue * exact.seB);
     exact.rSquared = exact.regression.sumOfSquares / exact.groups.total.sumOfSquares;
+    const long double rest = (deviations + v.ssWithin) / (v.ssAmong + v.ssWithin);  // what the line leaves unexplained
+    exact.adjustedRSquared = v.n > 2.0L ? static_cast<double>(1.0L - rest * (v.n - 1.0L) / (v.n - 2.0L)) : none;
     return exact;
 }
 

@@ -68,6 +68,26 @@ inline Limits varianceLimits(double variance, double df, double alpha)
     return {variance * df / chiSquareUpperQuantile(eachSide(alpha), df), variance * df / chiSquareQuantile(eachSide(alpha), df)};
 }
 
+/** A fitted line, in the scales of its model. */
+struct Line {
+    double meanX;
+    double meanY;
+    double b;
+    double sumOfSquaresX;
+    double variance;  ///< of one observation around it
+    double n;         ///< observations
+    double t;         ///< critical value
+
+    double height(double x) const { return meanY + b * (x - meanX); }
+
+    /** @param further how much of the variance of one observation comes to that of the line. @return the limits at x. */
+    Limits limits(double x, double further) const
+    {
+        const double distance = x - meanX;
+        return around(height(x), t * std::sqrt(variance * (further + 1.0 / n + distance * distance / sumOfSquaresX)));
+    }
+};
+
 /** What the computation gives; an empty result where an object's own operation throws. */
 template <typename Computation>
 auto guarded(Computation computation) noexcept -> decltype(computation())

@@ -178,20 +178,21 @@ RegressionResult fitted(const wq_lib::Regression& regression, Scale scaleX, Scal
     });
 }
 
-/** Between value -/+ t standard errors of the line, with a further variance of one observation or none. */
+detail::Line lineOf(const RegressionResult& fit)
+{
+    return {fit.meanX, fit.meanY, fit.b, fit.sumOfSquaresX, fit.residualVariance, static_cast<double>(fit.n), fit.slope.criticalValue};
+}
+
+/** As in the data, with a further variance of one observation or none. */
 Limits limitsAt(const RegressionResult& fit, double x, double observations)
 {
-    const double distance = scaled(fit.scaleX, x) - fit.meanX;
-    const double middle = fit.meanY + fit.b * distance;
-    const double variance =
-        fit.residualVariance * (observations + 1.0 / static_cast<double>(fit.n) + distance * distance / fit.sumOfSquaresX);
-    const Limits limits = detail::around(middle, fit.slope.criticalValue * std::sqrt(variance));
+    const Limits limits = lineOf(fit).limits(scaled(fit.scaleX, x), observations);
     return {unscaled(fit.scaleY, limits.lower), unscaled(fit.scaleY, limits.upper)};
 }
 
 }  // namespace
 
-double RegressionResult::height(double x) const noexcept { return unscaled(scaleY, meanY + b * (scaled(scaleX, x) - meanX)); }
+double RegressionResult::height(double x) const noexcept { return unscaled(scaleY, lineOf(*this).height(scaled(scaleX, x))); }
 Limits RegressionResult::lineLimits(double x) const noexcept { return limitsAt(*this, x, 0.0); }
 Limits RegressionResult::predictionLimits(double x) const noexcept { return limitsAt(*this, x, 1.0); }
 

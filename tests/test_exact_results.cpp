@@ -258,6 +258,34 @@ TEST(ExactResults, giveGroups)  // aov(o ~ g), predict(..., interval = "confiden
     }
 }
 
+// x <- c(1, 1, 1, 2, 2, 2, 2, 4, 4, 5, 5, 5, 5); y as below; m, g, n: the groups' means, x and sizes
+TEST(ExactResults, giveALineThroughGroupsAndItsLimits)
+{
+    LinearRegressionMultiY series;
+    const double values[] = {5.1, 4.8, 6.0, 6.2, 7.1, 6.6, 5.9, 8.0, 7.3, 7.9, 9.4, 8.8, 9.1};
+    for (std::size_t i = 0; i < 13; ++i) series.add(i < 3 ? 1.0 : i < 7 ? 2.0 : i < 9 ? 4.0 : 5.0, values[i]);
+    series.createSeries();
+    series.analyse();
+    const auto exact = wq_exact::of(series);
+    expectClose(exact.rSquared, 0.870809650655763, __LINE__);  // summary(lm(y ~ x))
+    expectClose(exact.adjustedRSquared, 0.85906507344265, __LINE__);
+    expectClose(exact.slopeLimits.lower, 0.517605818255394, __LINE__);  // confint(w <- lm(m ~ g, weights = n))
+    expectClose(exact.slopeLimits.upper, 1.13533535821519, __LINE__);
+    expectClose(exact.height(3.5), 7.50554298642534, __LINE__);  // predict(w, data.frame(g = 3.5), interval = "confidence")
+    expectClose(exact.lineLimits(3.5).lower, 6.98271378438948, __LINE__);
+    expectClose(exact.lineLimits(3.5).upper, 8.0283721884612, __LINE__);
+    expectClose(exact.predictionLimits(3.5, 4).lower, 6.46427997131018, __LINE__);  // the same, "prediction", weights = 4
+    expectClose(exact.predictionLimits(3.5, 4).upper, 8.5468060015405, __LINE__);
+    expectClose(exact.predictionLimits(3.5, 1).lower, 5.63021273735386, __LINE__);  // weights = 1
+    expectClose(exact.predictionLimits(3.5, 1).upper, 9.38087323549682, __LINE__);
+    LinearRegressionMultiY two;  // groups that leave no deviations
+    for (std::size_t i = 0; i < 7; ++i) two.add(i < 3 ? 1.0 : 2.0, values[i]);
+    two.createSeries();
+    two.analyse();
+    EXPECT_TRUE(std::isnan(wq_exact::of(two).lineLimits(1.5).lower));
+    EXPECT_TRUE(std::isnan(wq_exact::of(two).predictionLimits(1.5, 3).upper));
+}
+
 // Large values that lie close together: the same figures as those of the values less 2^40, every one of which has the same digits.
 TEST(ExactResults, loseNoDigitsToLargeValues)
 {

@@ -9,6 +9,8 @@
 #include <wq_stat/regression_multi_y.h>
 #include <wq_stat/single_anova.h>
 
+#include <cstddef>
+
 namespace wq_exact {
 
 /** A row of an Anova table, from deviations: differences of sums of squares may have no digit left. */
@@ -53,14 +55,30 @@ struct MultiYResult {
     double a = none;                    ///< height of the line at x = 0
     double b = none;                    ///< slope
     double seB = none;                  ///< standard error of the slope, from the deviations
+    double sumOfSquaresX = none;        ///< of the deviations of the observations' x from their mean
     double meanX = none;                ///< of the observations
     double meanY = none;                ///< of the observations
-    Test slope;              ///< Student's t of slope = 0, two-sided, by the deviations; the report rejects it where it fits a line
-    Limits slopeLimits;      ///< of the slope
-    double rSquared = none;  ///< share of the total sum of squares that the line explains
+    Test slope;                      ///< Student's t of slope = 0, two-sided, by the deviations; the report rejects it where it fits a line
+    Limits slopeLimits;              ///< of the slope
+    double rSquared = none;          ///< share of the total sum of squares that the line explains
+    double adjustedRSquared = none;  ///< the same, corrected for its one parameter
 
     /** @return whether the object's own report decides differently on the slope. */
     bool reportDiffers() const noexcept { return slope.reportDiffers(); }
+
+    /** @return y of the line at x. */
+    WQ_EXACT_EXPORT double height(double x) const noexcept;
+
+    /** @return confidence limits of the line at x, by the deviations of the groups from it. */
+    WQ_EXACT_EXPORT Limits lineLimits(double x) const noexcept;
+
+    /**
+     * Of the mean of a further group: the deviations tell how far means lie from the line, and nothing of single observations.
+     * @param x of the group.
+     * @param observations in it. With groups of different sizes each has the weight of its observations.
+     * @return the limits between which its mean is expected.
+     */
+    WQ_EXACT_EXPORT Limits predictionLimits(double x, std::size_t observations) const noexcept;
 };
 
 /** @param regression after analyse(). @return the exact figures; NaN where there are none, as for two groups. */
