@@ -48,9 +48,12 @@ void expectDensity(double x, double value, bool isDefined)
 
 // ---------------------------------------------------------------- results of analyses
 
+// A probability, or none.
+void expectTail(const char* what, double p) { require(std::isnan(p) || isProbability(p), what, " is ", p); }
+
 void expect(const Decision& decision, double p, double alpha)
 {
-    require(std::isnan(p) || isProbability(p), "p is ", p);
+    expectTail("p", p);
     const bool isLevel = alpha > 0.0 && alpha < 1.0;
     require(decision.accepted.has_value() == (isLevel && !std::isnan(p)), "a decision with p = ", p, ", alpha ", alpha);
     require(!decision.accepted || *decision.accepted == (p >= alpha), "p is ", p, ", alpha ", alpha);
@@ -75,7 +78,7 @@ void expect(const PairsResult& exact)
     expectShare(std::fabs(exact.r));
     expectShare(exact.rSquared);
     expect(exact.limits);
-    require(std::isnan(exact.p) || isProbability(exact.p), "p of r is ", exact.p);
+    expectTail("p of r", exact.p);
 }
 
 template <typename Analysis>
@@ -106,6 +109,7 @@ void regression(Line& line)
 void expect(const TwoVariancesResult& exact)
 {
     expect(exact.ratio);
+    expectTail("lower tail", exact.lowerTail);
     expect(exact.ratioLimits);
     for (const Limits& limits : exact.varianceLimits) expect(limits);
 }
@@ -113,7 +117,7 @@ void expect(const TwoVariancesResult& exact)
 void expect(const AnovaResult& exact)
 {
     expect(exact.F);
-    require(std::isnan(exact.lowerTail) || isProbability(exact.lowerTail), "lower tail ", exact.lowerTail);
+    expectTail("lower tail", exact.lowerTail);
     expectShare(exact.etaSquared);
 }
 
@@ -276,6 +280,7 @@ const struct {
          expect(exact.t);
          expect(exact.F);
          expect(exact.zLimits);
+         expectTail("upper tail of F", exact.upperTailF);
      }},
     {"linear", regression<wq_lib::LinearRegression>},
     {"logarithmic", regression<wq_lib::LogarithmicRegression>},
@@ -290,9 +295,14 @@ const struct {
      }},
     {"multiy",
      [](Line& a) {
+         const double at = a.number();
+         const std::size_t observations = a.count();
          const MultiYResult exact = wq_exact::of(grouped<wq_lib::LinearRegressionMultiY>(a));
          expect(exact.groups);
          expect(exact.deviationsF);
+         expectTail("lower tail of the deviations", exact.deviationsLowerTail);
+         expect(exact.lineLimits(at));
+         expect(exact.predictionLimits(at, observations));
          expect(exact.slope);
          expect(exact.slopeLimits);
          expectShare(exact.rSquared);
@@ -309,6 +319,7 @@ const struct {
          expect(exact.G);
          if (exact.GAdjusted) expect(*exact.GAdjusted);
          expect(exact.decision, exact.p, exact.chiSquare.alpha);
+         for (const double tail : {exact.chiSquareLowerTail, exact.GLowerTail, exact.GAdjustedLowerTail}) expectTail("lower tail", tail);
      }},
     {"ks",
      [](Line& a) {
@@ -318,6 +329,7 @@ const struct {
          const KolmogorovSmirnovResult exact = wq_exact::of(test);
          expect(exact.largeSamples);
          if (exact.allArrangements) expect(*exact.allArrangements);
+         expect(exact.decision, exact.p, exact.largeSamples.alpha);
      }},
     {"circular",
      [](Line& a) {
