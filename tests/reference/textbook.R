@@ -35,7 +35,7 @@ seedlings <- repeated(shipped("seedlings.txt"))
 row("multiy seedlings.txt", multiy_figures(seedlings$x, seedlings$y))
 
 peas <- two_columns(shipped("mendel_peas.txt"))
-row("fit mendel_peas.txt", fit_figures(peas$x, peas$y, 1 + 5 / (6 * 556)))
+row("fit mendel_peas.txt", fit_figures(peas$x, peas$y, williams(peas$x)))
 row("fit --no-williams mendel_peas.txt", fit_figures(peas$x, peas$y, 1))
 
 digits <- two_columns(shipped("pi_e_digits.txt"))

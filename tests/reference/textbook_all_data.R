@@ -75,6 +75,9 @@ each("series", function(file) {
 
 each("classes", function(file) {
   data <- two_columns(file)
-  if (all(data$y > 0)) row(paste("fit --no-williams", file), fit_figures(data$x, data$y, 1))
+  if (all(data$y > 0)) {
+    row(paste("fit --no-williams", file), fit_figures(data$x, data$y, 1))
+    row(paste("fit", file), fit_figures(data$x, data$y, williams(data$x)))
+  }
   if (all(data == round(data))) row(paste("ks", file), ks_figures(data$x, data$y))
 })

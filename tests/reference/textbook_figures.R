@@ -78,6 +78,8 @@ multiy_figures <- function(x, y, alpha = 0.05) {
 }
 
 # q divides G, as Williams has it; 1 where there is no such correction.
+williams <- function(observed) 1 + (length(observed)^2 - 1) / (6 * sum(observed) * (length(observed) - 1))
+
 fit_figures <- function(observed, expected, q, alpha = 0.05) {
   n <- sum(observed)
   x2 <- if (isTRUE(all.equal(n, sum(expected), tolerance = 1e-12))) {

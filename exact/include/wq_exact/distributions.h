@@ -12,9 +12,11 @@
 /**
  * The exact figures beside those of wq_lib: distributions, and what the textbook says of each analysis.
  *
- * Of each distribution there are the lower tail (...Cdf), the upper tail, and the quantiles of both. Each tail is computed for itself, none
- * as one minus the other, so that small probabilities keep their relative accuracy down to the smallest double: the relative error is
- * below 1e-13, or what a change of the argument in its last bit makes where that is more. Degrees of freedom are real numbers above 0.
+ * Of each distribution there are the lower tail (...Cdf), the upper tail, and the quantiles of both; of the D of two samples given the ties only
+ * the upper tail and its quantile. Of a D that is counted, smirnovCdf() is P(D < d), so that the tails have the sum 1, while smirnovQuantile() goes
+ * by P(D <= d). Each tail is computed for itself, none as one minus the other, so that small probabilities keep their relative accuracy down to
+ * the smallest double: the relative error is below 1e-13, or what a change of the argument in its last bit makes where that is more. Degrees of
+ * freedom are real numbers above 0.
  *
  * A probability is NaN for arguments it is not defined for, such as no degrees of freedom (0, negative, infinite) or a statistic that is
  * NaN; an infinite statistic has the probability of its limit. A quantile is NaN for a p outside 0 ... 1. No function throws, no one keeps
@@ -142,7 +144,7 @@ WQ_EXACT_EXPORT double smirnovUpperQuantile(double p, std::size_t n1, std::size_
 /** @return the smallest D with smirnovUpperTail() <= p that two samples can have given the ties; NaN where there is none. */
 WQ_EXACT_EXPORT double smirnovUpperQuantile(double p, std::size_t n1, std::size_t n2, const std::vector<std::size_t>& classes) noexcept;
 
-/** @return the smallest D that two samples can have with P(D' <= D) >= p. */
+/** @return the smallest D that two samples can have with P(D' <= D) >= p, where smirnovCdf(D) is P(D' < D) and may be below p. */
 WQ_EXACT_EXPORT double smirnovQuantile(double p, std::size_t n1, std::size_t n2) noexcept;
 
 // ---------------------------------------------------------------- Rayleigh
