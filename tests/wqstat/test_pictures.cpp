@@ -731,6 +731,22 @@ TEST(Print, axesAreLogarithmicWhereTheModelIs)
     }
 }
 
+// A single value of 0 or less, which the model leaves out, does not take the axis from the others.
+TEST(Print, axesAreLogarithmicByTheValuesAboveZero)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("a.txt", "0;7\n1;2\n10;5\n30;0\n100;60\n300;200\n-4;1000\n");
+    const Rows both = script({"regress", "--model", "power", file}).layers["pairs"];
+    EXPECT_THAT(column(both, 0), Pointwise(DoubleNear(1e-12), std::vector<double>{0, 1, 2, std::log10(300.0)}));
+    EXPECT_THAT(column(both, 1),
+                Pointwise(DoubleNear(1e-12), std::vector<double>{std::log10(2.0), std::log10(5.0), std::log10(60.0), std::log10(200.0)}));
+    EXPECT_EQ(column(script({"regress", "--model", "logarithmic", file}).layers["pairs"], 0).size(), 5U);
+    EXPECT_EQ(column(script({"regress", "--model", "exponential", file}).layers["pairs"], 1).size(), 6U);
+    const std::string narrow = folder.write("b.txt", "-1000;2\n1;2\n10;5\n50;7\n");
+    EXPECT_THAT(column(script({"regress", "--model", "power", narrow}).layers["pairs"], 0), testing::Contains(50.0))
+        << "less than two decades";
+}
+
 TEST(Print, whatHasNoPlaceOnALogarithmicAxisIsCounted)
 {
     const TempFolder folder;

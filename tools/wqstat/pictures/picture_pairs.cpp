@@ -19,8 +19,9 @@ namespace {
 /** The axis of a scatter, logarithmic where that is asked for or the model has it so. */
 Axis axisOf(char name, const std::vector<Point>& points, double Point::*value, const Extent& all, const PictureWords& words, bool byModel)
 {
-    const Axis::Scale scale = scaleOf(name, words, all, byModel);
-    return Axis(scale == Axis::Scale::logarithmic ? aboveZero(points, value) : all, Axis::Ends::padded, scale);
+    const Extent positive = aboveZero(points, value);
+    const Axis::Scale scale = scaleOf(name, words, positive, byModel);
+    return Axis(scale == Axis::Scale::logarithmic ? positive : all, Axis::Ends::padded, scale);
 }
 
 Picture correlationPicture(wq_lib::BasicXyStatistics& pairs, double r, const PictureWords& words)
@@ -209,8 +210,9 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
     const std::vector<Point> points = pointsOf(regression);
     Extents extents = extentsOf(points);
     const Axis x = axisOf('x', points, &Point::x, extents.x, words, model.ofX != asItIs);
-    const Axis::Scale yScale = scaleOf('y', words, extents.y, model.ofY != asItIs);
-    if (yScale == Axis::Scale::logarithmic) extents.y = aboveZero(points, &Point::y);
+    const Extent positiveY = aboveZero(points, &Point::y);
+    const Axis::Scale yScale = scaleOf('y', words, positiveY, model.ofY != asItIs);
+    if (yScale == Axis::Scale::logarithmic) extents.y = positiveY;
 
     // The curve runs over the x that were fitted.
     Extent fitted;

@@ -20,10 +20,10 @@ Picture pictureOf(const Chart& chart, const PictureWords& words)
     return {chart.commands(), words.canvas, fitted(title, std::string::npos), chart.description(), chart};
 }
 
-Axis::Scale scaleOf(char axis, const PictureWords& words, const Extent& data, bool byModel)
+Axis::Scale scaleOf(char axis, const PictureWords& words, const Extent& positive, bool byModel)
 {
     constexpr double twoDecades = 100.0;
-    const bool wide = data.low > 0.0 && data.high >= twoDecades * data.low;
+    const bool wide = positive.low > 0.0 && positive.high >= twoDecades * positive.low;
     const bool logarithmic = words.logarithmic ? words.logarithmic->find(axis) != std::string::npos : byModel && wide;
     return logarithmic ? Axis::Scale::logarithmic : Axis::Scale::linear;
 }

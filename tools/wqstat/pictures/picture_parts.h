@@ -23,8 +23,10 @@ std::string titleOf(const wq_lib::BasicStatistics& analysis, const PictureWords&
 
 Picture pictureOf(const Chart& chart, const PictureWords& words);
 
-/** Which of the two axes is logarithmic: as was asked, else as the model has it and the data reach over two decades. */
-Axis::Scale scaleOf(char axis, const PictureWords& words, const Extent& data, bool byModel = false);
+/**
+ * Which of the two axes is logarithmic: as was asked, else as the model has it and the data reach over two decades.
+ * @param positive the extent of the values above 0, which are all that such a model takes */
+Axis::Scale scaleOf(char axis, const PictureWords& words, const Extent& positive, bool byModel = false);
 
 std::string labelOr(const std::string& label, const char* own);
 
