@@ -470,7 +470,8 @@ TEST(Page, saysInWordsWhatHasNoFigure)
         {__LINE__,
          {"regress", "--model", "logarithmic"},
          "1;2\n2;3\n-1;4\n5;4.7\n",
-         "no line: pairs without a logarithm leave the report no b, n = 3"},
+         // Worked outside by the textbook's sums for ln 1, ln 2 and ln 5; t(1) of 0.05 is 12.7062, and p = 1 - 2 atan(t) / pi.
+         "a = 1.9386, b = 1.6869 (95 % CI 0.212 to 3.1618), t(1) = 14.533, p = 0.0437, R\u00b2 = 0.99529, n = 3"},
         {__LINE__, {"anova"}, "1;4\n1;4\n2;4\n2;4\n", "no test: the observations are all equal"},
         {__LINE__, {"anova"}, "1;4\n1;5\n", "no test: there is one group"},
         {__LINE__, {"anova"}, "1;4\n2;5\n3;7\n", "no test: no group has more than one observation"},
@@ -522,6 +523,24 @@ TEST(Page, saysInWordsWhatHasNoFigure)
             EXPECT_TRUE(isReport || !testing::Value(text, testing::ContainsRegex("(^|[ =(])-?nan([ ,;)]|$)"))) << text;
         }
     }
+}
+
+// Pairs without a logarithm leave the report no line, and all that is exact on the page is about the others.
+TEST(Page, hasTheLineThatTheReportLacks)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    ASSERT_EQ(run({"regress", "--model", "logarithmic", folder.write("data.txt", "1;2\n2;3\n-1;4\n5;4.7\n"), "--html", file}).status, done);
+    const Page page = pageIn(file);
+    EXPECT_THAT(page.texts, testing::IsSupersetOf({"constant a (report)", "coefficient b (report)", "t of b (report)"}));
+    EXPECT_THAT(page.texts, Contains("y = 1.9386 + 1.6869 ln x")) << "on the picture";
+    EXPECT_THAT(page.texts, Contains("exact 95 % confidence limits of the curve"));
+    EXPECT_THAT(page.texts, Contains("Warning: 1 pair has no logarithm (0 or less) and is left out; the report's b is no number for it"));
+    ASSERT_EQ(run({"regress", "--model", "power", norris, "--html", file}).status, done);
+    EXPECT_THAT(pageIn(file).texts,
+                testing::IsSupersetOf({"coefficient b", "explained sum of squares of ln y", "lower limit ln Y at mean ln X"}));
+    ASSERT_EQ(run({"regress", "--model", "linear", norris, "--html", file}).status, done);
+    EXPECT_THAT(pageIn(file).texts, testing::IsSupersetOf({"coefficient b", "explained sum of squares", "lower limit Y at mean X"}));
 }
 
 TEST(Page, tellsWhatStandardErrorTells)

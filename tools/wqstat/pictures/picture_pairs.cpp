@@ -3,6 +3,8 @@
 
 #include "picture_parts.h"
 
+#include "results/textbook.h"
+
 #include <wq_exact/wq_exact.h>
 
 #include <algorithm>
@@ -53,13 +55,11 @@ using Scale = double (*)(double);
 
 double asItIs(double value) { return value; }
 double logarithm(double value) { return std::log(value); }
-double exponential(double value) { return std::exp(value); }
 
-/** What a model fits its line to, and what takes the line back to y. */
+/** What a model fits its line to. */
 struct Model {
     Scale ofX;
     Scale ofY;
-    Scale backToY;
     std::string formula;
 };
 
@@ -72,38 +72,20 @@ struct Height {
     double upper;
 };
 
-/** The curve of the report, and the exact limits of its height. */
-class FittedCurve {
-public:
-    FittedCurve(const wq_lib::Regression& regression, const wq_exact::RegressionResult& exactFigures, const Model& ofModel)
-        : fit(regression.getRegressionResult()),
-          exact(exactFigures),
-          model(ofModel)
-    {
-    }
-
-    Height at(double x) const
-    {
-        const double middle = model.backToY(fit.meanY + fit.b * (model.ofX(x) - fit.meanX));
-        const wq_exact::Limits limits = std::isfinite(middle) ? exact.lineLimits(x) : wq_exact::Limits();
-        return {limits.lower, middle, limits.upper};
-    }
-
-private:
-    const wq_lib::regression_stat& fit;
-    const wq_exact::RegressionResult& exact;
-    const Model& model;
-};
+Height heightAt(const wq_exact::RegressionResult& exact, double x)
+{
+    const double middle = exact.height(x);
+    const wq_exact::Limits limits = std::isfinite(middle) ? exact.lineLimits(x) : wq_exact::Limits();
+    return {limits.lower, middle, limits.upper};
+}
 
 /** "R² = 0.98", of the line that was fitted, and the probability that its slope is 0. */
-std::string fitText(const wq_lib::Regression& regression, const wq_exact::RegressionResult& exact, const Model& model)
+std::string fitText(const wq_exact::RegressionResult& exact, const Model& model)
 {
-    const wq_lib::regression_stat& fit = regression.getRegressionResult();
-    const double determination = fit.explained / (fit.explained + fit.unexplained);
     std::string text;
-    if (std::isfinite(determination)) text += "R\u00b2 = " + coefficient(determination) + (model.ofY == asItIs ? ", " : " of ln y, ");
-    if (std::isfinite(fit.b) && std::isfinite(exact.slope.p)) text += probability(exact.slope.p) + ", ";
-    return text + "n = " + digits(fit.n);
+    if (std::isfinite(exact.rSquared)) text += "R\u00b2 = " + coefficient(exact.rSquared) + (model.ofY == asItIs ? ", " : " of ln y, ");
+    if (std::isfinite(exact.slope.p)) text += probability(exact.slope.p) + ", ";
+    return text + "n = " + digits(exact.n);
 }
 
 /** Places along the x that were fitted: even, but on a logarithmic axis in even ratios, and close where a logarithm bends most. */
@@ -140,13 +122,12 @@ Extent withRoom(const Extent& data, Axis::Scale scale)
 const char* residualName(const Model& model) { return model.ofY == asItIs ? "residual" : "residual of ln y"; }
 
 /** What the line leaves of each y, on the scale on which it was fitted. */
-Chart residualsOf(wq_lib::Regression& regression, const Model& model, const std::vector<Point>& points, const Axis& x,
+Chart residualsOf(const wq_exact::RegressionResult& exact, const Model& model, const std::vector<Point>& points, const Axis& x,
                   const PictureWords& words)
 {
-    const wq_lib::regression_stat& fit = regression.getRegressionResult();
     std::vector<Point> residuals;
     for (const Point& point : points)
-        residuals.push_back({point.x, model.ofY(point.y) - (fit.meanY + fit.b * (model.ofX(point.x) - fit.meanX))});
+        residuals.push_back({point.x, model.ofY(point.y) - (exact.meanY + exact.b * (model.ofX(point.x) - exact.meanX))});
     Extent extent = extentsOf(residuals).y;
     extent.include(0.0);
     const Axis y(extent);
@@ -218,9 +199,8 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
     Extent fitted;
     for (const Point& point : points)
         if (std::isfinite(point.y) && std::isfinite(model.ofX(point.x))) fitted.include(point.x);
-    const FittedCurve curve(regression, exact, model);
     std::vector<std::pair<double, Height>> heights;
-    for (const double place : placesAlong(fitted, model, x)) heights.emplace_back(place, curve.at(place));
+    for (const double place : placesAlong(fitted, model, x)) heights.emplace_back(place, heightAt(exact, place));
 
     const Extent widest = withRoom(extents.y, yScale);
     bool drawn = false;
@@ -234,7 +214,7 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
     const Axis y(extents.y, Axis::Ends::padded, yScale);
     const CurveRows rows(heights, x, y);
 
-    Chart chart(words.canvas, titleOf(regression, words), fitText(regression, exact, model));
+    Chart chart(words.canvas, titleOf(regression, words), fitText(exact, model));
     chart.setX(x, labelOr(words.xLabel, "x"));
     chart.setY(y, labelOr(words.yLabel, "y"));
     if (limited) chart.add(rows.band, "using 1:2:3 with filledcurves " + inColour(colour::band));
@@ -256,7 +236,7 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
         addLimits(model.ofX == asItIs && model.ofY == asItIs ? " confidence limits of the line" : " confidence limits of the curve");
     if (!words.residuals) return pictureOf(chart, words);
 
-    return withPanelBelow(chart, residualsOf(regression, model, points, x, words), residualName(model), words);
+    return withPanelBelow(chart, residualsOf(exact, model, points, x, words), residualName(model), words);
 }
 
 }  // namespace
@@ -274,28 +254,28 @@ Picture picture(wq_lib::Correlation& pairs, const PictureWords& words)
 
 Picture picture(wq_lib::LinearRegression& regression, const PictureWords& words)
 {
-    const wq_lib::regression_stat& fit = regression.getRegressionResult();
-    return curvePicture(regression, wq_exact::of(regression), {asItIs, asItIs, asItIs, "y = " + sum(fit.a, fit.b) + " x"}, words);
+    const wq_exact::RegressionResult exact = wq_exact::of(regression);
+    return curvePicture(regression, exact, {asItIs, asItIs, "y = " + sum(exact.a, exact.b) + " x"}, words);
 }
 
 Picture picture(wq_lib::LogarithmicRegression& regression, const PictureWords& words)
 {
-    const wq_lib::regression_stat& fit = regression.getRegressionResult();
-    return curvePicture(regression, wq_exact::of(regression), {logarithm, asItIs, asItIs, "y = " + sum(fit.a, fit.b) + " ln x"}, words);
+    const wq_exact::RegressionResult exact = wq_exact::of(regression);
+    return curvePicture(regression, exact, {logarithm, asItIs, "y = " + sum(exact.a, exact.b) + " ln x"}, words);
 }
 
 Picture picture(wq_lib::ExponentialRegression& regression, const PictureWords& words)
 {
-    const wq_lib::regression_stat& fit = regression.getRegressionResult();
-    return curvePicture(regression, wq_exact::of(regression),
-                        {asItIs, logarithm, exponential, "y = " + figures(fit.a) + " e^(" + figures(fit.b) + " x)"}, words);
+    const wq_exact::RegressionResult exact = wq_exact::of(regression);
+    const std::string formula = "y = " + figures(constantOf(exact)) + " e^(" + figures(exact.b) + " x)";
+    return curvePicture(regression, exact, {asItIs, logarithm, formula}, words);
 }
 
 Picture picture(wq_lib::PowerRegression& regression, const PictureWords& words)
 {
-    const wq_lib::regression_stat& fit = regression.getRegressionResult();
-    return curvePicture(regression, wq_exact::of(regression),
-                        {logarithm, logarithm, exponential, "y = " + figures(fit.a) + " x^(" + figures(fit.b) + ")"}, words);
+    const wq_exact::RegressionResult exact = wq_exact::of(regression);
+    const std::string formula = "y = " + figures(constantOf(exact)) + " x^(" + figures(exact.b) + ")";
+    return curvePicture(regression, exact, {logarithm, logarithm, formula}, words);
 }
 
 namespace {

@@ -172,34 +172,28 @@ Statement statementOf(wq_lib::Correlation& correlation, const VariableNames& nam
              {"F", "result/F", result.F}}};
 }
 
-namespace {
-
-std::string reasonForNoLine(const wq_exact::RegressionResult& exact)
-{
-    if (exact.n < 2) return "there is one pair";
-    if (std::isfinite(exact.b)) return "pairs without a logarithm leave the report no b";
-    return reasonForNoTest(exact);
-}
-
-}  // namespace
-
 Statement statementOf(wq_lib::Regression& regression, const VariableNames& names)
 {
     const wq_lib::regression_stat& fit = regression.getRegressionResult();
     const wq_exact::RegressionResult exact = wq_exact::of(regression);
     const Textbook book = textbook(exact);
-    const std::string t = withDf("t", lessBy(fit.n, 2.0), fit.tB, "the pairs lie on the line");
-    const std::string line = "a = " + figures(fit.a) + ", b = " + withLimits(fit.b, book, "limitsB", regression) + ", " +
-                             tested(t, exact.slope.p, reasonForNoTest(exact)) + determination("R\u00b2", book);
+    const bool isOfLogarithm = exact.scaleY == wq_exact::Scale::logarithm;
+    const std::string t = withDf("t", exact.slope.df1, exact.slope.statistic, "the pairs lie on the line");
+    const std::string line = "a = " + figures(constantOf(exact)) + ", b = " + withLimits(exact.b, book, "limitsB", regression) + ", " +
+                             tested(t, exact.slope.p, reasonForNoTest(exact)) + determination("R\u00b2", book) +
+                             (isOfLogarithm && std::isfinite(exact.rSquared) ? " of ln y" : "");
+    const std::string noLine = "no line: " + (exact.n < 2 ? "there is one pair" : reasonForNoTest(exact));
+    const std::string ofReport = std::isfinite(exact.b) && !std::isfinite(fit.b) ? " (report)" : "";
+    const std::string ofY = isOfLogarithm ? " of ln y" : "";
     return {"How does " + nameOr(names.y, "y") + " depend on " + nameOr(names.x, "x") + ", by " + formulaOf(regression) + "?",
-            (std::isfinite(fit.b) ? line : "no line: " + reasonForNoLine(exact)) + ", n = " + digits(fit.n),
+            (std::isfinite(exact.b) ? line : noLine) + ", n = " + digits(exact.n),
             {{"pairs", "result/n", static_cast<double>(fit.n)},
-             {"constant a", "result/a", fit.a},
-             {"coefficient b", "result/b", fit.b},
-             {"standard error of b", "result/seB", fit.seB},
-             {"t of b", "result/tB", fit.tB},
-             {"explained sum of squares", "result/explained", fit.explained},
-             {"unexplained sum of squares", "result/unexplained", fit.unexplained}}};
+             {"constant a" + ofReport, "result/a", fit.a},
+             {"coefficient b" + ofReport, "result/b", fit.b},
+             {"standard error of b" + ofReport, "result/seB", fit.seB},
+             {"t of b" + ofReport, "result/tB", fit.tB},
+             {"explained sum of squares" + ofY + ofReport, "result/explained", fit.explained},
+             {"unexplained sum of squares" + ofY + ofReport, "result/unexplained", fit.unexplained}}};
 }
 
 namespace {

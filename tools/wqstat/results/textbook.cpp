@@ -120,13 +120,21 @@ Textbook textbook(const wq_exact::PairsResult& exact)
     return book;
 }
 
+double constantOf(const wq_exact::RegressionResult& exact)
+{
+    return exact.scaleY == wq_exact::Scale::logarithm ? std::exp(exact.a) : exact.a;
+}
+
 Textbook textbook(const wq_exact::RegressionResult& exact)
 {
+    const auto scaled = [](wq_exact::Scale scale, const char* name) {
+        return (scale == wq_exact::Scale::logarithm ? "ln " : "") + std::string(name);
+    };
     Textbook book;
     book.figure("p of t for b, two-sided", "pB", exact.slope.p);
     book.figure(tLabel(exact.slope.alpha, exact.slope.df1), "criticalT", exact.slope.criticalValue);
     book.limits(" b", "limitsB", exact.slopeLimits);
-    book.limits(" Y at mean X", "limitsY", exact.heightLimits);
+    book.limits(" " + scaled(exact.scaleY, "Y") + " at mean " + scaled(exact.scaleX, "X"), "limitsY", exact.heightLimits);
     book.figure("R squared", "rSquared", exact.rSquared);
     book.figure("adjusted R squared", "adjustedRSquared", exact.adjustedRSquared);
     book.decision("H0 [b = 0]", "acceptH0", exact.slope);

@@ -90,4 +90,7 @@ Textbook textbook(const wq_exact::TwoVariancesResult& exact);
 Textbook textbook(const wq_exact::FrequencyResult& exact);
 Textbook textbook(const wq_exact::DirectionsResult& exact);
 
+/** The constant a of a model's formula, in the scale of y. */
+double constantOf(const wq_exact::RegressionResult& exact);
+
 }  // namespace wqstat
