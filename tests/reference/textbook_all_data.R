@@ -69,6 +69,13 @@ each("groups", function(file) {
 each("series", function(file) {
   data <- repeated(file)
   row(paste("multiy", file), multiy_figures(data$x, data$y))
+  means <- aggregate(y ~ x, data, mean)
+  line <- lm(y ~ x, means, weights = as.vector(table(data$x)))
+  for (x in at(data$x))  # predicted is the mean of a further group of 3
+    for (kind in c("confidence", "prediction")) {
+      limits <- predict(line, data.frame(x = x), interval = kind, weights = 3)
+      row(paste("multiy", file), split_limits(sprintf("exact/%s/%.17g", kind, x), limits[2:3]))
+    }
 })
 
 # ---------------------------------------------------------------- classes

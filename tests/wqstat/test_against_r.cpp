@@ -53,6 +53,16 @@ wq_exact::Limits limitsOfGroup(const std::string& file, double id)
     return wq_exact::of(anova).meanLimits(*anova.getGroup(id));
 }
 
+wq_exact::Limits limitsOfLineThroughGroups(const std::string& file, const std::string& kind, double x)
+{
+    wq_lib::LinearRegressionMultiY series;
+    series.readSeriesFile(file);
+    series.createSeries();
+    series.analyse();
+    const wq_exact::MultiYResult exact = wq_exact::of(series);
+    return kind == "prediction" ? exact.predictionLimits(x, 3) : exact.lineLimits(x);
+}
+
 // The path is exact/KIND/X/lower or upper.
 double exactFigure(const Words& arguments, const std::vector<std::string>& path)
 {
@@ -60,10 +70,12 @@ double exactFigure(const Words& arguments, const std::vector<std::string>& path)
     static const std::map<std::string, Limits> models = {{"linear", limitsOfLine<wq_lib::LinearRegression>},
                                                          {"logarithmic", limitsOfLine<wq_lib::LogarithmicRegression>},
                                                          {"exponential", limitsOfLine<wq_lib::ExponentialRegression>},
-                                                         {"power", limitsOfLine<wq_lib::PowerRegression>}};
+                                                         {"power", limitsOfLine<wq_lib::PowerRegression>},
+                                                         {"multiy", limitsOfLineThroughGroups}};
     const std::string& file = arguments.back();
+    const std::string& model = arguments.at(arguments.front() == "regress" ? 2 : 0);
     const double x = numberIn(path.at(2));
-    const wq_exact::Limits limits = path.at(1) == "group" ? limitsOfGroup(file, x) : models.at(arguments.at(2))(file, path.at(1), x);
+    const wq_exact::Limits limits = path.at(1) == "group" ? limitsOfGroup(file, x) : models.at(model)(file, path.at(1), x);
     return path.at(3) == "lower" ? limits.lower : limits.upper;
 }
 
