@@ -120,13 +120,13 @@ struct StoredFrequencies : wq_lib::KolmogorovSmirnov2 {
 std::optional<std::vector<std::size_t>> classSizes(const wq_lib::KolmogorovSmirnov2& test)
 {
     const auto all = static_cast<double>(test.getN1() + test.getN2());
-    const auto isCount = [all](double count) { return count >= 0.0 && count <= all && count == std::floor(count); };
+    const auto isWhole = [all](double count) { return count >= 0.0 && count <= all && count == std::floor(count); };
     std::vector<std::size_t> sizes;
     std::pair<double, double> last = {0.0, 0.0};
     for (const auto& [c1, c2] : StoredFrequencies::of(test)) {
         const double first = c1 - last.first;
         const double second = c2 - last.second;
-        if (!isCount(first) || !isCount(second)) return {};
+        if (!isWhole(first) || !isWhole(second)) return {};
         if (first + second > 0.0) sizes.push_back(static_cast<std::size_t>(first + second));
         last = {c1, c2};
     }
