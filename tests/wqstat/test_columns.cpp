@@ -173,6 +173,23 @@ TEST(Columns, doubtsACommaAndSuggestsNothingWithIt)
     EXPECT_EQ(runSuggested(sure), 2U);
 }
 
+TEST(Columns, suggestsNothingOfAColumnWhoseTitleIsANumber)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("plain.csv", "ctrl;4,17;7\nctrl;5,58;8\nctrl;5,2;9\ntrt;5;1\ntrt;6,5;3\ntrt;7;4\n");
+    const Json document = columnsOf({file});
+    EXPECT_THAT(textsOf(document["commands"]), testing::Each(Not(HasSubstr("--value"))));
+    EXPECT_THAT(textsOf(document["columns"][1]["notes"]),
+                ElementsAre("the title is a number: --no-header takes the first line for data, --header for titles"));
+    EXPECT_THAT(textsOf(document["columns"][0]["notes"]), IsEmpty());
+    for (const char* const option : {"--no-header", "--header"}) {
+        const Json sure = columnsOf({option, file});
+        EXPECT_THAT(textsOf(sure["commands"]), Contains(HasSubstr("--value"))) << option;
+        EXPECT_THAT(textsOf(sure["columns"][1]["notes"]), IsEmpty()) << option;
+        EXPECT_GT(runSuggested(textsOf(sure["commands"])), 2U) << option;
+    }
+}
+
 // The library's own format, which begins with a comment: it has no titles, and needs none.
 TEST(Columns, knowsAFileThatIsReadWithoutThem)
 {

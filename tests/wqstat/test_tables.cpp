@@ -51,6 +51,11 @@ const SameReport sameReports[] = {
     {__LINE__, {"pairs"}, "1.5;2.5\n3.5;4.5\n", {"pairs", "--no-header", "--x", "1", "--y", "2"}, "1,5\t2,5\n3,5\t4,5\n", ""},
     {__LINE__, {"pairs"}, "1;2\n3;4\n", {"pairs", "--no-header", "--x", "1", "--y", "2"}, "1 , 2\n3 , 4\n", ""},
     {__LINE__, {"pairs"}, "1.5;2\n3.5;4\n", {"pairs", "--decimal-comma", "--x", "x", "--y", "y"}, "x,y\n\"1,5\",2\n\"3,5\",4\n", ""},
+    // titles that are numbers, by name or declared; a number in place of a title that no used column has
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "2020"}, "site,2019,2020\na,5,1\nb,5,2\nc,5,4\n", ""},
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--header", "--column", "3"}, "site,2019,2020\na,5,1\nb,5,2\nc,5,4\n", ""},
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "2"}, "2019,w\n5,1\n5,2\n5,4\n", ""},
+    {__LINE__, {"describe"}, "4\n1\n2\n", {"describe", "--no-header", "--column", "2"}, "a,4\nb,1\nc,2\n", ""},
     // a decimal comma in another column
     {__LINE__, {"describe"}, "1.234\n2.345\n3.146\n", {"describe", "--column", "x"}, "x;y\n1,234;2,5\n2,345;3,5\n3,146;4\n", ""},
     // numbers with points beside texts, and beside numbers with the other mark
@@ -229,7 +234,19 @@ const BadTable badTables[] = {
     {__LINE__,
      {"describe", "--column", "1"},
      "1,2\n3,4\n",
-     ":1: the first line holds numbers only: --no-header takes it for data, --header for the names of the columns"},
+     ":1: the first line holds numbers only: --no-header takes the line for data, --header for the names of the columns"},
+    {__LINE__,
+     {"describe", "--column", "2"},
+     "ctrl,4.17\nctrl,5.58\ntrt,5\ntrt,6\n",
+     ":1: the title of column 2 is the number '4.17': --no-header takes the line for data, --header for the names of the columns"},
+    {__LINE__,
+     {"anova", "--group", "1", "--value", "2"},
+     "\nctrl;4,17\nctrl;5,58\ntrt;5\ntrt;6\n",
+     ":2: the title of column 2 is the number '4,17': --no-header takes the line for data, --header for the names of the columns"},
+    {__LINE__,
+     {"frequency", "--column", "w", "--count", "3"},
+     "a,w,3.5\nb,1,2\nb,2,2\n",
+     ":1: the title of column 3 is the number '3.5': --no-header takes the line for data, --header for the names of the columns"},
     // quotes
     {__LINE__,
      {"describe", "--column", "1"},

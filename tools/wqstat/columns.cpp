@@ -35,7 +35,8 @@ namespace {
 TableProfile profileOf(Table& table)
 {
     TableProfile profile;
-    for (const std::string& title : table.titles()) profile.columns.emplace_back(title, table.givenNumbers());
+    for (std::size_t i = 0; i < table.titles().size(); ++i)
+        profile.columns.emplace_back(table.titles()[i], table.givenNumbers(), table.titleMayBeData(i));
     table.readCells([&](const std::vector<std::string_view>& cells) {
         ++profile.rows;
         const std::size_t line = table.line();

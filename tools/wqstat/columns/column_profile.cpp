@@ -26,7 +26,12 @@ const char* nameOf(CellKind kind)
     return names[static_cast<std::size_t>(kind)];
 }
 
-ColumnProfile::ColumnProfile(std::string title, CellNumbers asRead) : columnTitle(std::move(title)), reading(std::move(asRead)) {}
+ColumnProfile::ColumnProfile(std::string title, CellNumbers asRead, bool titleMayBeData)
+    : columnTitle(std::move(title)),
+      reading(std::move(asRead)),
+      isTitleDoubtful(titleMayBeData)
+{
+}
 
 void ColumnProfile::add(std::string_view cell, std::size_t line)
 {

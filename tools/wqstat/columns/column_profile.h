@@ -29,13 +29,14 @@ struct OddCell {
 /** Takes the cells of a column, one after the other. */
 class ColumnProfile {
 public:
-    /** @param title by which it is shown. @param reading how its numbers are written. */
-    ColumnProfile(std::string title, CellNumbers reading);
+    /** @param title by which it is shown. @param reading how its numbers are written. @param titleMayBeData so that it is no good name. */
+    ColumnProfile(std::string title, CellNumbers reading, bool titleMayBeData = false);
 
     void addMissing() { ++missingCells; }
     void add(std::string_view cell, std::size_t line);
 
     const std::string& title() const { return columnTitle; }
+    bool titleMayBeData() const { return isTitleDoubtful; }
     CellKind kind() const;
     std::uint64_t rows() const { return missingCells + values(); }
     std::uint64_t missing() const { return missingCells; }
@@ -68,6 +69,7 @@ private:
 
     std::string columnTitle;
     CellNumbers reading;
+    bool isTitleDoubtful;
     std::uint64_t missingCells = 0;
     NumberSummary numbers;
     NumberSummary dates;

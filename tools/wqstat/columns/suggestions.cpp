@@ -25,12 +25,16 @@ struct Choice {
 
 using Choices = std::vector<Choice>;
 
-/** Its title, or its number where the title is no good, or long; nothing where another column has that number for a title. */
+/**
+ * Its title, or its number where the title is no good, or long; nothing where another column has that number for a title, and where what
+ * stands for its title may be data.
+ */
 std::optional<std::string> nameOf(const TableProfile& table, std::size_t index, bool hasTitles)
 {
     const auto isCalled = [&](const std::string& name) {
         return std::count_if(table.columns.begin(), table.columns.end(), [&](const ColumnProfile& each) { return each.title() == name; });
     };
+    if (table.columns[index].titleMayBeData()) return std::nullopt;
     const std::string& title = table.columns[index].title();
     if (hasTitles && title.size() <= longestTitle && isCalled(title) == 1 && visible(title) == title) return title;
     const std::string number = std::to_string(index + 1);

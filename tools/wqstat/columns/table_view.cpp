@@ -33,6 +33,7 @@ std::string errorText(const NumberSummary& numbers)
 std::vector<std::string> notesOf(const ColumnProfile& column)
 {
     std::vector<std::string> notes;
+    if (column.titleMayBeData()) notes.push_back("the title is a number: --no-header takes the first line for data, --header for titles");
     if (!column.doubt().empty()) notes.push_back(column.doubt());
     if (column.labelCounts().isCut()) notes.push_back("labels are counted of the first " + digits(mostDistinct) + " different ones alone");
     return notes;

@@ -22,6 +22,8 @@ std::string nameFor(const std::string& fileName)
     return fileName.empty() ? "''" : shown(fileName);
 }
 
+constexpr const char* headerOptions = ": --no-header takes the line for data, --header for the names of the columns";
+
 bool isWhole(std::string_view cell)
 {
     if (!cell.empty() && cell[0] == '-') cell.remove_prefix(1);
@@ -63,11 +65,21 @@ void Table::readHeader()
     if (!records->next()) fail(0, "no data");
     const std::vector<std::string_view>& cells = records->fields();
     if (format.header == TableFormat::Header::found && holdsNumbersOnly(cells))
-        fail(records->line(), "the first line holds numbers only: --no-header takes it for data, --header for the names of the columns");
+        fail(records->line(), std::string("the first line holds numbers only") + headerOptions);
     hasHeader = format.header != TableFormat::Header::absent;
     firstIsData = !hasHeader;
-    for (std::size_t i = 0; i < cells.size(); ++i)
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        numericTitles.push_back(format.header == TableFormat::Header::found && holdsNumbersOnly({cells[i]}));
         columnTitles.push_back(hasHeader && !cells[i].empty() ? std::string(cells[i]) : "column " + std::to_string(i + 1));
+    }
+}
+
+/** A column of numbers that was named by its number may have lost its first one to the titles. */
+void Table::requireTitle(const Column& column, std::size_t index) const
+{
+    const std::string& title = columnTitles[index];
+    if (column.kind == ColumnKind::label || !titleMayBeData(index) || column.name == title) return;
+    fail(records->line(), "the title of column " + std::to_string(index + 1) + " is the number " + inQuotes(title) + headerOptions);
 }
 
 bool Table::holdsNumbersOnly(const std::vector<std::string_view>& cells) const
@@ -101,7 +113,10 @@ std::size_t Table::indexOf(const std::string& column) const
 
 void Table::read(const std::vector<Column>& columns, const RowHandler& handle)
 {
-    for (const Column& column : columns) uses.push_back({indexOf(column.name), column.kind, column.mayMiss, {}, {}});
+    for (const Column& column : columns) {
+        uses.push_back({indexOf(column.name), column.kind, column.mayMiss, {}, {}});
+        requireTitle(column, uses.back().index);
+    }
     counts.missing.resize(uses.size());
     std::vector<double> row(uses.size());
     while (firstIsData || records->next()) {

@@ -90,6 +90,9 @@ public:
 
     bool hasTitles() const { return hasHeader; }
 
+    /** Whether the title of a column, by its index, is a number and nobody said that the first line holds titles: it may be the first value. */
+    bool titleMayBeData(std::size_t column) const { return numericTitles[column]; }
+
     /** What reads the file without columns, where it is one in the library's own format; empty where that is a table, or was said to be. */
     const std::vector<CommandWithoutColumns>& commandsWithoutColumns() const { return ownCommands; }
 
@@ -115,6 +118,7 @@ private:
 
     void readHeader();
     bool holdsNumbersOnly(const std::vector<std::string_view>& cells) const;
+    void requireTitle(const Column& column, std::size_t index) const;
     std::size_t indexOf(const std::string& column) const;
     bool take(std::vector<double>& row);
     double numberIn(const Use& use, std::string_view cell);
@@ -134,7 +138,8 @@ private:
     std::unique_ptr<CsvRecords> records;
     std::array<bool, 256> beginsMissing{};  // by the first character of a cell: whether it may be missing
     std::vector<std::string> columnTitles;
-    bool firstIsData = false;  // without a header, the record that was read first
+    std::vector<bool> numericTitles;  // where the header was found
+    bool firstIsData = false;         // without a header, the record that was read first
     bool hasHeader = false;
     std::vector<CommandWithoutColumns> ownCommands;
     std::vector<Use> uses;
