@@ -56,6 +56,15 @@ const SameReport sameReports[] = {
     {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--header", "--column", "3"}, "site,2019,2020\na,5,1\nb,5,2\nc,5,4\n", ""},
     {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "2"}, "2019,w\n5,1\n5,2\n5,4\n", ""},
     {__LINE__, {"describe"}, "4\n1\n2\n", {"describe", "--no-header", "--column", "2"}, "a,4\nb,1\nc,2\n", ""},
+    // comments before the header
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "x"}, "# made up\nx y\n1 2\n2 3\n4 4\n", ""},
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "x"}, "# made up\nx y z\n1 2 3\n2 3 3\n4 4 3\n", ""},  // three words
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "w"}, "# made up\nw\n1\n2\n4\n", ""},
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "x"}, "# \"a\", b\r\n\r\n#\r\nx,y\r\n1,2\r\n2,3\r\n4,4\r\n", ""},
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "2", "--no-header"}, "# made up\na,1\nb,2\nc,4\n", ""},
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "#x"}, "#x,y\n1,2\n2,3\n4,4\n", ""},
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "2"}, "# of plants\n#x,y\n1,1\n2,2\n4,4\n", ""},
+    {__LINE__, {"frequency"}, "1\n2\n", {"frequency", "--column", "2", "--no-header"}, "#1,1\n#2,2\n", ""},
     // a decimal comma in another column
     {__LINE__, {"describe"}, "1.234\n2.345\n3.146\n", {"describe", "--column", "x"}, "x;y\n1,234;2,5\n2,345;3,5\n3,146;4\n", ""},
     // numbers with points beside texts, and beside numbers with the other mark
@@ -226,6 +235,15 @@ const BadTable badTables[] = {
     // rows
     {__LINE__, {"describe", "--column", "w"}, "w\n1,5\n2,5\n", ":2: 2 fields, where the header has 1: with --decimal-comma '1,5' is one"},
     {__LINE__, {"describe", "--column", "w"}, "w\n1,a\n", ":2: 2 fields, where the header has 1"},
+    {__LINE__,
+     {"describe", "--column", "w"},
+     "# made up\n\nw;x\n1,5;2.5\n2.5;3\n",
+     ":5: w: '2.5' has a decimal point, but '1,5' on line 4 a comma"},
+    {__LINE__,
+     {"describe", "--column", "w"},
+     "# made up\n\nw;x\n2.500;1\n2;3,5\n",
+     ":4: w: '2.500' has a decimal point, but '3,5' on line 5 a comma"},
+    {__LINE__, {"describe", "--column", "w"}, "# made up\n", ": there is no column 'w': the columns are # made up"},
     {__LINE__, {"describe", "--column", "w", "--separator", "tab"}, "w\n1\t5\n", ":2: 2 fields, where the header has 1"},
     {__LINE__, {"describe", "--column", "a", "--decimal-comma"}, "a,b\n1,5\n2,5\n", ": there is no column 'a': the columns are a,b"},
     {__LINE__, {"describe", "--column", "w"}, "w,x\n1,2\n3\n", ":3: 1 field, where the header has 2"},
@@ -426,6 +444,11 @@ TEST(Tables, verboseTellsHowTheFileWasRead)
          "a\tb\n1.5\t2\n2\t3\n3\t4\n",
          {},
          "byte order mark, separator tab, decimal point, columns a, b"},
+        {__LINE__, "# made up\na b\n1 2\n2 3\n3 4\n", {}, "1 line of comments left out, separator blanks, decimal point, columns a, b"},
+        {__LINE__,
+         "# made\n\n# up\na,b\n1,2\n2,3\n3,4\n",
+         {},
+         "2 lines of comments left out, separator comma, decimal point, columns a, b"},
         {__LINE__, "1 2\n2 3\n3 4\n", {"--no-header"}, "separator blanks, decimal point, 2 columns without a header"},
         {__LINE__, "1!2\n2!3\n3!4\n", {"--no-header", "--separator", "!"}, "separator '!', decimal point, 2 columns without a header"},
         {__LINE__, "1990|1991\n2|3\n3|4\n4|4\n", {"--header"}, "separator bar, decimal point, columns 1990, 1991"},

@@ -40,7 +40,14 @@ public:
     CsvRecords& operator=(const CsvRecords&) = delete;
 
     /** What the text begins with: its first 64 KiB, or all of it. To be called before next(). */
-    std::string_view begin() const { return {block.data(), filled}; }
+    std::string_view begin() const { return {block.data() + position, filled - position}; }
+
+    /** Leaves out what the text begins with, which has so many bytes and lines. To be called before setSeparator(). */
+    void leaveOut(std::size_t length, std::size_t lines)
+    {
+        position += length;
+        lineNumber += lines;
+    }
 
     /** To be called before next(); a comma unless set. */
     void setSeparator(char separator);

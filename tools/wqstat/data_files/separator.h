@@ -1,8 +1,6 @@
-// Which character separates the columns of a table, and which mark its numbers have.
+// Which character separates the columns of a table.
 #pragma once
 
-#include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,19 +16,6 @@ struct TableFormat;
  * @param begin of the text; its last line does not count unless it has an end, or the text has no other.
  */
 char separatorOf(std::string_view begin, const TableFormat& format);
-
-/** A cell of a table. */
-struct FoundCell {
-    std::size_t line;
-    std::string text;
-};
-
-/**
- * A number that shows that the table has decimal commas, whichever columns are used: one in a column of numbers alone, whose comma can
- * separate no thousands. None where a column of numbers shows a decimal point in the same way.
- * @param begin as above. @param format has a separator.
- */
-std::optional<FoundCell> decimalCommaIn(std::string_view begin, const TableFormat& format);
 
 /** In words: "comma", "blanks". */
 std::string nameOf(char separator);

@@ -3,6 +3,7 @@
 #include "command_line/arguments.h"
 #include "command_line/failure.h"
 #include "separator.h"
+#include "table_begin.h"
 
 #include <unistd.h>
 
@@ -49,12 +50,15 @@ Table::Table(const std::string& fileName, const TableFormat& wanted, const Bytes
     wrappings = std::move(text.wrappings);
     records = std::make_unique<CsvRecords>(std::move(text.bytes), shownName);
     if (format.header == TableFormat::Header::found) ownCommands = commandsForOwnFormat(records->begin());
+    const LeadingComments comments = leadingComments(records->begin(), format);
+    records->leaveOut(comments.bytes, comments.lines);
+    commentLines = comments.count;
     if (!format.separator) format.separator = separatorOf(records->begin(), format);
     records->setSeparator(*format.separator);
     if (format.decimalComma)
         numbers.expectComma();
     else if (const std::optional<FoundCell> cell = decimalCommaIn(records->begin(), format))
-        numbers.expectComma(cell->line, cell->text);
+        numbers.expectComma(comments.lines + cell->line, cell->text);
     for (const std::string& missing : format.missing)
         if (!missing.empty()) beginsMissing[static_cast<unsigned char>(missing[0])] = true;
     readHeader();
@@ -196,6 +200,7 @@ std::string Table::description(bool withDecimalComma) const
 {
     std::string text = shownName + ": ";
     for (const std::string& wrapping : wrappings) text += wrapping + ", ";
+    if (commentLines > 0) text += counted(commentLines, "line") + " of comments left out, ";
     text += "separator " + nameOf(*format.separator) + ", decimal " + (withDecimalComma ? "comma" : "point") + ", ";
     return text + (hasHeader ? "columns " + listed(columnTitles) : counted(columnTitles.size(), "column") + " without a header");
 }

@@ -135,6 +135,7 @@ private:
     std::optional<FileIdentity> file;
     TableFormat format;
     std::vector<std::string> wrappings;
+    std::size_t commentLines = 0;  // before the header
     std::unique_ptr<CsvRecords> records;
     std::array<bool, 256> beginsMissing{};  // by the first character of a cell: whether it may be missing
     std::vector<std::string> columnTitles;
