@@ -126,19 +126,25 @@ struct PlainLine {
 
 class Checker {
 public:
-    Checker(const std::string& fileName, Layout fileLayout, Surprise what) : name(fileName), layout(fileLayout), surprise(what) {}
+    Checker(const std::string& fileName, Layout fileLayout, Surprise what, std::string_view fileBegin)
+        : name(fileName),
+          layout(fileLayout),
+          surprise(what),
+          begin(fileBegin)
+    {
+    }
 
     /** Looks at one line that is not empty. @return false when reading ends here. */
     bool see(const DataLines& lines)
     {
         number = lines.number();
         const std::string_view line = lines.text();
-        if (lines.isCut() && !cutLine(lines.unread())) return false;
+        if (lines.isCut() && !cutLine(lines.unread())) return stopAtFirst();
         if (markerLine != 0) return lines.isComment() || !beginsWithNumber(line) || behindMarker();
         const bool goesOn = !marked(line) ? false : lines.isComment() ? comment(line) : data(line);
-        if (!goesOn && !dataSeen) result.tableStart = std::string(line) + '\n' + std::string(lines.unread());
+        if (!goesOn) return stopAtFirst();
         dataSeen = dataSeen || !lines.isComment();
-        return goesOn;
+        return true;
     }
 
     /** Looks at what was taken off the front of the text, as far as something can be wrong with it. @return false when reading ends here. */
@@ -176,6 +182,12 @@ private:
         std::size_t count = 0;
         std::size_t first = 0;
     };
+
+    bool stopAtFirst()
+    {
+        if (!dataSeen) result.tableStart = begin;
+        return false;
+    }
 
     // ---- one line each; false when reading ends with it
 
@@ -357,6 +369,7 @@ private:
     std::string name;
     Layout layout;
     Surprise surprise;
+    std::string begin;
     LineCheck result;
     std::array<Seen, kinds> seen{};
     std::size_t number = 0;
@@ -397,7 +410,7 @@ LineCheck wrapped(const std::string& wrapping)
 LineCheck checkLines(std::istream& source, const std::string& name, Layout layout, Surprise surprise, std::FILE* copy)
 {
     DataLines lines(source, EndMarker::isData);
-    Checker checker(name, layout, surprise);
+    Checker checker(name, layout, surprise, lines.unread());
     if (const std::string wrapping = wrappingOf(lines.unread()); !wrapping.empty()) return wrapped(wrapping);
     std::uint64_t reported = 0;
     PlainLine plain;

@@ -29,7 +29,7 @@ enum class Surprise {
 struct LineCheck {
     std::size_t stopLine = 0;  ///< here something is wrong, and nothing behind it has been looked at
     std::string stopReason;
-    std::string tableStart;          ///< where the first line with data stops the check: this line and what was read behind it
+    std::string tableStart;          ///< where the first line with data stops the check: what the file begins with
     std::size_t cutLine = 0;         ///< too long, so that reading ends with it
     bool lacksCounts = false;        ///< a series whose lines name no repeat count
     std::vector<Sentence> warnings;  ///< "FILE:LINE: warning: what"

@@ -1,61 +1,82 @@
 #include "table_hint.h"
 
 #include "command_line/arguments.h"
-#include "command_line/failure.h"
-#include "csv_records.h"
 #include "separator.h"
-#include "text_source.h"
+#include "table_begin.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 #include <vector>
 
 namespace wqstat {
 
 namespace {
 
-/** Title and first cell of a column. */
+/** What is known of a column. */
 struct Shown {
     std::string title;
-    bool isNumber;
+    bool holdsNumber;
+    bool holdsText;
+
+    bool isNumber() const { return holdsNumber && !holdsText; }
 };
 
-bool isNumber(std::string_view cell)
+/** Of titles numbers are years alone. */
+bool isYear(std::string_view title)
 {
-    double ignored = 0.0;
-    return CellNumbers().convert(cell, 1, ignored);
+    return title.size() == 4 && (title[0] == '1' || title[0] == '2') && title.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+bool areTitles(const std::vector<std::string_view>& cells, const TableFormat& format)
+{
+    const auto isText = [&](std::string_view cell) { return lookAt(cell, format) != CellLook::number; };
+    return cells.size() >= 2 && std::any_of(cells.begin(), cells.end(), isText) &&
+           std::all_of(cells.begin(), cells.end(), [&](std::string_view cell) { return isText(cell) || isYear(cell); });
+}
+
+/** Texts alone are a table too, unless it is the blanks of a sentence that separate them. */
+bool isTable(const std::vector<Shown>& columns, std::size_t rows, char separator)
+{
+    const bool holdsNumber = std::any_of(columns.begin(), columns.end(), [](const Shown& column) { return column.isNumber(); });
+    return rows > 0 && (holdsNumber || separator != blanks);
 }
 
 /** The columns of a table; none where the text is no table with a header. */
 std::vector<Shown> columnsOf(std::string_view begin)
 {
+    constexpr std::size_t mostRecords = 100;
+    TableFormat format;
+    begin.remove_prefix(leadingComments(begin, format).bytes);
+    format.separator = separatorOf(begin, format);
     std::vector<Shown> columns;
-    try {
-        CsvRecords records(std::make_unique<TextInMemory>(begin), "");
-        records.setSeparator(separatorOf(begin, {}));
-        if (!records.next()) return {};
-        for (const std::string_view title : records.fields()) {
-            if (isNumber(title)) return {};
-            columns.push_back({std::string(title), false});
+    std::size_t rows = 0;
+    bool isEven = true;  // as far as the rows go
+    readRecords(wholeLines(begin), *format.separator, mostRecords, [&](const std::vector<std::string_view>& cells, std::size_t) {
+        if (rows == 0 && columns.empty()) {
+            for (const std::string_view title : cells)
+                if (areTitles(cells, format)) columns.push_back({std::string(title), false, false});
+            isEven = !columns.empty();
+            return;
         }
-        if (columns.size() < 2 || !records.next() || records.count() != columns.size()) return {};
-        for (std::size_t i = 0; i < columns.size(); ++i) columns[i].isNumber = isNumber(records.field(i));
-    } catch (const CannotAnalyse&) {
-        return {};
-    }
-    const bool holdsNumber = std::any_of(columns.begin(), columns.end(), [](const Shown& column) { return column.isNumber; });
-    return holdsNumber ? columns : std::vector<Shown>();
+        isEven = isEven && cells.size() == columns.size();
+        for (std::size_t i = 0; i < cells.size() && isEven; ++i) {
+            columns[i].holdsNumber = columns[i].holdsNumber || lookAt(cells[i], format) == CellLook::number;
+            columns[i].holdsText = columns[i].holdsText || lookAt(cells[i], format) == CellLook::text;
+        }
+        if (isEven) ++rows;
+    });
+    return isTable(columns, rows, *format.separator) ? columns : std::vector<Shown>();
 }
 
-/** A title as it is typed in a shell; its number where that is hard to type. */
+/** A title as it is typed in a shell; its number where that is hard to type or to read. */
 std::string typed(const std::string& title, std::size_t index)
 {
     const auto isPlain = [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '.';
     };
-    if (!title.empty() && std::all_of(title.begin(), title.end(), isPlain)) return title;
-    const bool canBeQuoted = !title.empty() && shown(title) == title && title.find_first_of("'\\") == std::string::npos && title[0] != '-';
+    if (title.empty() || shown(title) != title) return std::to_string(index + 1);
+    if (std::all_of(title.begin(), title.end(), isPlain)) return title;
+    const bool canBeQuoted = title.find_first_of("'\\") == std::string::npos && title[0] != '-';
     return canBeQuoted ? "'" + title + "'" : std::to_string(index + 1);
 }
 
@@ -65,7 +86,7 @@ std::string example(const std::vector<Shown>& columns, const std::vector<const C
     std::vector<std::size_t> numbers;
     std::size_t label = 0;
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (columns[i].isNumber)
+        if (columns[i].isNumber())
             numbers.push_back(i);
         else
             label = i;
