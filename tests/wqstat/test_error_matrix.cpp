@@ -337,6 +337,7 @@ const Misread misreads[] = {
      {"anova"},
      "seed;colour\nround;yellow\nround;green\nwrinkled;yellow\n",
      " is a table with the columns seed, colour: name what to use, such as --group colour --value NAME"},
+    {__LINE__, {"fit"}, "o,e\n12,10\n8,10\n", " is a table with the columns o, e: name what to use, such as --observed o --expected e"},
     {__LINE__, {"describe"}, "no number\nand none\n", ":1: a number is expected, not 'no number'"},  // sentences
     {__LINE__, {"pairs"}, "ctrl;4.17\ntrt;4.81\n", ":1: x is no number: 'ctrl'"},                    // pairs without titles
     {__LINE__, {"ks"}, "class\ta\nx\t1\n", " is a table with the columns class, a: name what to use, such as --count1 a --count2 NAME"},

@@ -64,7 +64,7 @@ const SameReport sameReports[] = {
     {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "2", "--no-header"}, "# made up\na,1\nb,2\nc,4\n", ""},
     {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "#x"}, "#x,y\n1,2\n2,3\n4,4\n", ""},
     {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "2"}, "# of plants\n#x,y\n1,1\n2,2\n4,4\n", ""},
-    {__LINE__, {"frequency"}, "1\n2\n", {"frequency", "--column", "2", "--no-header"}, "#1,1\n#2,2\n", ""},
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "2", "--no-header"}, "#1,1\n#2,2\n#3,4\n", ""},
     // a decimal comma in another column
     {__LINE__, {"describe"}, "1.234\n2.345\n3.146\n", {"describe", "--column", "x"}, "x;y\n1,234;2,5\n2,345;3,5\n3,146;4\n", ""},
     // numbers with points beside texts, and beside numbers with the other mark
@@ -243,7 +243,11 @@ const BadTable badTables[] = {
      {"describe", "--column", "w"},
      "# made up\n\nw;x\n2.500;1\n2;3,5\n",
      ":4: w: '2.500' has a decimal point, but '3,5' on line 5 a comma"},
-    {__LINE__, {"describe", "--column", "w"}, "# made up\n", ": there is no column 'w': the columns are # made up"},
+    {__LINE__,
+     {"describe", "--column", "2"},
+     "# made up\n1;2\n2;3\n3;4\n",
+     ":2: the first line holds numbers only: --no-header takes the line for data, --header for the names of the columns"},
+    {__LINE__, {"describe", "--column", "w"}, "# made up\n", ": there is no column 'w': the columns are #, made, up"},
     {__LINE__, {"describe", "--column", "w", "--separator", "tab"}, "w\n1\t5\n", ":2: 2 fields, where the header has 1"},
     {__LINE__, {"describe", "--column", "a", "--decimal-comma"}, "a,b\n1,5\n2,5\n", ": there is no column 'a': the columns are a,b"},
     {__LINE__, {"describe", "--column", "w"}, "w,x\n1,2\n3\n", ":3: 1 field, where the header has 2"},

@@ -68,14 +68,21 @@ void Table::readHeader()
 {
     if (!records->next()) fail(0, "no data");
     const std::vector<std::string_view>& cells = records->fields();
-    if (format.header == TableFormat::Header::found && holdsNumbersOnly(cells))
-        fail(records->line(), std::string("the first line holds numbers only") + headerOptions);
+    if (format.header == TableFormat::Header::found && holdsNumbersOnly(cells)) {
+        lacksHeader = true;
+        if (ownCommands.empty()) requireHeader();
+    }
     hasHeader = format.header != TableFormat::Header::absent;
     firstIsData = !hasHeader;
     for (std::size_t i = 0; i < cells.size(); ++i) {
         numericTitles.push_back(format.header == TableFormat::Header::found && holdsNumbersOnly({cells[i]}));
         columnTitles.push_back(hasHeader && !cells[i].empty() ? std::string(cells[i]) : "column " + std::to_string(i + 1));
     }
+}
+
+void Table::requireHeader() const
+{
+    if (lacksHeader) fail(records->line(), std::string("the first line holds numbers only") + headerOptions);
 }
 
 /** A column of numbers that was named by its number may have lost its first one to the titles. */
@@ -117,6 +124,7 @@ std::size_t Table::indexOf(const std::string& column) const
 
 void Table::read(const std::vector<Column>& columns, const RowHandler& handle)
 {
+    requireHeader();
     for (const Column& column : columns) {
         uses.push_back({indexOf(column.name), column.kind, column.mayMiss, {}, {}});
         requireTitle(column, uses.back().index);

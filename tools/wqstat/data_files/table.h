@@ -118,6 +118,7 @@ private:
 
     void readHeader();
     bool holdsNumbersOnly(const std::vector<std::string_view>& cells) const;
+    void requireHeader() const;
     void requireTitle(const Column& column, std::size_t index) const;
     std::size_t indexOf(const std::string& column) const;
     bool take(std::vector<double>& row);
@@ -142,6 +143,7 @@ private:
     std::vector<bool> numericTitles;  // where the header was found
     bool firstIsData = false;         // without a header, the record that was read first
     bool hasHeader = false;
+    bool lacksHeader = false;  // there are numbers in its place, which is right in the library's own format
     std::vector<CommandWithoutColumns> ownCommands;
     std::vector<Use> uses;
     CellNumbers numbers;

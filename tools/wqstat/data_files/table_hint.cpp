@@ -22,8 +22,11 @@ struct Shown {
 };
 
 /** Of titles numbers are years alone. */
-bool isYear(std::string_view title)
+bool isTitle(std::string_view title, const TableFormat& format)
 {
+    const bool looksLikeOne =
+        title.find_first_of("0123456789+-.") == 0 && title.find_first_not_of("0123456789+-.,eE") == std::string_view::npos;
+    if (lookAt(title, format) != CellLook::number && !looksLikeOne) return true;
     return title.size() == 4 && (title[0] == '1' || title[0] == '2') && title.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
@@ -31,14 +34,22 @@ bool areTitles(const std::vector<std::string_view>& cells, const TableFormat& fo
 {
     const auto isText = [&](std::string_view cell) { return lookAt(cell, format) != CellLook::number; };
     return cells.size() >= 2 && std::any_of(cells.begin(), cells.end(), isText) &&
-           std::all_of(cells.begin(), cells.end(), [&](std::string_view cell) { return isText(cell) || isYear(cell); });
+           std::all_of(cells.begin(), cells.end(), [&](std::string_view cell) { return isTitle(cell, format); });
 }
 
-/** Texts alone are a table too, unless it is the blanks of a sentence that separate them. */
+bool isWord(const std::string& title)
+{
+    const unsigned char first = title.empty() ? '\0' : static_cast<unsigned char>(title[0]);
+    return (first >= 'A' && first <= 'Z') || (first >= 'a' && first <= 'z') || first >= 0x80 || first == '#';
+}
+
+/** Texts alone are a table too, below words, unless it is the blanks of a sentence that separate them. */
 bool isTable(const std::vector<Shown>& columns, std::size_t rows, char separator)
 {
+    if (rows == 0) return false;
     const bool holdsNumber = std::any_of(columns.begin(), columns.end(), [](const Shown& column) { return column.isNumber(); });
-    return rows > 0 && (holdsNumber || separator != blanks);
+    return holdsNumber ||
+           (separator != blanks && std::all_of(columns.begin(), columns.end(), [](const Shown& column) { return isWord(column.title); }));
 }
 
 /** The columns of a table; none where the text is no table with a header. */
