@@ -707,6 +707,29 @@ TEST(Page, saysHowMuchWasReadOfWhat)
     }
 }
 
+// Whoever asks what was left out, and why, looks where the page says what was read.
+TEST(Page, tellsInItsDataWhatTheAnalysisLeftOut)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const std::string pairs = folder.write("p.txt", "1;2\n2;3\n0;4\n5;4.7\n7;-1\n");
+    const struct {
+        Words arguments;
+        std::string note;
+    } rows[] = {
+        {{"regress", "--model", "power", pairs}, pairs + ": warning: 2 pairs have no logarithm (0 or less) and are left out"},
+        {{"frequency", cavendish}, cavendish + ": warning: 1 value is in no class: the table counts 28 of 29 and leaves the largest out"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(joined(row.arguments));
+        ASSERT_EQ(run(withPage(row.arguments, file)).status, done);
+        EXPECT_THAT(pageIn(file).texts, Contains(StartsWith(row.note)));
+        const std::string html = contentOf(file);
+        const std::string section = html.substr(html.find("<section class=\"data\">"));
+        EXPECT_THAT(section.substr(0, section.find("</section>")), HasSubstr(row.note.substr(row.note.find(": warning"))));
+    }
+}
+
 TEST(Page, staysSmallForLongTitles)
 {
     const TempFolder folder;

@@ -217,7 +217,10 @@ private:
         page.statement = statementOf(analysis, variableNames(wordsOfPicture));
         const auto exact = exactOf(analysis);
         page.textbook = textbook(exact);
-        page.textbook->setWarnings(warningsOf(exact, analysis).others);
+        const Warnings warnings = warningsOf(exact, analysis);
+        page.textbook->setWarnings(warnings.others);
+        for (const std::string& warning : warnings.leavingOut)
+            page.warnings.push_back(Sentence::name(inputs.back()->name()) + ": warning: " + warning);
         page.rows = rowsOf(analysis, words);
         page.report = reportOf(analysis);
         return page;

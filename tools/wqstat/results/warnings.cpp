@@ -66,8 +66,8 @@ Warnings warningsOf(const wq_exact::FrequencyResult& exact, const wq_lib::Freque
 {
     Warnings warnings;
     if (exact.leftOut() > 0)
-        warnings.add(counted(exact.leftOut(), "value is", "values are") + " in no class: the table counts " + digits(exact.counted) +
-                     " of " + digits(exact.n) + " and leaves the largest out");
+        warnings.addLeavingOut(counted(exact.leftOut(), "value is", "values are") + " in no class: the table counts " +
+                               digits(exact.counted) + " of " + digits(exact.n) + " and leaves the largest out");
     addMaximum(warnings, "", sample.getResult().max, exact.maximum);
     return warnings;
 }
@@ -132,7 +132,7 @@ Warnings warningsOf(const wq_exact::RegressionResult& exact, const wq_lib::Regre
 {
     Warnings warnings;
     if (exact.skipped > 0)
-        warnings.add(
+        warnings.addLeavingOut(
             counted(exact.skipped, "pair has", "pairs have") + " no logarithm (0 or less) and " + (exact.skipped == 1 ? "is" : "are") +
             " left out" +
             (std::isfinite(exact.b) && !std::isfinite(regression.getRegressionResult().b) ? "; the report's b is no number for it" : ""));

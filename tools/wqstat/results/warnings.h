@@ -15,8 +15,14 @@ namespace wqstat {
 struct Warnings {
     std::vector<std::string> differing;  ///< decisions that the report makes otherwise
     std::vector<std::string> others;
+    std::vector<std::string> leavingOut;  ///< those of the others that tell of data that the analysis passes over
 
     void add(const std::string& text) { others.push_back(text); }
+    void addLeavingOut(const std::string& text)
+    {
+        add(text);
+        leavingOut.push_back(text);
+    }
     void add(const Warnings& further) { others.insert(others.end(), further.others.begin(), further.others.end()); }
 
     /** The differing decisions first. */
