@@ -65,17 +65,35 @@ inline void addFigure(Page& page, const std::string& path, const std::string& va
     EXPECT_EQ(rounded, shown) << path << ": " << value;
 }
 
+// Limits that differ are shown so that a reader sees it, whatever the numbers have in common.
+class SeenLimits {
+public:
+    void add(const std::string& path, const std::string& value, const std::string& shown)
+    {
+        const std::size_t end = path.rfind('/') + 1;
+        if (path.substr(end) == "lower") lower = {path.substr(0, end), {value, shown}};
+        if (path.substr(end) != "upper" || path.substr(0, end) != lower.first) return;
+        EXPECT_EQ(lower.second.first == value, lower.second.second == shown)
+            << path << ": " << lower.second.first << " and " << value << " are both shown as " << shown;
+    }
+
+private:
+    std::pair<std::string, std::pair<std::string, std::string>> lower;  // path of both; value and what is shown
+};
+
 inline Page pageIn(const std::string& file)
 {
     const Outcome outcome = runCommand({"python3", std::string(WQ_TEST_DIR) + "/wqstat/read_page.py", file});
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
     Page page;
+    SeenLimits limits;
     std::istringstream lines(outcome.output);
     for (std::string line; std::getline(lines, line);) {
         const std::vector<std::string> found = parts(line);
-        if (found[0] == "figure")
+        if (found[0] == "figure") {
             addFigure(page, found[1], found[2], found[3]);
-        else if (found[0] == "decision")
+            limits.add(found[1], found[2], found[3]);
+        } else if (found[0] == "decision")
             page.decisions.emplace_back(found[1], found[2]);
         else if (found[0] == "title")
             page.titles.push_back(found[1]);

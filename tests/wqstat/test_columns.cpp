@@ -126,6 +126,33 @@ TEST(Columns, showsWholePartsInFull)
     EXPECT_EQ(figuresOf("-12345.678\n5e20\n"), "  least -12345.7, quartiles 1.25e20, 2.5e20 and 3.75e20, greatest 5e20, mean 2.5e20");
 }
 
+// Forty times an eighth of a second apart: the quartiles lie 9.75, 19.5 and 29.25 eighths behind the first.
+TEST(Columns, showsTheDigitsInWhichFiguresDiffer)
+{
+    const TempFolder folder;
+    std::string table = "t\n";
+    for (int i = 0; i < 40; ++i) table += std::to_string(1'700'000'000 + i / 8) + std::to_string(0.125 * (i % 8)).substr(1) + "\n";
+    const std::string file = folder.write("t.csv", table);
+    EXPECT_THAT(
+        run({"columns", file, "--html", folder.path("page.html")}).output,
+        HasSubstr(
+            "least 1700000000, quartiles 1700000001.22, 1700000002.44 and 1700000003.66, greatest 1700000004.88, mean 1700000002.44"));
+    EXPECT_THAT(pageIn(folder.path("page.html")).faults, IsEmpty());  // and the quartiles differ
+}
+
+// Infinite values have no place in a histogram, whose ends are those of the others.
+TEST(Columns, saysThatInfiniteValuesAreNotInTheHistogram)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("i.csv", "x\n1\n2\ninf\n3.5\n4\n-inf\n");
+    EXPECT_THAT(run({"columns", file, "--html", folder.path("page.html")}).output,
+                HasSubstr("  2 infinite values are left out of the histogram\n"));
+    EXPECT_THAT(contentOf(folder.path("page.html")),
+                HasSubstr("<title>How often which values of x occur, in 4 classes of equal width from 1 to 4</title>"));
+    EXPECT_THAT(pageIn(folder.path("page.html")).texts, Contains("2 infinite values are left out of the histogram"));
+    EXPECT_THAT(run({"columns", folder.write("f.csv", "x\n1\n2\n3.5\n4\n")}).output, Not(HasSubstr("infinite")));
+}
+
 TEST(Columns, namesTheFirstCellsThatAreUnlikeMost)
 {
     const TempFolder folder;

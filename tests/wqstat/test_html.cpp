@@ -543,6 +543,24 @@ TEST(Page, hasTheLineThatTheReportLacks)
     EXPECT_THAT(pageIn(file).texts, testing::IsSupersetOf({"coefficient b", "explained sum of squares", "lower limit Y at mean X"}));
 }
 
+// By hand: t of 0.05 with 1000 degrees of freedom is 1.96234, and 0.1 * 1.96234 / sqrt(1001) is 0.006202.
+TEST(Page, showsTheDigitsInWhichFiguresDiffer)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    ASSERT_EQ(run({"describe", std::string(WQ_SOURCE_DIR) + "/examples/data/nist_numacc3.txt", "--html", file}).status, done);
+    EXPECT_THAT(pageIn(file).texts, Contains(StartsWith("M = 1000000.2 (95 % CI 1000000.194 to 1000000.206), SD = 0.1, n = 1001; ")));
+    std::string values;
+    for (int i = 0; i < 9; ++i) values += std::to_string(10'000'000'000LL + i) + ".25\n";
+    ASSERT_EQ(run({"frequency", "--classes", "4", "--no-warnings", folder.write("v.txt", values), "--html", file}).status, done);
+    EXPECT_THAT(pageIn(file).texts, Contains("M = 10000000004.2, SD = 2.7386, median 10000000004.2, n = 9"));
+    ASSERT_EQ(run({"anova", "--no-warnings", folder.write("a.txt", "1;10000000000.5\n1;10000000001\n2;10000000001\n2;10000000002\n"),
+                   "--html", file})
+                  .status,
+              done);
+    pageIn(file);  // which compares the limits of the means
+}
+
 TEST(Page, tellsWhatStandardErrorTells)
 {
     const TempFolder folder;

@@ -61,6 +61,7 @@ void NumberSummary::add(double value)
     constexpr double mostExact = 9007199254740992.0;  // 2^53
     value += 0.0;                                     // no -0
     ++n;
+    if (!std::isfinite(value)) ++infinities;
     smallest = std::min(smallest, value);
     largest = std::max(largest, value);
     whole = whole && std::fabs(value) < mostExact && std::floor(value) == value;

@@ -26,6 +26,8 @@ struct Histogram {
     double from;
     double width;
     std::vector<std::uint64_t> counts;
+
+    double to() const { return from + width * static_cast<double>(counts.size()); }
 };
 
 /** As R's type 7 and most programs have them: interpolated between the values with the ranks around 1 + (n - 1) p. NaN without values. */
@@ -45,6 +47,9 @@ public:
 
     /** Whether every number is whole, and small enough that the next one is, too. */
     bool isWhole() const { return whole; }
+
+    /** How many numbers are not finite. */
+    std::uint64_t infinite() const { return infinities; }
 
     bool isFinite() const { return smallest >= -std::numeric_limits<double>::max() && largest <= std::numeric_limits<double>::max(); }
 
@@ -69,6 +74,7 @@ private:
     void beginSketch();
 
     std::uint64_t n = 0;
+    std::uint64_t infinities = 0;
     double smallest = std::numeric_limits<double>::infinity();
     double largest = -std::numeric_limits<double>::infinity();
     bool whole = true;

@@ -18,8 +18,9 @@ std::size_t widthOf(const std::string& text)
 
 void printFigures(std::ostream& output, const ColumnProfile& column, const NumberSummary& numbers, Characters characters)
 {
-    const auto text = [&column](double value) { return figureOf(column, value); };
     const Quartiles quartiles = numbers.quartiles();
+    const double spread = spreadOf(numbers, quartiles);
+    const auto text = [&column, spread](double value) { return figureOf(column, value, spread); };
     const std::string error = errorText(numbers);
     const char* const what = &numbers == &column.numberSummary() ? "numbers" : "dates";
     output << (column.kind() == CellKind::mixed ? "  of its " + std::string(what) + ": " : "  ");

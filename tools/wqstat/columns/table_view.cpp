@@ -12,9 +12,14 @@ const NumberSummary* measured(const ColumnProfile& column)
     return nullptr;
 }
 
-std::string figureOf(const ColumnProfile& column, double value)
+std::string figureOf(const ColumnProfile& column, double value, double spread)
 {
-    return column.numberSummary().count() > 0 ? readable(value) : isoText(value, column.hasTimes());
+    return column.numberSummary().count() > 0 ? readable(value, spread) : isoText(value, column.hasTimes());
+}
+
+double spreadOf(const NumberSummary& numbers, const Quartiles& quartiles)
+{
+    return quartiles.lower < quartiles.upper ? quartiles.upper - quartiles.lower : numbers.greatest() - numbers.least();
 }
 
 std::string distinctText(const ColumnProfile& column)
@@ -35,6 +40,8 @@ std::vector<std::string> notesOf(const ColumnProfile& column)
     std::vector<std::string> notes;
     if (column.titleMayBeData()) notes.push_back("the title is a number: --no-header takes the first line for data, --header for titles");
     if (!column.doubt().empty()) notes.push_back(column.doubt());
+    if (const std::uint64_t infinite = column.numberSummary().infinite(); infinite > 0)
+        notes.push_back(counted(infinite, "infinite value is", "infinite values are") + " left out of the histogram");
     if (column.labelCounts().isCut()) notes.push_back("labels are counted of the first " + digits(mostDistinct) + " different ones alone");
     return notes;
 }

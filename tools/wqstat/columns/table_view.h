@@ -31,8 +31,11 @@ constexpr std::size_t mostLabelsShown = 5;
 /** The numbers or dates of a column, which its figures are about: of a mixed one its numbers. Null without any. */
 const NumberSummary* measured(const ColumnProfile& column);
 
-/** A number, or a date, as it is shown. */
-std::string figureOf(const ColumnProfile& column, double value);
+/** A number, or a date, as it is shown. @param spread what a number is read against */
+std::string figureOf(const ColumnProfile& column, double value, double spread = 0.0);
+
+/** What the figures of a column are read against: the distance of its quartiles, or where these are equal of its ends. */
+double spreadOf(const NumberSummary& numbers, const Quartiles& quartiles);
 
 /** "3", "more than 100 000". */
 std::string distinctText(const ColumnProfile& column);

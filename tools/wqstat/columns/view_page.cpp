@@ -6,6 +6,7 @@
 #include "results/html_parts.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace wqstat {
 
@@ -34,10 +35,10 @@ void drawBars(HtmlWriter& html, const std::vector<std::uint64_t>& counts, const 
     html.close().close();
 }
 
-void figureRow(HtmlWriter& html, const std::string& label, double value, const std::string& path)
+void figureRow(HtmlWriter& html, const std::string& label, double value, const std::string& path, double spread)
 {
     html.open("tr").element("th", label, {{"scope", "row"}});
-    figureCell(html, value, path);
+    figureCell(html, value, path, spread);
     html.close();
 }
 
@@ -63,16 +64,18 @@ public:
 
     void count(const std::string& label, const std::string& member, std::uint64_t value)
     {
-        figureRow(html, label, static_cast<double>(value), path + member);
+        figureRow(html, label, static_cast<double>(value), path + member, 0.0);
     }
 
     void figure(const std::string& label, const std::string& member, double value)
     {
         if (column.numberSummary().count() > 0)
-            figureRow(html, label, value, path + member);
+            figureRow(html, label, value, path + member, spread);
         else
             textRow(html, label, figureOf(column, value));
     }
+
+    void setSpread(double ofFigures) { spread = ofFigures; }
 
     void text(const std::string& label, const std::string& value) { textRow(html, label, value); }
 
@@ -82,11 +85,13 @@ private:
     HtmlWriter& html;
     const ColumnProfile& column;
     std::string path;
+    double spread = 0.0;
 };
 
 void fillFigures(ColumnTable& table, const NumberSummary& numbers)
 {
     const Quartiles quartiles = numbers.quartiles();
+    table.setSpread(spreadOf(numbers, quartiles));
     const char* const about = numbers.rankError() > 0 ? ", about" : "";
     table.figure("least", "least", numbers.least());
     table.figure(std::string("lower quartile") + about, "quartiles/lower", quartiles.lower);
@@ -101,11 +106,13 @@ void drawColumn(HtmlWriter& html, const ColumnProfile& column)
 {
     if (const NumberSummary* const numbers = measured(column)) {
         const Histogram histogram = numbers->histogram();
+        const double end = std::isfinite(numbers->greatest()) ? numbers->greatest() : histogram.to();
+        const double spread = end - histogram.from;
         if (histogram.counts.size() > 1)
             drawBars(html, histogram.counts,
                      "How often which values of " + shown(column.title()) + " occur, in " + std::to_string(histogram.counts.size()) +
-                         " classes of equal width from " + figureOf(column, numbers->least()) + " to " +
-                         figureOf(column, numbers->greatest()));
+                         " classes of equal width from " + figureOf(column, histogram.from, spread) + " to " +
+                         figureOf(column, end, spread));
     }
     if (column.kind() != CellKind::label) return;
     std::vector<std::uint64_t> counts;

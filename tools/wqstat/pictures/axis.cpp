@@ -175,11 +175,8 @@ std::vector<Tick> Axis::ticks(std::size_t most, bool whole) const
 std::string Axis::text(double value) const
 {
     constexpr int least = 5;
-    constexpr int most = 16;
     if (isLogarithmic()) return figures(value, least);
-    const double steps = std::fabs(value) / ((highest - lowest) * powerOfTen(exponent));
-    if (!std::isfinite(steps) || steps <= 10.0) return figures(value, least);
-    return figures(value, std::min(most, static_cast<int>(std::ceil(std::log10(steps))) + least - 1));
+    return figures(value, digitsWithin(value, (highest - lowest) * powerOfTen(exponent), least - 1, least));
 }
 
 std::string Axis::subtracted() const

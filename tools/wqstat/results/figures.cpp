@@ -19,14 +19,26 @@ std::string figures(double value, int digits)
     return text;
 }
 
-std::string readable(double value)
+int digitsWithin(double value, double span, int ofSpan, int least)
+{
+    constexpr int most = 16;
+    constexpr double mostSteps = 1e14;  // beyond them the span is what rounding left of 0
+    const double steps = std::fabs(value / span);
+    if (!(steps > 1.0 && steps <= mostSteps)) return least;
+    return std::clamp(static_cast<int>(std::ceil(std::log10(steps))) + ofSpan, least, most);
+}
+
+std::string figuresWithin(double value, double spread) { return figures(value, digitsWithin(value, spread, 2, 5)); }
+
+std::string readable(double value, double spread)
 {
     constexpr double mostInFull = 1e15;
     constexpr double sevenDigits = 1e6;
     if (!(std::fabs(value) < mostInFull)) return figures(value, 6);
     const double whole = std::round(std::fabs(value));
     if (std::fabs(value) == whole) return figures(value, 15);
-    return figures(value, whole < sevenDigits ? 6 : 1 + static_cast<int>(std::floor(std::log10(whole))));
+    const int ofWhole = whole < sevenDigits ? 6 : 1 + static_cast<int>(std::floor(std::log10(whole)));
+    return figures(value, digitsWithin(value, spread, 3, ofWhole));
 }
 
 std::string coefficient(double value)

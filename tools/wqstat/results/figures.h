@@ -9,8 +9,17 @@ namespace wqstat {
 /** So many significant digits at most: 5.4479, 2.5e-7, n/a. */
 std::string figures(double value, int digits = 5);
 
-/** A figure as people read it: a whole number, and the whole part of any other, in full; at least six digits. */
-std::string readable(double value);
+/**
+ * How many digits tell a figure from its neighbours within a span: so many of the span's own, at least so many in all. Without a span, which is
+ * NaN or 0, the least.
+ */
+int digitsWithin(double value, double span, int ofSpan, int least);
+
+/** A figure with as many digits as show two of its spread, the width of its limits or what else it is read against; five at least. */
+std::string figuresWithin(double value, double spread);
+
+/** A figure as people read it: a whole number, and the whole part of any other, in full; at least six digits, and three of its spread. */
+std::string readable(double value, double spread = 0.0);
 
 /** A coefficient from -1 to 1, with as many digits as tell it from -1 and 1: 0.98198, 0.999997. */
 std::string coefficient(double value);

@@ -161,8 +161,8 @@ private:
         if (one.pathOfP.empty()) {
             html.element("td", "n/a").element("td", "n/a");
         } else {
-            figureCell(html, one.p, documentOf(i) + one.pathOfP, digitsOfP);
-            figureCell(html, adjusted[i], documentOf(i) + "pHolm", digitsOfP);
+            figureCell(html, one.p, documentOf(i) + one.pathOfP, 0.0, digitsOfP);
+            figureCell(html, adjusted[i], documentOf(i) + "pHolm", 0.0, digitsOfP);
         }
         html.close();
     }

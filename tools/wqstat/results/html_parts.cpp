@@ -69,13 +69,15 @@ void pageHead(HtmlWriter& html, const std::string& title)
     html.open("html", {{"lang", "en"}}).open("head").style(styleSheet).element("title", title).close();
 }
 
-void figureCell(HtmlWriter& html, double value, const std::string& path, int shownDigits)
+void figureCell(HtmlWriter& html, double value, const std::string& path, double spread, int leastDigits)
 {
     html.open("td");
     if (std::isnan(value))
         html.element("data", "n/a", {{"value", "NaN"}, {"class", path}});
     else
-        html.element("data", std::fabs(value) < 1e15 && value == std::round(value) ? figures(value, 15) : figures(value, shownDigits),
+        html.element("data",
+                     std::fabs(value) < 1e15 && value == std::round(value) ? figures(value, 15)
+                                                                           : figures(value, digitsWithin(value, spread, 3, leastDigits)),
                      {{"value", shortest(value)}, {"class", path}});
     html.close();
 }
@@ -105,10 +107,10 @@ void summaryLine(HtmlWriter& html, std::string_view summary)
 
 namespace {
 
-void row(HtmlWriter& html, const std::string& label, double value, const std::string& path)
+void row(HtmlWriter& html, const std::string& label, double value, const std::string& path, double spread)
 {
     html.open("tr").element("th", label, {{"scope", "row"}});
-    figureCell(html, value, path);
+    figureCell(html, value, path, spread);
     html.close();
 }
 
@@ -145,7 +147,7 @@ void rowTable(HtmlWriter& html, const PageContent& content, const std::string& d
     const std::size_t shown = std::min(table.rows.size(), mostRows);
     for (std::size_t i = 0; i < shown; ++i) {
         html.open("tr").sentence("th", table.rows[i].name, {{"scope", "row"}});
-        for (const PageRows::Cell& cell : table.rows[i].cells) figureCell(html, cell.value, document + cell.path);
+        for (const PageRows::Cell& cell : table.rows[i].cells) figureCell(html, cell.value, document + cell.path, cell.spread);
         html.close();
     }
     html.close().close();
@@ -162,12 +164,13 @@ void resultTable(HtmlWriter& html, const PageContent& content, MarkupWord level,
     html.open("table");
     tableHead(html, {"figure", "value"});
     html.open("tbody");
-    for (const Estimate& estimate : content.statement.estimates) row(html, estimate.label, estimate.value, document + estimate.path);
+    for (const Estimate& estimate : content.statement.estimates)
+        row(html, estimate.label, estimate.value, document + estimate.path, estimate.spread);
     if (content.textbook) {
         for (const Textbook::Line& line : content.textbook->lines()) {
             const std::string path = document + "textbook/" + line.path;
             if (const double* const value = std::get_if<double>(&line.content))
-                row(html, line.label, *value, path);
+                row(html, line.label, *value, path, line.spread);
             else
                 decisionRow(html, line.label, std::get<Textbook::Decision>(line.content), path);
         }

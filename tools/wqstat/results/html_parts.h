@@ -20,8 +20,14 @@ void pageHead(HtmlWriter& html, const std::string& title);
 /** Opens a section with a heading. @param level "h2" */
 void heading(HtmlWriter& html, MarkupWord section, std::string_view text, MarkupWord level);
 
-/** A figure for people, with all its digits for programs, in a cell of a table. @param path where it stands in the JSON document */
-void figureCell(HtmlWriter& html, double value, const std::string& path, int shownDigits = 6);
+constexpr int digitsShown = 6;
+
+/**
+ * A figure for people, with all its digits for programs, in a cell of a table.
+ * @param path where it stands in the JSON document
+ * @param leastDigits that are shown, and of its spread three
+ */
+void figureCell(HtmlWriter& html, double value, const std::string& path, double spread = 0.0, int leastDigits = digitsShown);
 
 /** A text whose numbers stay on one line each, "p = 2.58e-22" too. */
 void textWithFigures(HtmlWriter& html, std::string_view text);

@@ -49,9 +49,9 @@ PageRows groupRows(const wq_lib::SingleAnova& anova, const wq_exact::AnovaResult
         const std::string exactRecord = place("textbook/groupLimits", i);
         return PageRows::Row{nameOf("group", group.id, words),
                              {{record + "n", static_cast<double>(group.n)},
-                              {record + "mean", group.mean},
-                              {exactRecord + "lower", limits.lower},
-                              {exactRecord + "upper", limits.upper}}};
+                              {record + "mean", group.mean, limits.upper - limits.lower},
+                              {exactRecord + "lower", limits.lower, limits.upper - limits.lower},
+                              {exactRecord + "upper", limits.upper, limits.upper - limits.lower}}};
     });
     return table;
 }
@@ -127,12 +127,13 @@ PageRows rowsOf(const wq_lib::Frequency& table, const DataWords&)
 {
     PageRows rows = classRows("The classes, each from its lower limit up to the next one's");
     rows.heads = {"class", "lower limit", "upper limit", "count", "rate"};
+    const double width = table.getClassWidth();
     fill(rows, table.getTable().size(), [&](std::size_t i) {
         const double number = static_cast<double>(i);
         const std::string record = place("result/table", i);
         return PageRows::Row{"class " + std::to_string(i + 1),
-                             {{record + "lower", table.getStartClass() + number * table.getClassWidth()},
-                              {record + "upper", table.getStartClass() + (number + 1.0) * table.getClassWidth()},
+                             {{record + "lower", table.getStartClass() + number * width, width},
+                              {record + "upper", table.getStartClass() + (number + 1.0) * width, width},
                               {record + "count", static_cast<double>(table.getTable()[i].count)},
                               {record + "rate", table.getTable()[i].rate}}};
     });

@@ -19,6 +19,7 @@ struct PageRows {
     struct Cell {
         std::string path;  ///< of its member in the JSON document
         double value;
+        double spread = 0.0;  ///< of limits their width
     };
 
     struct Row {

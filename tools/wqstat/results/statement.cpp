@@ -32,7 +32,8 @@ std::string limitsText(const Textbook& book, const std::string& path, const wq_l
 
 std::string withLimits(double value, const Textbook& book, const std::string& path, const wq_lib::BasicStatistics& analysis)
 {
-    return figures(value) + limitsText(book, path, analysis, [](double limit) { return figures(limit); });
+    const double width = book.value(path + "/upper") - book.value(path + "/lower");
+    return figuresWithin(value, width) + limitsText(book, path, analysis, [width](double limit) { return figuresWithin(limit, width); });
 }
 
 std::string coefficientWithLimits(double value, const Textbook& book, const std::string& path, const wq_lib::BasicStatistics& analysis)
@@ -109,8 +110,8 @@ Statement statementOf(wq_lib::BasicStatistics& sample, const VariableNames& name
                 digits(result.n) + "; " + tested(withDf("t", lessBy(result.n, 1.0), t), exact.mean.p, reasonForNoTest(exact, sample)) +
                 effectSize("d", book, "cohensD"),
             {{"sample size", "result/n", static_cast<double>(result.n)},
-             {"mean", "result/mean", result.mean},
-             {"median", "result/median", result.median},
+             {"mean", "result/mean", result.mean, result.stdError},
+             {"median", "result/median", result.median, result.sampleStdev},
              {"standard deviation", "result/sampleStdev", result.sampleStdev},
              {"standard error of the mean", "result/stdError", result.stdError},
              {"t", "report/t", t}}};
@@ -120,12 +121,12 @@ Statement statementOf(wq_lib::Frequency& table, const VariableNames& names)
 {
     const wq_lib::basic_stat& result = table.getResult();
     return {"How are " + nameOr(names.x, "the values") + " distributed over " + digits(table.getTable().size()) + " classes?",
-            "M = " + figures(result.mean) + ", " + deviationText(result, wq_exact::of(table).maximum) + ", median " +
-                figures(result.median) + ", n = " + digits(result.n),
+            "M = " + figuresWithin(result.mean, result.sampleStdev) + ", " + deviationText(result, wq_exact::of(table).maximum) +
+                ", median " + figuresWithin(result.median, result.sampleStdev) + ", n = " + digits(result.n),
             {{"sample size", "result/sample/n", static_cast<double>(result.n)},
-             {"mean", "result/sample/mean", result.mean},
+             {"mean", "result/sample/mean", result.mean, result.sampleStdev},
              {"standard deviation", "result/sample/sampleStdev", result.sampleStdev},
-             {"lower limit of the first class", "result/startClass", table.getStartClass()},
+             {"lower limit of the first class", "result/startClass", table.getStartClass(), table.getClassWidth()},
              {"width of a class", "result/classWidth", table.getClassWidth()}}};
 }
 
@@ -148,12 +149,14 @@ Statement statementOf(wq_lib::BasicXyStatistics& pairs, const VariableNames& nam
     const wq_lib::xy_stat& result = pairs.getXyResult();
     const wq_exact::PairsResult exact = wq_exact::of(pairs);
     const Textbook book = textbook(exact);
+    const double spreadX = std::sqrt(result.x.sampleVariance);
+    const double spreadY = std::sqrt(result.y.sampleVariance);
     return {"How do " + nameOr(names.x, "x") + " and " + nameOr(names.y, "y") + " vary together?",
-            correlationText("r", exact.r, book, "limitsR", exact, pairs) + ", means " + figures(result.x.mean) + " and " +
-                figures(result.y.mean) + ", n = " + digits(result.x.n),
+            correlationText("r", exact.r, book, "limitsR", exact, pairs) + ", means " + figuresWithin(result.x.mean, spreadX) + " and " +
+                figuresWithin(result.y.mean, spreadY) + ", n = " + digits(result.x.n),
             {{"pairs", "result/n", static_cast<double>(result.x.n)},
-             {"mean of x", "result/x/mean", result.x.mean},
-             {"mean of y", "result/y/mean", result.y.mean},
+             {"mean of x", "result/x/mean", result.x.mean, spreadX},
+             {"mean of y", "result/y/mean", result.y.mean, spreadY},
              {"covariance", "result/covariance", result.covariance}}};
 }
 

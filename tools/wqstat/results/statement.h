@@ -25,6 +25,7 @@ struct Estimate {
     std::string label;
     std::string path;
     double value;
+    double spread = 0.0;  ///< what it is read against; 0 where there is nothing
 };
 
 struct Statement {

@@ -11,8 +11,9 @@ namespace wqstat {
 
 void Textbook::limits(const std::string& of, const std::string& path, const wq_exact::Limits& limits)
 {
-    figure("lower limit" + of, path + "/lower", limits.lower);
-    figure("upper limit" + of, path + "/upper", limits.upper);
+    const double width = limits.upper - limits.lower;
+    figure("lower limit" + of, path + "/lower", limits.lower, width);
+    figure("upper limit" + of, path + "/upper", limits.upper, width);
 }
 
 void Textbook::decision(const std::string& label, const std::string& path, const wq_exact::Decision& decision)

@@ -23,12 +23,13 @@ public:
         std::string label;
         std::string path;
         std::variant<double, Decision> content;
+        double spread = 0.0;  ///< of limits their width
     };
 
     /** A figure; NaN where there is none. */
-    void figure(const std::string& label, const std::string& path, double value)
+    void figure(const std::string& label, const std::string& path, double value, double spread = 0.0)
     {
-        content.push_back({label, path, value});
+        content.push_back({label, path, value, spread});
         allPaths.push_back(path);
     }
 
