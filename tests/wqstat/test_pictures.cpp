@@ -832,6 +832,39 @@ TEST(Print, filesHaveTheSizeAskedFor)
     }
 }
 
+// A page of 85 by 60 mm has 240.945 by 170.079 points of 25.4 / 72 mm. Each object lies where the table at the end says.
+TEST(Print, pagesHaveTheSizeAskedFor)
+{
+    const struct {
+        const char* size;
+        double width;
+        double height;
+    } rows[] = {{"85x60mm", 240.945, 170.079}, {"120x80mm", 340.157, 226.772}, {"128x192px", 96, 144}, {"800x600px", 600, 450}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.size);
+        const TempFolder folder;
+        const std::string file = folder.path("a.pdf");
+        ASSERT_EQ(run({"describe", cavendish, "--size", row.size, "--plot", file}).status, done);
+        const std::string pdf = contentOf(file);
+        std::size_t place = 0;
+        std::istringstream box(between(pdf, "/MediaBox [", "]", place));
+        double sides[4] = {};
+        for (double& side : sides) box >> side;
+        EXPECT_NEAR(sides[2] - sides[0], row.width, 0.001);
+        EXPECT_NEAR(sides[3] - sides[1], row.height, 0.001);
+        place = 0;
+        const std::size_t table = std::stoul(between(pdf, "\nstartxref\n", "\n", place));
+        ASSERT_EQ(pdf.substr(table, 7), "xref\n0 ");
+        const int objects = std::stoi(pdf.substr(table + 7));
+        ASSERT_GT(objects, 5);
+        const std::size_t entries = pdf.find('\n', table + 7) + 1;
+        for (int i = 1; i < objects; ++i) {
+            const std::size_t at = std::stoul(pdf.substr(entries + 20 * static_cast<std::size_t>(i), 10));
+            EXPECT_EQ(pdf.compare(at, std::to_string(i).size() + 6, std::to_string(i) + " 0 obj"), 0) << "object " << i;
+        }
+    }
+}
+
 TEST(Print, dotsAreForPicturesThatAreMadeOfThem)
 {
     const TempFolder folder;

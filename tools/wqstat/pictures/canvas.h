@@ -11,6 +11,7 @@ struct Canvas {
     static constexpr double screenDots = 96.0;  ///< to an inch
     static constexpr double printDots = 300.0;
     static constexpr double millimetresPerInch = 25.4;
+    static constexpr double pointsPerInch = 72.0;
 
     double width = 800.0;  ///< in pixels of a screen, as is the height
     double height = 600.0;

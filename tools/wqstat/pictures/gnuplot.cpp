@@ -58,8 +58,12 @@ GnuplotCode pngSettings(const Canvas& canvas)
 GnuplotCode pdfSettings(const Canvas& canvas)
 {
     const double unit = canvas.unit();
-    return GnuplotCode("set terminal pdfcairo size ") + canvas.width / Canvas::screenDots + "in," + canvas.height / Canvas::screenDots +
-           "in font 'sans," + 11.0 * unit + "' fontscale 0.75 linewidth " + 1.5 * unit + " noenhanced background '#ffffff'\n" +
+    const auto inches = [](double pixels) {
+        constexpr double more = 0.01;  // gnuplot cuts points
+        return (wholePoints(pixels) + more) / Canvas::pointsPerInch;
+    };
+    return GnuplotCode("set terminal pdfcairo size ") + inches(canvas.width) + "in," + inches(canvas.height) + "in font 'sans," +
+           11.0 * unit + "' fontscale 0.75 linewidth " + 1.5 * unit + " noenhanced background '#ffffff'\n" +
            looks(13.0 * unit, 9.5 * unit, 0.9 * unit, "keySpacing = 1.15; xTicShift = 0.0");
 }
 
@@ -163,6 +167,7 @@ void draw(const Picture& picture, const std::string& fileName)
     if (file.isDirect()) throw CannotAnalyse(shown(fileName) + ": is no file");
     std::string content = drawn(picture, format, shown(fileName), "the picture");
     if (&format == &formats[0]) content = svgFile(std::move(content), picture);
+    if (&format == &formats[2]) content = withExactPage(std::move(content), picture.canvas);
     if (&format == &formats[1]) content = withResolution(std::move(content), picture.canvas.dots);
     file.write(content);
     file.keep();

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <utility>
 
 namespace wqstat {
@@ -86,6 +87,8 @@ std::string length(double pixels, bool inMillimetres)
     return shortest(std::round(pixels / Canvas::screenDots * Canvas::millimetresPerInch * 1000.0) / 1000.0) + "mm";
 }
 
+double pagePoints(double pixels) { return pixels / Canvas::screenDots * Canvas::pointsPerInch; }
+
 std::string bigEndian(std::uint32_t number)
 {
     std::string bytes;
@@ -94,6 +97,12 @@ std::string bigEndian(std::uint32_t number)
 }
 
 }  // namespace
+
+double wholePoints(double pixels)
+{
+    constexpr double rounding = 1e-6;
+    return std::ceil(pagePoints(pixels) - rounding);
+}
 
 std::string svgFile(std::string svg, const Picture& picture)
 {
@@ -119,6 +128,39 @@ SvgElement svgElement(std::string svg, const Picture& picture, const std::string
     replaceBetween(svg, "<desc>", "</desc>", "<desc id=\"" + ids + "desc\">" + markupText(picture.description) + "</desc>");
     replaceBetween(svg, "<svg", "viewBox", "<svg role=\"img\" aria-labelledby=\"" + ids + "title " + ids + "desc\"\n viewBox");
     return SvgElement(std::move(svg));
+}
+
+std::string withExactPage(std::string pdf, const Canvas& canvas)
+{
+    const std::string begin = "/MediaBox [ 0 0 ";
+    const std::string table = "\nxref\n";
+    const std::string start = "\nstartxref\n";
+    const std::size_t box = pdf.find(begin);
+    const std::size_t boxEnd = pdf.find(']', box);
+    const std::size_t tablePlace = pdf.rfind(table);
+    const std::size_t startPlace = pdf.rfind(start);
+    if (boxEnd == std::string::npos || tablePlace == std::string::npos || startPlace < tablePlace || startPlace == std::string::npos)
+        return pdf;
+    const auto rounded = [](double points) { return std::round(points * 1000.0) / 1000.0; };
+    const double top = wholePoints(canvas.height);
+    const std::string exact = "/MediaBox [ 0 " + shortest(rounded(top - pagePoints(canvas.height))) + " " +
+                              shortest(rounded(pagePoints(canvas.width))) + " " + shortest(top) + " ";
+    const std::size_t longer = exact.size() - (boxEnd - box);  // may wrap around, and back again when it is added
+
+    // The places of what stands behind it.
+    const auto move = [&](std::size_t from, std::size_t digits) {
+        const std::size_t place = std::strtoul(pdf.substr(from, digits).c_str(), nullptr, 10);
+        std::string moved = std::to_string(place > box ? place + longer : place);
+        if (moved.size() < digits) moved.insert(0, digits - moved.size(), '0');
+        pdf.replace(from, digits, moved);
+    };
+    constexpr std::size_t entry = 20;  // "0000013376 00000 n \n"
+    constexpr std::size_t placeDigits = 10;
+    for (std::size_t i = pdf.find('\n', tablePlace + table.size()) + 1; pdf.compare(i, 1, "t") != 0; i += entry)  // "trailer"
+        move(i, placeDigits);
+    const std::size_t number = startPlace + start.size();
+    move(number, pdf.find('\n', number) - number);
+    return pdf.replace(box, boxEnd - box, exact);
 }
 
 std::string withResolution(std::string png, double dots)
