@@ -156,7 +156,15 @@ async function lookAtMovedBreaks(page, name, pdf) {
   await page.evaluate(() => document.getElementById('space').remove());
 }
 
-async function look(browser, name, file, scheme) {
+// The report on the page is what was printed, from its first character on.
+async function lookAtReports(page, name, printed) {
+  const reports = await page.$$eval('section.report pre', (all) => all.map((pre) => pre.textContent));
+  expect(reports.length > 0 || name.startsWith('columns'), name, 'has no report');
+  for (const report of reports)
+    expect(printed.startsWith(report) || printed.includes(` <==\n${report}`), name, `has another report than was printed: ${report.slice(0, 80)}`);
+}
+
+async function look(browser, name, file, scheme, output) {
   const context = await browser.newContext({ colorScheme: scheme, viewport: { width: 900, height: 1200 } });
   const page = await context.newPage();
   const requested = [];
@@ -173,6 +181,7 @@ async function look(browser, name, file, scheme) {
   for (const violation of violations)
     expect(false, name, `${scheme}: ${violation.id}: ${violation.help} (${violation.nodes.map((node) => node.target).join(', ')})`);
 
+  await lookAtReports(page, name, output);
   if (scheme === 'light') {
     const pdf = path.join(folder, `${name}.pdf`);
     await page.pdf({ path: pdf, preferCSSPageSize: true });
@@ -212,9 +221,9 @@ try {
   for (const [name, given] of Object.entries(analyses)) {
     const words = given.map((word) => (existsSync(path.join(folder, word)) ? path.join(folder, word) : word));
     const file = path.join(folder, `${name}.html`);
-    run(wqstat, [name.split('-')[0], ...words, '--html', file], words.includes('missing.txt') ? 1 : 0);
+    const output = run(wqstat, [name.split('-')[0], ...words, '--html', file], words.includes('missing.txt') ? 1 : 0);
     expect(statSync(file).size < 300 * 1024, name, 'is too large');
-    for (const scheme of ['light', 'dark']) await look(browser, name, file, scheme);
+    for (const scheme of ['light', 'dark']) await look(browser, name, file, scheme, output);
   }
 } finally {
   await browser.close();

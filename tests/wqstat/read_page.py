@@ -15,9 +15,11 @@ class Page(html.parser.HTMLParser):
         super().__init__(convert_charrefs=True)
         self.open = []
         self.texts = []
+        self.drops_newline = False  # behind the tag of a pre element, as browsers do
 
     def handle_starttag(self, tag, attributes):
         values = dict(attributes)
+        self.drops_newline = tag == "pre"
         if tag == "html":
             found("lang", values.get("lang", ""))
         if tag in ("script", "iframe", "object", "embed", "form", "base"):
@@ -61,6 +63,9 @@ class Page(html.parser.HTMLParser):
         found("unopened", tag)
 
     def handle_data(self, data):
+        if self.drops_newline and data.startswith("\n"):
+            data = data[1:]
+        self.drops_newline = False
         if self.texts:
             self.texts[-1] += data
 

@@ -111,6 +111,39 @@ std::string withoutIsolation(std::string markup)
     return markup;
 }
 
+// A browser drops a newline behind the tag, which is not to be the report's own.
+TEST(Page, beginsReportsOnALineOfTheirOwn)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const Outcome report = run(withPage({"multiy", seedlings}, file));
+    ASSERT_EQ(report.output.front(), '\n');
+    EXPECT_NE(contentOf(file).find("<h2>Report</h2>\n<pre>\n\n" + report.output.substr(1, 40)), std::string::npos);
+}
+
+// Figures of the report beside exact ones of the same name are called so.
+TEST(Page, tellsTheReportsFiguresApart)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    ASSERT_EQ(run({"variances", instrument1, instrument2, "--html", file}).status, done);
+    const Page page = pageIn(file);
+    EXPECT_EQ(std::count(page.texts.begin(), page.texts.end(), "F"), 1);
+    EXPECT_EQ(std::count(page.texts.begin(), page.texts.end(), "F (report)"), 1);
+}
+
+// Whoever runs all tests has to know that the pages were not looked at.
+TEST(BrowserTest, isSkippedWithoutABrowserUnlessItIsNeeded)
+{
+    const TempFolder folder;
+    std::filesystem::create_symlink("/usr/bin/dirname", folder.path("dirname"));
+    const Words words{"/usr/bin/env", "PATH=" + folder.path(""), "/bin/bash", std::string(WQ_TEST_DIR) + "/pages/run.sh", "wqstat",
+                      "data",         folder.path("pages")};
+    EXPECT_EQ(runCommand(words).status, 77);
+    const Variable needed("WQ_NEEDS_BROWSER", "yes");
+    EXPECT_EQ(runCommand(words).status, 1);
+}
+
 // What stands in the list of a browser's pages, and as the first line of the page.
 TEST(Page, isTitledByWhatItIsAbout)
 {

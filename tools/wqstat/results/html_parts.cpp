@@ -190,7 +190,7 @@ HtmlWriter reportSection(const std::string& report, MarkupWord level, std::size_
     constexpr std::size_t ownMarkup = 400;
     HtmlWriter whole;
     heading(whole, "report", "Report", level);
-    whole.element("pre", report).close();
+    whole.verbatim(report).close();
     if (whole.size() <= room) return whole;
 
     std::size_t end = 0;
@@ -204,7 +204,7 @@ HtmlWriter reportSection(const std::string& report, MarkupWord level, std::size_
     const auto all = static_cast<std::size_t>(std::count(report.begin(), report.end(), '\n'));
     HtmlWriter html;
     heading(html, "report", "Report", level);
-    html.element("pre", std::string_view(report).substr(0, end));
+    html.verbatim(std::string_view(report).substr(0, end));
     html.element("p", "These are the first " + counted(lines, "line", "lines") + " of the report; " + digits(all - lines) +
                           " more would make the page larger than 300 KiB. The report is printed whole beside the page.");
     html.close();

@@ -36,6 +36,13 @@ HtmlWriter& HtmlWriter::element(MarkupWord name, std::string_view content, std::
     return open(name, attributes).text(content).close();
 }
 
+HtmlWriter& HtmlWriter::verbatim(std::string_view content)
+{
+    open("pre");
+    markup += "\n";  // a reader of HTML drops the first one, which may be the content's own
+    return text(content).close();
+}
+
 HtmlWriter& HtmlWriter::words(const Sentence& sentence)
 {
     for (const Sentence::Part& part : sentence.parts()) {

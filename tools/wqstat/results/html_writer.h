@@ -60,6 +60,9 @@ public:
 
     HtmlWriter& picture(const SvgElement& svg);
 
+    /** A text in which every character counts, as it was printed. */
+    HtmlWriter& verbatim(std::string_view content);
+
     /** What the other one wrote, in which every element is closed. */
     HtmlWriter& append(const HtmlWriter& more);
 

@@ -310,7 +310,7 @@ Statement statementOf(TwoDataFiles& samples, const VariableNames& names)
                 ", variances " + figures(first) + " and " + figures(second),
             {{"variance of the first sample", "result/first/sampleVariance", samples.getResult().sampleVariance},
              {"variance of the second sample", "result/second/sampleVariance", samples.getSecondSample().sampleVariance},
-             {"F", "result/F", samples.getF()}}};
+             {"F (report)", "result/F", samples.getF()}}};
 }
 
 Statement statementOf(wq_lib::Circular& directions, const VariableNames& names)
