@@ -150,6 +150,20 @@ TEST(PageOfSeveral, setsPByHolmBesideThePlainOne)
 }
 
 // Of more analyses than have sections, each says in its row that the report rejects what the exact probability of 0.06 accepts.
+TEST(PageOfSeveral, saysWhatTheAdjustedPIsForWhereThereIsOne)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const auto isAboutHolm = HasSubstr("adjusted for the number of tests");
+    ASSERT_EQ(run({"describe", cavendish, instrument1, "--alpha", "0.01", "--html", file}).status, done);
+    EXPECT_THAT(
+        pageIn(file).texts,
+        Contains("Exact p, and the same adjusted for the number of tests by Holm's method (1979): reject where the adjusted p is below "
+                 "0.01; then the probability that this page rejects any true hypothesis is at most 1 %."));
+    ASSERT_EQ(run({"frequency", cavendish, instrument1, "--no-warnings", "--html", file}).status, done);
+    EXPECT_THAT(pageIn(file).texts, Not(Contains(isAboutHolm)));
+}
+
 TEST(PageOfSeveral, marksEachResultThatTheReportDecidesDifferently)
 {
     const TempFolder folder;

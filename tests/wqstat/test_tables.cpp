@@ -289,6 +289,10 @@ const BadTable badTables[] = {
     // classes and samples
     {__LINE__, {"fit", "--column", "c", "--ratio", "1:1"}, "c\na\nb\nc\n", ": c has 3 classes, but --ratio has 2 parts"},
     {__LINE__,
+     {"fit", "--column", "1", "--ratio", "1:1"},
+     "\"c\x1b[31m\"\na\nb\nc\n",
+     ": c\\x1b[31m has 3 classes, but --ratio has 2 parts"},
+    {__LINE__,
      {"ks", "--class", "c", "--count1", "a", "--count2", "b"},
      "c,a,b\nx,1,2\ny,1,1\nx,1,3\n",
      ": 'x' stands in c more than once"},

@@ -396,7 +396,7 @@ class Fit final : public AnalysisCommand {
         else
             words.item = "class";
         if (counts.size() != ratio.size())
-            throw CannotAnalyse(table.name() + ": " + table.title(0) + " has " + std::to_string(counts.size()) +
+            throw CannotAnalyse(table.name() + ": " + shown(table.title(0)) + " has " + std::to_string(counts.size()) +
                                 (counts.size() == 1 ? " class" : " classes") + ", but --ratio has " + std::to_string(ratio.size()) +
                                 " parts");
         words.labels = labels;

@@ -135,9 +135,12 @@ private:
             html.element("p", "These are the first " + digits(shown) + " of " + digits(content.analyses.size()) +
                                   " analyses; more would make the page larger than 300 KiB. wqstat " + content.command +
                                   " --tsv prints a row for each.");
-        html.element("p", "Exact p, and the same adjusted for the number of tests by Holm's method (1979): to reject where it is below " +
-                              figures(content.alpha) + " rejects any hypothesis that holds in at most " + figures(100.0 * content.alpha) +
-                              " % of such pages.");
+        if (std::any_of(p.begin(), p.end(), [](double value) { return !std::isnan(value); }))
+            html.element(
+                "p",
+                "Exact p, and the same adjusted for the number of tests by Holm's method (1979): reject where the adjusted p is below " +
+                    figures(content.alpha) + "; then the probability that this page rejects any true hypothesis is at most " +
+                    figures(100.0 * content.alpha) + " %.");
         html.close();
     }
 
