@@ -592,6 +592,9 @@ TEST(Page, showsTheDigitsInWhichFiguresDiffer)
                   .status,
               done);
     pageIn(file);  // which compares the limits of the means
+    EXPECT_NE(contentOf(file).find("<table class=\"rows wide\">"), std::string::npos) << "for narrow screens";
+    ASSERT_EQ(run({"anova", resistivity, "--html", file}).status, done);
+    EXPECT_NE(contentOf(file).find("<table class=\"rows\">"), std::string::npos);
 }
 
 TEST(Page, tellsWhatStandardErrorTells)

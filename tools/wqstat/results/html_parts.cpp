@@ -37,6 +37,7 @@ table { border-collapse: collapse; width: 100%; }
 caption { text-align: left; padding: 1.25rem 0 .25rem; font-weight: 600; }
 .rows thead th { overflow-wrap: normal; }
 @media (max-width: 40rem) { .rows { font-size: .75rem; } .rows th, .rows td { padding-right: .4rem; } }
+@media (max-width: 36rem) { .wide tr { display: grid; grid-template-columns: 1fr 1fr; } }
 th, td { text-align: left; vertical-align: top; padding: .25rem .75rem .25rem 0; border-bottom: 1px solid var(--rule); font-weight: 400; }
 thead th { font-weight: 600; }
 .all thead th { overflow-wrap: normal; }
@@ -69,16 +70,20 @@ void pageHead(HtmlWriter& html, const std::string& title)
     html.open("html", {{"lang", "en"}}).open("head").style(styleSheet).element("title", title).close();
 }
 
+namespace {
+
+std::string figureText(double value, double spread, int leastDigits)
+{
+    const bool isWhole = std::fabs(value) < 1e15 && value == std::round(value);
+    return figures(value, isWhole ? 15 : digitsWithin(value, spread, 3, leastDigits));
+}
+
+}  // namespace
+
 void figureCell(HtmlWriter& html, double value, const std::string& path, double spread, int leastDigits)
 {
-    html.open("td");
-    if (std::isnan(value))
-        html.element("data", "n/a", {{"value", "NaN"}, {"class", path}});
-    else
-        html.element("data",
-                     std::fabs(value) < 1e15 && value == std::round(value) ? figures(value, 15)
-                                                                           : figures(value, digitsWithin(value, spread, 3, leastDigits)),
-                     {{"value", shortest(value)}, {"class", path}});
+    html.open("td").element("data", figureText(value, spread, leastDigits),
+                            {{"value", std::isnan(value) ? "NaN" : shortest(value)}, {"class", path}});
     html.close();
 }
 
@@ -137,11 +142,21 @@ void tableHead(HtmlWriter& html, const std::vector<std::string>& heads)
     html.close().close();
 }
 
+/** Whether its figures are so long that the columns have no room beside each other on a telephone. */
+bool isWide(const PageRows& table)
+{
+    constexpr std::size_t most = 12;
+    for (const PageRows::Row& row : table.rows)
+        for (const PageRows::Cell& cell : row.cells)
+            if (figureText(cell.value, cell.spread, digitsShown).size() > most) return true;
+    return false;
+}
+
 /** A table with a row for each group or class, of which so many are shown. */
 void rowTable(HtmlWriter& html, const PageContent& content, const std::string& document, std::size_t mostRows)
 {
     const PageRows& table = content.rows;
-    html.open("table", {{"class", "rows"}}).element("caption", table.caption);
+    html.open("table", {{"class", isWide(table) ? "rows wide" : "rows"}}).element("caption", table.caption);
     tableHead(html, table.heads);
     html.open("tbody");
     const std::size_t shown = std::min(table.rows.size(), mostRows);
