@@ -315,6 +315,16 @@ std::string controlsIn(const std::string& text)
     return controls;
 }
 
+TEST(Injection, labelsOnATerminalHaveNoOtherBytesThanUtf8)
+{
+    const TempFolder folder;
+    const std::string table = "g,v\nM\xfcller,1\nM\x9bller,2\nM\xfcller,3\nM\x9bller,5\n";
+    const Shown shown = runOnTerminal({"anova", "--group", "g", "--value", "v", folder.write("data.csv", table)});
+    EXPECT_EQ(shown.status, done);
+    EXPECT_EQ(controlsIn(shown.text), "");
+    EXPECT_THAT(shown.text, HasSubstr("group 1: M\\xfcller\r\ngroup 2: M\\x9bller\r\n"));
+}
+
 TEST(Injection, reportsOnATerminalShowControlCharacters)
 {
     for (const AnalysisCommand& command : analyses) {

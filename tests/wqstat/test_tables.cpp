@@ -437,6 +437,20 @@ TEST(Tables, labelsOfRowsLeftOutAreNone)
     }
 }
 
+// In Latin-1 and in UTF-8.
+TEST(Tables, labelsInOtherEncodingsStayApart)
+{
+    const TempFolder folder;
+    const std::string umlauts = "g,v\nM\xfcller,1\nM\xf6ller,2\nM\xfcller,3\nM\xf6ller,5\nM\xc3\xbcller,5\n";
+    const std::string page = folder.path("page.html");
+    const Words words = {"anova", "--group", "g", "--value", "v", folder.write("data.csv", umlauts)};
+    EXPECT_THAT(run(words).output, testing::EndsWith("\ngroup 1: M\xfcller\ngroup 2: M\xf6ller\ngroup 3: M\xc3\xbcller\n"));
+    EXPECT_EQ(documentOf(words).at("table").at("labels"), Json({"M\\xfcller", "M\\xf6ller", "M\xc3\xbcller"}));
+    ASSERT_EQ(run(with(words, {"--html", page})).status, done);
+    for (const char* const label : {"M\\xfcller", "M\\xf6ller", "M\xc3\xbcller"})
+        EXPECT_THAT(contentOf(page), testing::HasSubstr(label)) << label;
+}
+
 TEST(Tables, verboseTellsHowTheFileWasRead)
 {
     const TempFolder folder;

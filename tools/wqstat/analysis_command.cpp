@@ -304,7 +304,7 @@ void AnalysisCommand::printWarnings(const std::vector<std::string>& ofAnalysis) 
     for (const std::string& warning : ofAnalysis) printWarning(name + "warning: " + warning);
 }
 
-/** What the numbers that stand for labels mean. */
+/** What the numbers that stand for labels mean. Labels keep their encoding, but on a terminal. */
 void AnalysisCommand::printKey() const
 {
     for (const Sentence& line : keyLines()) std::cout << line.text() << '\n';
@@ -314,7 +314,7 @@ std::vector<Sentence> AnalysisCommand::keyLines() const
 {
     std::vector<Sentence> lines;
     for (const std::string& label : words.labels)
-        lines.push_back(words.item + " " + std::to_string(lines.size() + 1) + ": " + Sentence::name(shown(label)));
+        lines.push_back(words.item + " " + std::to_string(lines.size() + 1) + ": " + Sentence::name(shown(label, OtherBytes::kept)));
     return lines;
 }
 

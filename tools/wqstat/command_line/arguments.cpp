@@ -65,12 +65,12 @@ std::string sixDigits(double value)
     return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 6).ptr};
 }
 
-std::string shown(std::string_view text)
+std::string shown(std::string_view text, OtherBytes otherBytes)
 {
     constexpr std::size_t longest = 200;
     std::size_t end = std::min(text.size(), longest);
     while (end < text.size() && end > longest - 3 && (text[end] & 0xc0) == 0x80) --end;  // not in the middle of a character
-    return visible(text.substr(0, end)) + (text.size() > longest ? "..." : "");
+    return visible(text.substr(0, end), otherBytes) + (text.size() > longest ? "..." : "");
 }
 
 std::string counted(std::size_t n, const std::string& one) { return std::to_string(n) + " " + one + (n == 1 ? "" : "s"); }

@@ -1,6 +1,8 @@
 // Arguments to numbers, exactly and in whole; numbers and foreign texts to output.
 #pragma once
 
+#include "visible_text.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -30,7 +32,7 @@ std::string shortest(double value);
 std::string sixDigits(double value);
 
 /** A foreign text for a message: on one line, without control characters, shortened when it is long. */
-std::string shown(std::string_view text);
+std::string shown(std::string_view text, OtherBytes otherBytes = OtherBytes::escaped);
 
 /** "1 row", "2 rows". */
 std::string counted(std::size_t n, const std::string& one);

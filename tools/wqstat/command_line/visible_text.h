@@ -16,7 +16,13 @@ std::size_t printableLength(std::string_view text);
 /** A byte for people to read: \r, \t or \x1b. */
 std::string escaped(char byte);
 
+/** Bytes that are no UTF-8, as texts in other encodings have them. */
+enum class OtherBytes { escaped, kept };
+
 /** The text with the bytes that cannot be shown escaped; all others stay. It may be shown a second time without a change. */
-std::string visible(std::string_view text);
+std::string visible(std::string_view text, OtherBytes otherBytes = OtherBytes::escaped);
+
+/** The text as UTF-8: bytes that are none are escaped. All else stays, line ends and control characters too. */
+std::string asUtf8(std::string_view text);
 
 }  // namespace wqstat

@@ -1,5 +1,7 @@
 #include "json_writer.h"
 
+#include "command_line/visible_text.h"
+
 #include <nlohmann/json.hpp>
 
 #include <charconv>
@@ -11,8 +13,8 @@ namespace wqstat {
 
 namespace {
 
-/** In quotes. What is no UTF-8 becomes the replacement character. */
-std::string jsonText(std::string_view text) { return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace); }
+/** In quotes. */
+std::string jsonText(std::string_view text) { return nlohmann::json(asUtf8(text)).dump(); }
 
 /**
  * Writes a number, 0 or from 0.0001 on, of at most six decimals and fifteen digits, which are the shortest that tell it from every other: most data, and sums of
