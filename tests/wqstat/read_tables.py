@@ -98,7 +98,8 @@ class Spellings(InFolder):
 
 
 class AgainstCsvModule(InFolder):
-    texts = ["ctrl", "a b", "x", 'say "no"', '"', "1,5", ";", "|", "two\nlines", "two\r\nlines", "é", "Ω 1", "#3", "<<", "'", "\\", "=1+1", "N"]
+    texts = ["ctrl", "a b", "x", 'say "no"', '"', "1,5", ";", "|", "two\nlines", "two\r\nlines", "é", "Ω 1", "#3", "<<", "'", "\\", "=1+1", "N",
+             " a b", "x ", "  x"]
 
     @staticmethod
     def shown(text):
@@ -119,6 +120,8 @@ class AgainstCsvModule(InFolder):
             read = list(csv.reader(io.StringIO(text, newline=""), delimiter=separator))
             groups = {}
             for label, _, value in read[1:]:
+                if quoting == csv.QUOTE_MINIMAL:  # which leaves blanks without quotes
+                    label = label.strip(" ")
                 groups.setdefault(label, []).append(float(value))
             columns = ["--separator", separator, "--group", "label", "--value", "value"]
             report = run(["anova", *columns, self.path])

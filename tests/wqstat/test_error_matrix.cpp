@@ -236,6 +236,8 @@ const Misread misreads[] = {
     {__LINE__, {"multiy"}, "1;2;3\n1;2;\n", ":2: an empty field: '1;2;'"},
     // a decimal comma
     {__LINE__, {"describe"}, "1,5\n2,5\n", ":1: a decimal comma: '1,5'"},
+    {__LINE__, {"circular"}, "1,5\n2,5\n", ":1: a decimal comma: '1,5'"},
+    {__LINE__, {"circular"}, "1.5,2\n", ":1: x and y are separated by ':', ';' or '|' only: '1.5,2'"},
     {__LINE__, {"pairs"}, "1;2\n1,5;2\n", ":2: a decimal comma: '1,5'"},
     {__LINE__, {"pairs"}, "1;2\n1;2,5\n", ":2: a decimal comma: '2,5'"},
     {__LINE__, {"multiy"}, "1;2,5;1\n", ":1: a decimal comma: '2,5'"},
@@ -283,14 +285,14 @@ const Misread misreads[] = {
      std::string("\xff\xfe"
                  "1\0\n\0",
                  6),
-     ":1: this is UTF-16: unwrap it, or name a column if it holds a table"},
+     ":1: this is UTF-16: convert it, or name a column if it holds a table"},
     {__LINE__,
      {"pairs"},
      std::string("1\0;\0"
                  "2\0\n\0",
                  8),
-     ":1: this is UTF-16: unwrap it, or name a column if it holds a table"},
-    {__LINE__, {"describe"}, "\x1f\x8b\x08 and so on\n", ":1: this is gzip: unwrap it, or name a column if it holds a table"},
+     ":1: this is UTF-16: convert it, or name a column if it holds a table"},
+    {__LINE__, {"describe"}, "\x1f\x8b\x08 and so on\n", ":1: this is gzip: unpack it, or name a column if it holds a table"},
     // tables
     {__LINE__,
      {"describe"},
@@ -338,6 +340,10 @@ const Misread misreads[] = {
      "seed;colour\nround;yellow\nround;green\nwrinkled;yellow\n",
      " is a table with the columns seed, colour: name what to use, such as --group colour --value NAME"},
     {__LINE__, {"fit"}, "o,e\n12,10\n8,10\n", " is a table with the columns o, e: name what to use, such as --observed o --expected e"},
+    {__LINE__,
+     {"describe"},
+     "sep=;\nplant;height\na;4,17\nb;5,58\nc;5,2\n",
+     " is a table with the columns plant, height: name what to use, such as --column height"},
     {__LINE__, {"describe"}, "no number\nand none\n", ":1: a number is expected, not 'no number'"},  // sentences
     {__LINE__, {"pairs"}, "ctrl;4.17\ntrt;4.81\n", ":1: x is no number: 'ctrl'"},                    // pairs without titles
     {__LINE__, {"ks"}, "class\ta\nx\t1\n", " is a table with the columns class, a: name what to use, such as --count1 a --count2 NAME"},

@@ -56,6 +56,10 @@ const SameReport sameReports[] = {
     {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--header", "--column", "3"}, "site,2019,2020\na,5,1\nb,5,2\nc,5,4\n", ""},
     {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "2"}, "2019,w\n5,1\n5,2\n5,4\n", ""},
     {__LINE__, {"describe"}, "4\n1\n2\n", {"describe", "--no-header", "--column", "2"}, "a,4\nb,1\nc,2\n", ""},
+    // a line that names the separator
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "b,c"}, "sep=;\r\na;b,c\r\n1;1\r\n2;2\r\n3;4\r\n", ""},
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "2"}, "sep=!\n# made up\na!b\n1!1\n2!2\n3!4\n", ""},
+    {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "sep=b"}, "a,sep=b\n1,1\n2,2\n3,4\n", ""},
     // comments before the header
     {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "x"}, "# made up\nx y\n1 2\n2 3\n4 4\n", ""},
     {__LINE__, {"describe"}, "1\n2\n4\n", {"describe", "--column", "x"}, "# made up\nx y z\n1 2 3\n2 3 3\n4 4 3\n", ""},  // three words
@@ -234,6 +238,11 @@ const BadTable badTables[] = {
      ":2: '1,234' may have a decimal comma or a comma between thousands: --decimal-comma takes it for the former"},
     // rows
     {__LINE__, {"describe", "--column", "w"}, "w\n1,5\n2,5\n", ":2: 2 fields, where the header has 1: with --decimal-comma '1,5' is one"},
+    {__LINE__, {"describe", "--column", "w"}, "sep=;\nw;x\n1;2\nNo;3\n", ":4: w: a number is expected, not 'No'"},
+    {__LINE__,
+     {"describe", "--column", "w"},
+     "sep=;\nw;x\n1;2,5\n1.250;3\n",
+     ":4: w: '1.250' has a decimal point, but '2,5' on line 3 a comma"},
     {__LINE__, {"describe", "--column", "w"}, "w\n1,a\n", ":2: 2 fields, where the header has 1"},
     {__LINE__,
      {"describe", "--column", "w"},

@@ -172,8 +172,8 @@ public:
         result.lacksCounts = seen[noCount].count > 0 && !countSeen;
         for (const Seen& kind : seen)
             if (kind.count > shownPerKind)
-                result.warnings.push_back(Sentence::name(name) + ": warning: " + std::to_string(kind.count - shownPerKind) +
-                                          " more lines like line " + std::to_string(kind.first));
+                result.warnings.push_back(Sentence::name(name) + ": warning: " + counted(kind.count - shownPerKind, "more line") +
+                                          " like line " + std::to_string(kind.first));
         return result;
     }
 
@@ -280,7 +280,8 @@ private:
         if (x.used.empty()) return remark(noNumber, "x is no number: " + inQuotes(field), "it is read as 0");
         if (x.outOfRange && std::isinf(std::strtod(std::string(field).c_str(), nullptr)))
             return remark(outOfRange, "x is too large a number: " + inQuotes(field), "it is read as infinite");
-        if (!hasY && holdsDigit(x.ignored))
+        const bool isDecimal = layout == Layout::angles && hasDecimalComma(x);  // an angle has no y
+        if (!hasY && !isDecimal && holdsDigit(x.ignored))
             return remark(noSeparator, "x and y are separated by ':', ';' or '|' only: " + inQuotes(line), asPair);
         if (!hasY && layout != Layout::angles) return remark(noSecond, "there is no y: " + inQuotes(line), asPair);
         return restOf(x, field);
@@ -322,15 +323,19 @@ private:
         return true;
     }
 
+    static bool hasDecimalComma(const Conversion& number)
+    {
+        return number.ignored.size() > 1 && number.ignored[0] == ',' && holdsDigit(number.ignored.substr(1, 1)) &&
+               number.used.find('.') == std::string_view::npos;
+    }
+
     /** Text behind a number is left out. */
     bool restOf(const Conversion& conversion, std::string_view field)
     {
         const std::string_view ignored = conversion.ignored;
         if (conversion.used.empty() || isBlank(ignored)) return true;
         const std::string only = "only " + inQuotes(trimmed(conversion.used)) + " is read";
-        const bool isDecimalComma = ignored.size() > 1 && ignored[0] == ',' && holdsDigit(ignored.substr(1, 1)) &&
-                                    conversion.used.find('.') == std::string_view::npos;
-        if (isDecimalComma) return remark(decimalComma, "a decimal comma: " + inQuotes(field), only);
+        if (hasDecimalComma(conversion)) return remark(decimalComma, "a decimal comma: " + inQuotes(field), only);
         return remark(textBehind, "text behind a number: " + inQuotes(field), only);
     }
 
@@ -401,7 +406,8 @@ LineCheck wrapped(const std::string& wrapping)
 {
     LineCheck result;
     result.stopLine = 1;
-    result.stopReason = "this is " + wrapping + ": unwrap it, or name a column if it holds a table";
+    result.stopReason =
+        "this is " + wrapping + (wrapping == "gzip" ? ": unpack it" : ": convert it") + ", or name a column if it holds a table";
     return result;
 }
 

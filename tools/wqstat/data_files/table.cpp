@@ -50,6 +50,11 @@ Table::Table(const std::string& fileName, const TableFormat& wanted, const Bytes
     wrappings = std::move(text.wrappings);
     records = std::make_unique<CsvRecords>(std::move(text.bytes), shownName);
     if (format.header == TableFormat::Header::found) ownCommands = commandsForOwnFormat(records->begin());
+    std::size_t linesBefore = 0;
+    if (const std::optional<SeparatorLine> line = separatorLine(records->begin())) {
+        if (!format.separator) format.separator = line->separator;
+        records->leaveOut(line->bytes, ++linesBefore);
+    }
     const LeadingComments comments = leadingComments(records->begin(), format);
     records->leaveOut(comments.bytes, comments.lines);
     commentLines = comments.count;
@@ -58,7 +63,7 @@ Table::Table(const std::string& fileName, const TableFormat& wanted, const Bytes
     if (format.decimalComma)
         numbers.expectComma();
     else if (const std::optional<FoundCell> cell = decimalCommaIn(records->begin(), format))
-        numbers.expectComma(comments.lines + cell->line, cell->text);
+        numbers.expectComma(linesBefore + comments.lines + cell->line, cell->text);
     for (const std::string& missing : format.missing)
         if (!missing.empty()) beginsMissing[static_cast<unsigned char>(missing[0])] = true;
     readHeader();

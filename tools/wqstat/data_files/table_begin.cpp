@@ -95,6 +95,14 @@ std::optional<FoundCell> decimalCommaIn(std::string_view begin, const TableForma
     return found;
 }
 
+std::optional<SeparatorLine> separatorLine(std::string_view begin)
+{
+    constexpr std::string_view word = "sep=";
+    const std::size_t end = word.size() + 1;
+    if (begin.substr(0, word.size()) != word || begin.find_first_of("\r\n\"") != end) return std::nullopt;
+    return SeparatorLine{begin[word.size()], behindLine(begin, end)};
+}
+
 LeadingComments leadingComments(std::string_view begin, const TableFormat& wanted)
 {
     const std::vector<std::string_view> lines = leadingLines(begin);

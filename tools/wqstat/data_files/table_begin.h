@@ -27,6 +27,13 @@ struct FoundCell {
  */
 std::optional<FoundCell> decimalCommaIn(std::string_view begin, const TableFormat& format);
 
+/** A first line that names the separator, as spreadsheets have it: sep=; */
+struct SeparatorLine {
+    char separator;
+    std::size_t bytes;
+};
+std::optional<SeparatorLine> separatorLine(std::string_view begin);
+
 /** The lines with comments that a table begins with. */
 struct LeadingComments {
     std::size_t count = 0;

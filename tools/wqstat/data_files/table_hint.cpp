@@ -57,8 +57,12 @@ std::vector<Shown> columnsOf(std::string_view begin)
 {
     constexpr std::size_t mostRecords = 100;
     TableFormat format;
+    if (const std::optional<SeparatorLine> line = separatorLine(begin)) {
+        format.separator = line->separator;
+        begin.remove_prefix(line->bytes);
+    }
     begin.remove_prefix(leadingComments(begin, format).bytes);
-    format.separator = separatorOf(begin, format);
+    if (!format.separator) format.separator = separatorOf(begin, format);
     std::vector<Shown> columns;
     std::size_t rows = 0;
     bool isEven = true;  // as far as the rows go
