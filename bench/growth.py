@@ -17,7 +17,7 @@ ROUNDS = 3
 
 # What an analysis holds at its peak, and why. The figures beside it are measured.
 HELD = {
-    "BasicStatistics": "the values (8), sorted in place; without AVX-512 they are copied meanwhile (16), with it NaN and zeros alone where there is a NaN or -0",
+    "BasicStatistics": "the values (8), sorted in place; without AVX2 they are copied meanwhile (16), with it NaN and zeros alone where there is a NaN or -0",
     "Frequency": "the same; the table of classes is small",
     "BasicXyStatistics": "the pairs (16); the passes need nothing more",
     "LinearRegression": "the pairs (16)",
