@@ -9,7 +9,7 @@ work_in "$BUILD/tests/install/other_compiler"
 
 "$CMAKE" -S "$SOURCE" -B . -G "$GENERATOR" -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE= \
     -DWQ_LIBRARY_OPTIONS=-O2 -DWQ_TOOL_OPTIONS=-O0 -DWQ_WARNINGS_AS_ERRORS=ON -DWQ_BUILD_WQSTAT_TESTS=OFF -DCMAKE_INSTALL_LIBDIR="$LIBRARIES"
-"$CMAKE" --build . --parallel "$(nproc)"
+"$CMAKE" --build . --target all page_programs --parallel "$(nproc)"
 "$CTEST" --output-on-failure --parallel "$(nproc)" -LE 'slow|long' -R '^(test_|example)'
 # Not again what gnuplot, a terminal and the system do to wqstat, whoever compiled it. From a folder of its own: a second ctest in that of the first
 # would take its log.
