@@ -11,6 +11,7 @@
 #include "command_line/version_text.h"
 #include "command_line/viewer.h"
 #include "data_files/table.h"
+#include "data_files/table_begin.h"
 #include "data_files/table_options.h"
 #include "results/json_writer.h"
 #include "results/output_file.h"
@@ -36,7 +37,7 @@ TableProfile profileOf(Table& table)
 {
     TableProfile profile;
     for (std::size_t i = 0; i < table.titles().size(); ++i)
-        profile.columns.emplace_back(table.titles()[i], table.givenNumbers(), table.titleMayBeData(i));
+        profile.columns.emplace_back(table.titles()[i], table.givenNumbers(), table.titleMayBeData(i) && !isYear(table.titles()[i]));
     table.readCells([&](const std::vector<std::string_view>& cells) {
         ++profile.rows;
         const std::size_t line = table.line();

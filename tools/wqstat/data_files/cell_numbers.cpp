@@ -51,14 +51,15 @@ bool CellNumbers::hasPoint(std::string_view cell, std::size_t line)
 {
     if (comma.line > 0) return refuse(inQuotes(cell) + " has a decimal point, but " + onLine(comma.line, comma.cell) + " a comma");
     if (comma.isCertain) return refuse("a number with a decimal comma is expected, not " + inQuotes(cell));
-    if (point.line == 0) point = {line, std::string(cell), true};
+    if (point.line == 0) point = {line, std::string(cell), elsewhere.line == 0};
+    point.isCertain = point.isCertain || !maySeparateThousands(cell, '.');
     return true;
 }
 
 bool CellNumbers::hasCommaInstead(std::string_view cell, std::size_t line)
 {
     if (point.line > 0) return refuse(inQuotes(cell) + " has a comma, but " + onLine(point.line, point.cell) + " a decimal point");
-    if (comma.line == 0) comma = {line, std::string(cell), comma.isCertain};
+    if (comma.line == 0) comma = {line, std::string(cell), comma.isCertain || elsewhere.isCertain};
     comma.isCertain = comma.isCertain || !maySeparateThousands(cell, ',');
     return true;
 }
@@ -71,6 +72,9 @@ bool CellNumbers::refuse(const std::string& why)
 
 std::string CellNumbers::doubt() const
 {
+    if (point.line > 0 && !point.isCertain)
+        return inQuotes(point.cell) + " may have a decimal point or one between thousands, as " + onLine(elsewhere.line, elsewhere.cell) +
+               " has a decimal comma: --decimal-point takes it for the former";
     if (comma.line == 0 || comma.isCertain) return "";
     return inQuotes(comma.cell) + " may have a decimal comma or a comma between thousands: --decimal-comma takes it for the former";
 }

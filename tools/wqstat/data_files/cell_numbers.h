@@ -3,6 +3,7 @@
 
 #include "numbers/plain_decimal.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <string>
@@ -26,11 +27,14 @@ bool maySeparateThousands(std::string_view cell, char mark);
  */
 class CellNumbers {
 public:
+    /** Expects decimal commas from the start. */
+    void expectComma() { comma = {0, "", true}; }
+
     /**
-     * Expects decimal commas from the start.
-     * @param line on which a cell outside those to be converted shows it, and that cell; 0 where it is known otherwise.
+     * Another column has a decimal comma: a point that may separate thousands is doubtful then, and a comma that may is none.
+     * @param cell of that column, and its line. @param isOnly no other column shows a decimal point.
      */
-    void expectComma(std::size_t line = 0, const std::string& cell = "") { comma = {line, cell, true}; }
+    void seeCommaElsewhere(std::size_t line, const std::string& cell, bool isOnly) { elsewhere = {line, cell, isOnly}; }
 
     /**
      * @param cell without blanks around it; plainDecimalSlack characters behind it can be read.
@@ -47,7 +51,7 @@ public:
         const bool isPlain = number.end == cell.data() + cell.size() && number.isConvertible();
         const bool isWhole = isPlain && number.count == number.end - begin;
         double result = 0.0;
-        if (!isPlain || !(isWhole || point.line > 0) || !nearestDouble(number, result)) return convertOther(cell, line, value);
+        if (!isPlain || !(isWhole || point.isCertain) || !nearestDouble(number, result)) return convertOther(cell, line, value);
         value = minus ? -result : result;
         return true;
     }
@@ -58,11 +62,11 @@ public:
     bool hasPoint() const { return point.line > 0; }
     bool hasComma() const { return comma.line > 0 || comma.isCertain; }
 
-    /** When all is read: where a comma may have separated thousands as well, as in 1,234, in words; otherwise empty. */
+    /** When all is read: where a comma or a point may have separated thousands as well, as in 1,234, in words; otherwise empty. */
     std::string doubt() const;
 
     /** The line of that number. */
-    std::size_t doubtLine() const { return comma.line; }
+    std::size_t doubtLine() const { return std::max(comma.line, point.line); }  // one of them is 0
 
 private:
     struct Mark {
@@ -78,6 +82,7 @@ private:
 
     Mark point;
     Mark comma;
+    Mark elsewhere;  // a decimal comma
     std::string reason;
     std::string withPoint;
 };

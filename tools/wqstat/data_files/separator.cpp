@@ -21,9 +21,9 @@ constexpr Named candidates[] = {{'\t', "tab"}, {';', "semicolon"}, {'|', "bar"},
 
 /** What a separator makes of the first records. */
 struct Cut {
-    double evenness = 0.0;      // the part of them that have as many fields as the first one; 0 where that has only one
-    bool holdsNumbers = false;  // all cells below the first record are numbers or missing
-    bool isInQuotes = false;    // the separator stands in quotes too
+    double evenness = 0.0;     // the part of them that have as many fields as the first one; 0 where that has only one
+    bool holdsCommas = false;  // all cells of all of them are numbers with decimal commas
+    bool isInQuotes = false;   // the separator stands in quotes too
 };
 
 bool hold(const std::vector<std::string_view>& cells, char character)
@@ -38,17 +38,14 @@ Cut cutBy(char separator, std::string_view text, const TableFormat& format)
     std::size_t even = 0;
     std::size_t fields = 0;
     Cut cut;
-    CellNumbers numbers;
+    CellNumbers numbers = numbersOf(format);
     readRecords(text, separator, mostRecords, [&](const std::vector<std::string_view>& cells, std::size_t) {
         if (records == 0) fields = cells.size();
         ++records;
         if (cells.size() == fields) ++even;
         cut.isInQuotes = cut.isInQuotes || hold(cells, separator);
-        if (records <= 2) {  // below the first record, unless that is the only one
-            cut.holdsNumbers = true;
-            numbers = numbersOf(format);
-        }
-        cut.holdsNumbers = cut.holdsNumbers && areNumbers(cells, format, numbers);
+        cut.holdsCommas = (records == 1 || cut.holdsCommas) && areNumbers(cells, format, numbers) &&
+                          std::all_of(cells.begin(), cells.end(), [](std::string_view cell) { return cell.find(',') < cell.size(); });
     });
     if (fields >= 2) cut.evenness = static_cast<double>(even) / static_cast<double>(records);
     return cut;
@@ -60,13 +57,12 @@ char separatorOf(std::string_view begin, const TableFormat& format)
 {
     const std::string_view text = wholeLines(begin);
     char best = format.decimalComma ? ';' : ',';
-    Cut bestCut{0.5, true, false};
+    Cut bestCut{0.5, false, false};
     for (const Named& candidate : candidates) {
         const Cut cut = cutBy(candidate.separator, text, format);
         if (format.decimalComma && candidate.separator == ',' && !cut.isInQuotes) continue;
-        const bool isBetter =
-            cut.evenness > bestCut.evenness || (cut.evenness == bestCut.evenness && cut.holdsNumbers && !bestCut.holdsNumbers);
-        if (!isBetter) continue;
+        const bool isInsteadOfComma = best == ',' && cut.evenness == bestCut.evenness && cut.holdsCommas;
+        if (cut.evenness <= bestCut.evenness && !isInsteadOfComma) continue;
         best = candidate.separator;
         bestCut = cut;
     }

@@ -62,8 +62,8 @@ Table::Table(const std::string& fileName, const TableFormat& wanted, const Bytes
     records->setSeparator(*format.separator);
     if (format.decimalComma)
         numbers.expectComma();
-    else if (const std::optional<FoundCell> cell = decimalCommaIn(records->begin(), format))
-        numbers.expectComma(linesBefore + comments.lines + cell->line, cell->text);
+    else if (const std::optional<DecimalComma> found = format.decimalPoint ? std::nullopt : decimalCommaIn(records->begin(), format))
+        numbers.seeCommaElsewhere(linesBefore + comments.lines + found->line, found->cell, found->isOnly);
     for (const std::string& missing : format.missing)
         if (!missing.empty()) beginsMissing[static_cast<unsigned char>(missing[0])] = true;
     readHeader();

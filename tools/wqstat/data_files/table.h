@@ -39,6 +39,7 @@ struct TableFormat {
 
     std::optional<char> separator;
     bool decimalComma = false;
+    bool decimalPoint = false;  ///< whatever other columns show
     Header header = Header::found;
     std::vector<std::string> missing{"NA", "N/A", "NaN", "nan", "-", "."};  ///< besides the empty cell
     bool refuseMissing = false;

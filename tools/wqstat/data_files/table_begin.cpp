@@ -15,12 +15,12 @@ public:
     {
         holdsNumbers = holdsNumbers && areNumbers({cell}, format, numbers);
         if (!holdsNumbers) return;
-        if (!withComma && shows(cell, ',')) withComma = {line, std::string(cell)};
+        if (withComma.line == 0 && shows(cell, ',')) withComma = {line, std::string(cell), true};
         hasPoint = hasPoint || shows(cell, '.');
     }
 
     bool showsPoint() const { return holdsNumbers && hasPoint; }
-    const FoundCell* comma() const { return holdsNumbers && withComma ? &*withComma : nullptr; }
+    const DecimalComma* comma() const { return holdsNumbers && withComma.line > 0 ? &withComma : nullptr; }
 
 private:
     static bool shows(std::string_view cell, char mark)
@@ -31,7 +31,7 @@ private:
     CellNumbers numbers;
     bool holdsNumbers = true;
     bool hasPoint = false;
-    std::optional<FoundCell> withComma;
+    DecimalComma withComma{0, "", true};
 };
 
 std::size_t fieldsOf(std::string_view line, const TableFormat& format)
@@ -41,15 +41,20 @@ std::size_t fieldsOf(std::string_view line, const TableFormat& format)
     return fields;
 }
 
-/** Whether the first record is one of titles: it holds no number, and the second one does. */
+/** Whether the first record is one of titles beyond doubt: words alone, and there is a number in each of the next two. */
 bool beginsWithTitles(std::string_view text, const TableFormat& format)
 {
-    std::vector<bool> holdsNumber;
-    readRecords(text, *format.separator, 2, [&](const std::vector<std::string_view>& cells, std::size_t) {
-        holdsNumber.push_back(
-            std::any_of(cells.begin(), cells.end(), [&](std::string_view cell) { return lookAt(cell, format) == CellLook::number; }));
+    const auto isWord = [&](std::string_view cell) {
+        return lookAt(cell, format) == CellLook::text && cell.find_first_of("0123456789") == std::string_view::npos;
+    };
+    const auto isNumber = [&](std::string_view cell) { return lookAt(cell, format) == CellLook::number; };
+    std::size_t fitting = 0;
+    readRecords(text, *format.separator, 3, [&](const std::vector<std::string_view>& cells, std::size_t) {
+        const bool fits =
+            fitting == 0 ? std::all_of(cells.begin(), cells.end(), isWord) : std::any_of(cells.begin(), cells.end(), isNumber);
+        if (fits) ++fitting;
     });
-    return format.header != TableFormat::Header::absent && holdsNumber == std::vector<bool>{false, true};
+    return format.header != TableFormat::Header::absent && fitting == 3;
 }
 
 /** Where the next line begins. */
@@ -78,7 +83,7 @@ std::vector<std::string_view> leadingLines(std::string_view begin)
 
 }  // namespace
 
-std::optional<FoundCell> decimalCommaIn(std::string_view begin, const TableFormat& format)
+std::optional<DecimalComma> decimalCommaIn(std::string_view begin, const TableFormat& format)
 {
     std::vector<MarkOfColumn> columns;
     bool isTitle = format.header != TableFormat::Header::absent;
@@ -87,11 +92,10 @@ std::optional<FoundCell> decimalCommaIn(std::string_view begin, const TableForma
         for (std::size_t i = 0; i < cells.size() && !isTitle; ++i) columns[i].see(cells[i], line, format);
         isTitle = false;
     });
-    std::optional<FoundCell> found;
-    for (const MarkOfColumn& column : columns) {
-        if (column.showsPoint()) return std::nullopt;
+    std::optional<DecimalComma> found;
+    for (const MarkOfColumn& column : columns)
         if (!found && column.comma() != nullptr) found = *column.comma();
-    }
+    if (found) found->isOnly = std::none_of(columns.begin(), columns.end(), [](const MarkOfColumn& column) { return column.showsPoint(); });
     return found;
 }
 
@@ -120,11 +124,17 @@ LeadingComments leadingComments(std::string_view begin, const TableFormat& wante
         ++upTo.lines;
         upTo.bytes += line.size();
         if (!isComment(line)) continue;
-        if (!titlesFollow && fieldsOf(line, format) == fields) break;
+        const bool beginsLikeOne = titlesFollow && line.size() > 1 && isBlank(line[1]);
+        if (!beginsLikeOne && fieldsOf(line, format) == fields) break;
         ++upTo.count;
         found = upTo;
     }
     return found;
+}
+
+bool isYear(std::string_view title)
+{
+    return title.size() == 4 && (title[0] == '1' || title[0] == '2') && title.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
 CellLook lookAt(std::string_view cell, const TableFormat& format)

@@ -14,18 +14,18 @@
 
 namespace wqstat {
 
-/** A cell of a table. */
-struct FoundCell {
+/** A number with a decimal comma. */
+struct DecimalComma {
     std::size_t line;
-    std::string text;
+    std::string cell;
+    bool isOnly;  ///< no column of numbers shows a decimal point
 };
 
 /**
- * A number that shows that the table has decimal commas, whichever columns are used: one in a column of numbers alone, whose comma can
- * separate no thousands. None where a column of numbers shows a decimal point in the same way.
+ * A number that shows decimal commas, whichever columns are used: one in a column of numbers alone, whose comma can separate no thousands.
  * @param begin of the text, from its header on. @param format has a separator.
  */
-std::optional<FoundCell> decimalCommaIn(std::string_view begin, const TableFormat& format);
+std::optional<DecimalComma> decimalCommaIn(std::string_view begin, const TableFormat& format);
 
 /** A first line that names the separator, as spreadsheets have it: sep=; */
 struct SeparatorLine {
@@ -42,10 +42,13 @@ struct LeadingComments {
 };
 
 /**
- * Leading lines that begin with '#' are comments unless they have as many fields as the first line that does not. They are comments also
- * then where that line holds the titles: no number, and the one below it one.
+ * Leading lines that begin with '#' are comments unless they have as many fields as the first line that does not. One that begins with '#' and
+ * a blank is a comment also then where that line holds the titles: words without a digit, and below it two rows with numbers.
  */
 LeadingComments leadingComments(std::string_view begin, const TableFormat& format);
+
+/** Whether a title is a year from 1000 to 2999: of the titles that are numbers the ones that are meant. */
+bool isYear(std::string_view title);
 
 /** What a cell may be. */
 enum class CellLook { number, text, missing };

@@ -27,7 +27,7 @@ bool isTitle(std::string_view title, const TableFormat& format)
     const bool looksLikeOne =
         title.find_first_of("0123456789+-.") == 0 && title.find_first_not_of("0123456789+-.,eE") == std::string_view::npos;
     if (lookAt(title, format) != CellLook::number && !looksLikeOne) return true;
-    return title.size() == 4 && (title[0] == '1' || title[0] == '2') && title.find_first_not_of("0123456789") == std::string_view::npos;
+    return isYear(title);
 }
 
 bool areTitles(const std::vector<std::string_view>& cells, const TableFormat& format)

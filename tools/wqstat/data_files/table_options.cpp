@@ -61,6 +61,9 @@ void TableOptions::declareReading(CLI::App& app)
     separator->type_name("NAME");
     CLI::Option* const comma =
         app.add_flag("--decimal-comma", tableFormat.decimalComma, "in a table: numbers have a decimal comma; found out unless given");
+    CLI::Option* const point =
+        app.add_flag("--decimal-point", tableFormat.decimalPoint, "in a table: numbers have a decimal point, whatever other columns have");
+    point->excludes(comma);
     CLI::Option* const without = app.add_flag_callback(
         "--no-header", [this] { tableFormat.header = TableFormat::Header::absent; },
         "the table's first line holds data, not the columns' titles");
@@ -73,7 +76,7 @@ void TableOptions::declareReading(CLI::App& app)
         "--na", setMissing, "in a table: what stands for a missing value besides nothing; NA,N/A,NaN,nan,-,. unless given");
     missing->type_name("TEXT,...");
     CLI::Option* const tell = app.add_flag("--verbose", isVerbose, "say on standard error how the table was read");
-    formatOptions = {separator, comma, without, with, missing, tell};
+    formatOptions = {separator, comma, point, without, with, missing, tell};
 }
 
 std::vector<std::string> TableOptions::readingWords() const
