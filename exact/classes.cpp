@@ -136,11 +136,18 @@ std::optional<std::vector<std::size_t>> classSizes(const wq_lib::KolmogorovSmirn
 /** Whether there is nothing but counts, in the classes and in the sums of an object that may hold those of other classes. */
 bool hasCounts(const wq_lib::KolmogorovSmirnov2& test)
 {
+    constexpr double mostCounted = 9007199254740992.0;  // 2^53: the sizes of the samples are whole numbers
     bool found = true;
-    const auto look = [&found](double first, double second) { found = found && isCount(first) && isCount(second); };
+    double sum1 = 0.0;
+    double sum2 = 0.0;
+    const auto look = [&](double first, double second) {
+        found = found && isCount(first) && isCount(second);
+        sum1 += first;
+        sum2 += second;
+    };
     detail::AnalysedPairs(test).each([&](const wq_lib::data_pair& pair) { look(pair.x, pair.y); });
     for (const auto& [c1, c2] : StoredFrequencies::of(test)) look(c1, c2);
-    return found;
+    return found && sum1 <= mostCounted && sum2 <= mostCounted;
 }
 
 /** By all arrangements given the ties. */

@@ -187,10 +187,11 @@ TEST(Warnings, tellOfNoDirections)  // where fractions of one are read as the li
 TEST(Warnings, tellOfFrequenciesThatAreNoCounts)
 {
     const auto groundless = [](const std::string& verdict) {
-        return "the report " + verdict + " H0 without ground: a frequency is negative or no finite number";
+        return "the report " + verdict + " H0 without ground: a frequency is negative, not finite or too large";
     };
     const auto sums = [](const std::string& both) { return "the sums of the observed and the expected frequencies differ: " + both; };
     expectWarnings({
+        {__LINE__, {"ks"}, "1e20;1\n3;4\n", {groundless("rejects")}},
         {__LINE__, {"fit"}, "nan;15\n14;14\n", {groundless("accepts"), sums("n/a and 29")}},
         {__LINE__, {"fit"}, "inf;5\n12;20\n", {groundless("rejects"), sums("inf and 25")}},
         {__LINE__, {"fit"}, "20;inf\n12;20\n", {groundless("accepts"), sums("32 and inf")}},

@@ -51,7 +51,7 @@ struct KolmogorovSmirnovResult {
     Decision decision;    ///< by the count where there is one
     double p = none;      ///< of the decision
     bool reportHasCriticalValue = false;  ///< whether D_TwoSamples() offers one for these sizes; without it the report accepts D = 0 alone
-    bool areCounts = true;                ///< whether all frequencies are finite and none is negative; else there is no test
+    bool areCounts = true;                ///< none is negative, not finite or too large, as sums above 2^53 are; else no test
 
     /** @return whether the object's own report decides differently. */
     bool reportDiffers() const noexcept { return decision.reportDiffers(); }

@@ -189,7 +189,7 @@ Warnings warningsOf(const wq_exact::MultiYResult& exact, const wq_lib::LinearReg
 
 namespace {
 
-constexpr char noCounts[] = "a frequency is negative or no finite number";
+constexpr char noCounts[] = "a frequency is negative, not finite or too large";
 
 }  // namespace
 
