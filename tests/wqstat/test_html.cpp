@@ -273,7 +273,7 @@ TEST(Page, listsNoProbabilityOfAFitWithoutATest)
         {__LINE__, "5;0\n3;5\n", ", no test: nothing is expected in 1 class"},
         {__LINE__, "0;0\n3;5\n9;7\n", ", no test: nothing is expected in 1 class"},
         {__LINE__, "5;5\n", ", no test: there are no degrees of freedom"},
-        {__LINE__, "5;7\nnan;3\n", ", no test: a frequency is negative or no finite number"},
+        {__LINE__, "5;7\nnan;3\n", ", no test: a frequency is negative, not finite or too large"},
         {__LINE__, "5;3\n3;5\n", ""},
     };
     for (const auto& row : rows) {
@@ -408,6 +408,15 @@ TEST(Page, hasARowForEachClass)
                                  {"result/cumulativeFrequencies/1/relF1", 0.75},
                                  {"result/cumulativeFrequencies/1/relF2", 0.4},
                                  {"result/cumulativeFrequencies/1/diff", 0.35}});
+}
+
+TEST(Page, showsNoProbabilityAsNought)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    ASSERT_EQ(run({"describe", std::string(WQ_SOURCE_DIR) + "/examples/data/nist_numacc3.txt", "--html", file}).status, done);
+    EXPECT_THAT(pageIn(file).figures, Contains(testing::Pair("textbook/p", "0")));
+    EXPECT_THAT(contentOf(file), testing::HasSubstr(">&lt; 1e-300</data>"));
 }
 
 // Thousands of groups and classes, of which the first stand on the page, and those with the figures of the JSON document.

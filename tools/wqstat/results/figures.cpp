@@ -50,7 +50,7 @@ std::string coefficient(double value)
     return figures(value, std::min(most, static_cast<int>(std::ceil(-std::log10(missing)))));
 }
 
-std::string probability(double p) { return p == 0.0 ? "p < 1e-300" : "p = " + figures(p, 3); }
+std::string probability(double p) { return p == 0.0 ? std::string("p ") + belowAllProbabilities : "p = " + figures(p, 3); }
 
 std::string digits(std::size_t n)
 {

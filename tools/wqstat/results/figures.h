@@ -24,6 +24,9 @@ std::string readable(double value, double spread = 0.0);
 /** A coefficient from -1 to 1, with as many digits as tell it from -1 and 1: 0.98198, 0.999997. */
 std::string coefficient(double value);
 
+/** What a probability is that no double holds, and which is 0 therefore. */
+constexpr char belowAllProbabilities[] = "< 1e-300";
+
 /** "p = 0.0312", "p < 1e-300"; "p = n/a" where there is none. */
 std::string probability(double p);
 

@@ -78,11 +78,19 @@ std::string figureText(double value, double spread, int leastDigits)
     return figures(value, isWhole ? 15 : digitsWithin(value, spread, 3, leastDigits));
 }
 
+/** Whether the figure is called p, or p of something, such as pB. */
+bool isProbability(const std::string& path)
+{
+    const std::string name = path.substr(path.find_last_of('/') + 1);
+    return name[0] == 'p' && (name.size() == 1 || (name[1] >= 'A' && name[1] <= 'Z'));
+}
+
 }  // namespace
 
 void figureCell(HtmlWriter& html, double value, const std::string& path, double spread, int leastDigits)
 {
-    html.open("td").element("data", figureText(value, spread, leastDigits),
+    const bool isTooSmall = value == 0.0 && isProbability(path);
+    html.open("td").element("data", isTooSmall ? belowAllProbabilities : figureText(value, spread, leastDigits),
                             {{"value", std::isnan(value) ? "NaN" : shortest(value)}, {"class", path}});
     html.close();
 }
