@@ -1,4 +1,16 @@
-# cmake -DDOXYGEN=program -DFOLDER=folder of the Doxyfile -P make.cmake: makes FOLDER/html anew; a warning is an error.
+# cmake -DFOLDER=folder of the Doxyfile -P make.cmake: makes FOLDER/html anew; a warning is an error. Its programs are looked for here, so that a
+# build needs them no sooner.
+set(needed "The reference is made by Doxygen 1.9.4 or later and Python 3 (Debian packages: doxygen python3)")
+find_program(DOXYGEN doxygen)
+find_program(PYTHON3 python3)
+if(NOT DOXYGEN OR NOT PYTHON3)
+  message(FATAL_ERROR "${needed}")
+endif()
+execute_process(COMMAND ${DOXYGEN} --version OUTPUT_VARIABLE version)
+if(version VERSION_LESS 1.9.4)
+  message(FATAL_ERROR "${needed}; this is ${version}")
+endif()
+
 file(REMOVE_RECURSE ${FOLDER}/html)
 execute_process(COMMAND ${DOXYGEN} ${FOLDER}/Doxyfile WORKING_DIRECTORY ${FOLDER} RESULT_VARIABLE status)
 if(NOT status EQUAL 0)
