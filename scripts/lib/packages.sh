@@ -13,15 +13,17 @@ for_building='
     libssl-dev          header openssl/evp.h
     nlohmann-json3-dev  header nlohmann/json.hpp
 '
-for_testing='
+for_building_tests='
     libgtest-dev        header gtest/gtest.h
     libgmock-dev        header gmock/gmock.h
+    locales             file /usr/share/i18n/locales/de_DE
+    python3             program python3
+'
+for_testing='
     clang-format        program clang-format
     pkg-config          program pkg-config
     gnuplot-nox         program gnuplot
-    locales             file /usr/share/i18n/locales/de_DE
     r-base-core         program Rscript
-    python3             program python3
     python3-jsonschema  file /usr/lib/python3/dist-packages/jsonschema/__init__.py
     dpkg-dev            program dpkg-shlibdeps
     mandoc              program mandoc
@@ -96,15 +98,24 @@ missing_packages()
     echo "${missing[*]}"
 }
 
+# The user who installs: nothing for root, sudo for others.
+as_root=()
+[ "$(id -u)" = 0 ] || as_root=(sudo -n)
+
+# can_install: whether packages may be installed here.
+can_install()
+{
+    command -v apt-get >/dev/null && "${as_root[@]}" true 2>/dev/null
+}
+
 # ensure_packages LIST: installs what is missing through apt when that is allowed; ends the script, naming what is missing, when not.
 ensure_packages()
 {
-    local missing as_root=()
+    local missing
     missing=$(missing_packages "$1")
     [ -n "$missing" ] || return 0
 
-    [ "$(id -u)" = 0 ] || as_root=(sudo -n)
-    if command -v apt-get >/dev/null && "${as_root[@]}" true 2>/dev/null; then
+    if can_install; then
         echo "Installing through apt: $missing" >&2
         # shellcheck disable=SC2086 # one word per package
         { "${as_root[@]}" apt-get update -qq && "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
@@ -118,4 +129,20 @@ ensure_packages()
     echo "Missing: $missing" >&2
     echo "These are Debian packages; an administrator installs them with: apt-get install $missing" >&2
     exit 1
+}
+
+# ensure_packages_meanwhile LIST: does so beside what follows, up to wait_for_packages.
+ensure_packages_meanwhile()
+{
+    if can_install; then
+        ensure_packages "$1" &
+        installation=$!
+    else
+        ensure_packages "$1"
+    fi
+}
+
+wait_for_packages()
+{
+    [ -z "${installation-}" ] || wait "$installation" || exit 1
 }
