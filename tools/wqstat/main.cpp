@@ -47,14 +47,23 @@ std::vector<CommandEntry> allCommands()
     return all;
 }
 
+/** The command that the first argument names, alone, or all where it names none: to make the options of each takes longer than many a file. */
+std::vector<CommandEntry> neededCommands(std::string_view firstArgument)
+{
+    std::vector<CommandEntry> all = allCommands();
+    for (const CommandEntry& entry : all)
+        if (entry.name == firstArgument) return {entry};
+    return all;
+}
+
 /** The program: its options and, by subcommand, what there is to run. */
 class Program {
 public:
-    Program() : app("Classical statistics of data files.", "wqstat")
+    explicit Program(std::string_view firstArgument) : app("Classical statistics of data files.", "wqstat")
     {
         app.formatter(std::make_shared<HelpFormatter>());  // the subcommands made from here on have it too
         std::string examples = "Examples:\n";
-        for (const CommandEntry& entry : allCommands()) {
+        for (const CommandEntry& entry : neededCommands(firstArgument)) {
             CLI::App* const subcommand = app.add_subcommand(entry.name, entry.summary);
             commands.emplace_back(subcommand, entry.make());
             commands.back().second->declare(*subcommand);
@@ -175,7 +184,7 @@ int main(int argc, char** argv)
         std::ios_base::sync_with_stdio(false);
         const TerminalStreams streams;
         keepCommandLine(argc, argv);
-        return Program().run(argc, argv);
+        return Program(argc > 1 ? argv[1] : "").run(argc, argv);
     } catch (const std::bad_alloc&) {  // for the options, or for the text of a message
         return failure(noMemory, couldNotAnalyse);
     }
