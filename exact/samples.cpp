@@ -168,6 +168,7 @@ FrequencyResult of(const wq_lib::Frequency& sample) noexcept
         if (!sample.getTable().empty() && isInLastClass(sample, value)) ++exact.lastClass;
     });
     for (const wq_lib::frequency_class& row : sample.getTable()) exact.counted += row.count;
+    exact.meanLimits = of(static_cast<const wq_lib::BasicStatistics&>(sample)).meanLimits;
     return exact;
 }
 

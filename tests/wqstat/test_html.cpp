@@ -419,6 +419,23 @@ TEST(Page, showsNoProbabilityAsNought)
     EXPECT_THAT(contentOf(file), testing::HasSubstr(">&lt; 1e-300</data>"));
 }
 
+// Two groups of three, of variance 1 and so far apart that F(1, 4), 3/2 of the squared distance, has an upper tail of about 6 / F^2.
+TEST(Page, showsNoLowerTailAsOne)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    const auto shownTail = [&](const std::string& distant) {
+        const std::string data = folder.write("groups.txt", "1;-1\n1;0\n1;1\n2;" + distant + "\n");
+        EXPECT_EQ(run({"anova", data, "--html", file, "--no-warnings"}).status, done);
+        const std::string html = contentOf(file);
+        const std::size_t path = html.find("class=\"textbook/lowerTail\"");
+        const std::size_t begin = html.find('>', path) + 1;
+        return html.substr(begin, html.find('<', begin) - begin);
+    };
+    EXPECT_THAT(shownTail("4095\n2;4096\n2;4097"), testing::StartsWith("0.9999999999999"));
+    EXPECT_EQ(shownTail("1073741823\n2;1073741824\n2;1073741825"), "&gt; 0.999999999999999");
+}
+
 // Thousands of groups and classes, of which the first stand on the page, and those with the figures of the JSON document.
 TEST(Page, staysSmallForManyGroupsAndClasses)
 {

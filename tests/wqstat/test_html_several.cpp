@@ -112,7 +112,7 @@ TEST(PageOfSeveral, isTitledByWhatItHolds)
     const std::string file = folder.path("page.html");
     const std::string table = folder.write("sites.csv", sites(3));
     ASSERT_EQ(run({"anova", "--group", "g", "--value", "w", "--by", "site", table, "--no-warnings", "--html", file}).status, done);
-    EXPECT_THAT(pageIn(file).titles, ElementsAre("3 analyses \u2013 one-way Anova \u2013 sites.csv"));
+    EXPECT_THAT(pageIn(file).titles, ElementsAre("3 analyses, by site \u2013 one-way Anova \u2013 sites.csv"));
     EXPECT_THAT(pageIn(file).texts, Contains("w by g")) << "of a section";
     ASSERT_EQ(run({"describe", cavendish, instrument1, "--html", file}).status, done);
     EXPECT_THAT(pageIn(file).titles, ElementsAre("2 analyses \u2013 descriptive statistics \u2013 2 files"));
@@ -297,6 +297,20 @@ TEST(PageOfSeveral, staysSmallForManyFiles)
                 Contains(testing::ContainsRegex("^It is left out here: its [0-9 ]+ bytes would make the page larger than 300 KiB.$")));
     EXPECT_THAT(page.texts,
                 Contains(testing::ContainsRegex("^These are the first [0-9]+ of 260 analyses; more would make the page larger")));
+}
+
+TEST(PageOfSeveral, hasTheSmallPicturesAheadOfTheTable)
+{
+    const TempFolder folder;
+    const std::string file = folder.path("page.html");
+    ASSERT_EQ(run({"describe", cavendish, instrument1, "--html", file}).status, done);
+    const std::string html = contentOf(file);
+    const std::size_t pictures = html.find("id=\"multiples\"");
+    const std::size_t table = html.find("id=\"all\"");
+    ASSERT_NE(table, std::string::npos);
+    EXPECT_LT(pictures, table);
+    EXPECT_LT(html.find("href=\"#multiples\""), html.find("href=\"#all\""));
+    EXPECT_LT(table, html.find("id=\"analysis-1\""));
 }
 
 // However small a picture is, its text alternative has its figures whole, as the large one's has.

@@ -207,6 +207,8 @@ TEST(Textbook, showsWhatTheTableOfFrequenciesAndThePairsLeaveOut)
     EXPECT_EQ(table.at("minimum"), -5.0);
     EXPECT_EQ(table.at("maximum"), -1.0);
     EXPECT_EQ(table.at("lastClassCount"), 3.0);  // -2, -1 and -1: the upper class ends at the report's maximum, 0
+    EXPECT_EQ(table.at("confidenceLimits"), figuresOf({"describe", folder.path("values.txt")}).at("confidenceLimits"));
+    EXPECT_TRUE(table.at("confidenceLimits").at("lower").is_number());
     const Json pairs = figuresOf({"pairs", supplements});
     const Json correlation = figuresOf({"correlate", supplements});
     EXPECT_EQ(pairs.at("p"), correlation.at("pT"));

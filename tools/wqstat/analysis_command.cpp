@@ -478,7 +478,10 @@ void AnalysisCommand::writePageOfSeveral()
     pageOfAll.fileName = views.pageName();
     pageOfAll.command = commandName;
     pageOfAll.heading = Sentence::name(views.plot().title.value_or(""));
-    if (pageOfAll.heading.empty()) pageOfAll.heading = counted(pageOfAll.analyses.size(), "analysis", "analyses");
+    if (pageOfAll.heading.empty()) {
+        pageOfAll.heading = counted(pageOfAll.analyses.size(), "analysis", "analyses");
+        if (!byColumn.empty()) pageOfAll.heading += ", by " + Sentence::name(cutTitle(byColumn));
+    }
     const std::string source =
         givenFiles.size() > 1 ? counted(givenFiles.size(), "file", "files") : nameOf(givenFiles.empty() ? "-" : givenFiles.front());
     pageOfAll.title =

@@ -69,6 +69,7 @@ struct FrequencyResult {
     std::size_t lastClass = 0;  ///< values that lie in the last class, its upper limit included, whether the table counts them or not
     double minimum = none;      ///< smallest value
     double maximum = none;      ///< largest value, whatever its sign
+    Limits meanLimits;          ///< of the mean of the values in the analysed range, as those of a sample
 
     /** @return how many values the table leaves out. */
     std::size_t leftOut() const noexcept { return n > counted ? n - counted : 0; }

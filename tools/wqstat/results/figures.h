@@ -27,6 +27,9 @@ std::string coefficient(double value);
 /** What a probability is that no double holds, and which is 0 therefore. */
 constexpr char belowAllProbabilities[] = "< 1e-300";
 
+/** What a lower tail is that no double tells from 1. */
+constexpr char nextToOne[] = "> 0.999999999999999";
+
 /** "p = 0.0312", "p < 1e-300"; "p = n/a" where there is none. */
 std::string probability(double p);
 

@@ -43,12 +43,14 @@ public:
         bytesOfTable = std::min(mostBytesOfTable, mostBytes - std::min(mostBytes, origin.size() + bytesOfHead));
         HtmlWriter results;
         begin(results);
+        table(results);
         const std::size_t used = results.size() + origin.size();
         drawMultiples(used);
         fillSections(used + multiples.size());
         HtmlWriter html;
         begin(html);
         html.append(multiples);
+        table(html);
         for (const HtmlWriter& section : sections) html.append(section);
         html.append(origin).close().close().close();
         return html.page();
@@ -67,7 +69,6 @@ private:
         if (const Sentence question = commonQuestion(); !question.empty()) html.sentence("p", question, {{"class", "question"}});
         html.element("p", summary(), {{"class", "summary"}}).close();
         contents(html);
-        table(html);
     }
 
     /** The question, where it is the same for all. */
@@ -104,8 +105,8 @@ private:
         const auto line = [&html](const std::string& to, const Sentence& text) {
             html.open("li").sentence("a", text, {{"href", "#" + to}}).close();
         };
-        line("all", "All results");
         if (multiples.size() > 0) line("multiples", "Side by side");
+        line("all", "All results");
         for (std::size_t i = 0; i < sections.size(); ++i)
             if (hasSection(i)) line(anchor(i), Sentence::name(content.analyses[i].name));
         html.close().close();

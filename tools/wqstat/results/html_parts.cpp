@@ -75,22 +75,26 @@ namespace {
 std::string figureText(double value, double spread, int leastDigits)
 {
     const bool isWhole = std::fabs(value) < 1e15 && value == std::round(value);
-    return figures(value, isWhole ? 15 : digitsWithin(value, spread, 3, leastDigits));
+    if (isWhole) return figures(value, 15);
+    const std::string text = figures(value, digitsWithin(value, spread, 3, leastDigits));
+    return text == "1" || text == "-1" ? coefficient(value) : text;
 }
 
-/** Whether the figure is called p, or p of something, such as pB. */
-bool isProbability(const std::string& path)
+/** What stands for a probability that is neither 0 nor 1 but too near to them for a double; empty for other figures. */
+std::string_view besideTheDoubles(double value, const std::string& path)
 {
     const std::string name = path.substr(path.find_last_of('/') + 1);
-    return name[0] == 'p' && (name.size() == 1 || (name[1] >= 'A' && name[1] <= 'Z'));
+    const bool isP = name[0] == 'p' && (name.size() == 1 || (name[1] >= 'A' && name[1] <= 'Z'));  // or p of something, such as pB
+    if (isP && value == 0.0) return belowAllProbabilities;
+    return name == "lowerTail" && value == 1.0 ? nextToOne : "";
 }
 
 }  // namespace
 
 void figureCell(HtmlWriter& html, double value, const std::string& path, double spread, int leastDigits)
 {
-    const bool isTooSmall = value == 0.0 && isProbability(path);
-    html.open("td").element("data", isTooSmall ? belowAllProbabilities : figureText(value, spread, leastDigits),
+    const std::string_view words = besideTheDoubles(value, path);
+    html.open("td").element("data", words.empty() ? figureText(value, spread, leastDigits) : std::string(words),
                             {{"value", std::isnan(value) ? "NaN" : shortest(value)}, {"class", path}});
     html.close();
 }

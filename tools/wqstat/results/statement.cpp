@@ -330,6 +330,7 @@ Statement statementOf(wq_lib::Circular& directions, const VariableNames& names)
                 (std::isnan(exact.rayleigh.p) ? noTest(reasonForNoTest(exact)) : probability(exact.rayleigh.p)) +
                 ", n = " + digits(result.n),
             {{"observations", "result/n", static_cast<double>(result.n)},
+             {"mean direction in degrees", "report/aDegrees", wq_lib::radianToDegree(result.a)},
              {"mean direction in radians", "result/a", result.a},
              {"length r of the mean vector", "result/r", result.r},
              {"Rayleigh's z", "result/z", result.z}}};

@@ -259,6 +259,7 @@ Textbook textbook(const wq_exact::FrequencyResult& exact)
     book.figure("smallest value", "minimum", exact.minimum);
     book.figure("largest value", "maximum", exact.maximum);
     book.figure("last class with all values", "lastClassCount", static_cast<double>(exact.lastClass));
+    book.limits(" of the mean", "confidenceLimits", exact.meanLimits);
     return book;
 }
 
