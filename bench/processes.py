@@ -60,6 +60,8 @@ def r_script(code, path):
 
 
 R_DESCRIBE = """d <- fread(commandArgs(TRUE)[1], select = 'value'); cat(sprintf('%.17g', t.test(d$value)$estimate))"""
+R_THREE_MEANS = """v <- fread(commandArgs(TRUE)[1], select = 'value')$value;
+cat(sprintf('%.17g', c(mean(v), exp(mean(log(v))), 1 / mean(1 / v))))"""
 R_ANOVA = """d <- fread(commandArgs(TRUE)[1], select = c('site', 'value'));
 cat(sprintf('%.17g', oneway.test(value ~ site, data = d, var.equal = TRUE)$statistic))"""
 R_MEANS = """d <- fread(commandArgs(TRUE)[1], select = c('site', 'value')); fwrite(d[, .(m = mean(value)), by = site], col.names = FALSE)"""
@@ -69,6 +71,10 @@ def first_number(text):
     return [float(text.split()[0])]
 
 
+def numbers(separator):
+    return lambda text: [float(word) for word in text.split(separator)]
+
+
 def of_json(*path):
     def read(text):
         found = json.loads(text)
@@ -76,6 +82,11 @@ def of_json(*path):
             found = found[name]
         return [float(found)]
     return read
+
+
+def three_means(text):
+    result = json.loads(text)["result"]
+    return [result["mean"], result["geoMean"], result["harmMean"]]
 
 
 def means_of_json(text):
@@ -107,6 +118,11 @@ def all_rows(wqstat, table, pairs):
             "datamash": (["sh", "-c", 'exec datamash -t , --header-in --format %.17g mean 3 < "$0"', table], first_number),
             "Miller": (["mlr", "--icsv", "--ojson", "stats1", "-a", "mean", "-f", "value", table],
                        lambda text: [json.loads(text)[0]["value_mean"]]),
+        }),
+        Row("the three means of a column", {
+            "wqstat": (describe, three_means),
+            "R, fread and mean": (r_script(R_THREE_MEANS, table), numbers(None)),
+            "datamash": (["sh", "-c", 'exec datamash -t , --header-in --format %.17g mean 3 geomean 3 harmmean 3 < "$0"', table], numbers(",")),
         }),
         Row("anova by a column of labels", {
             "wqstat": (anova, of_json("textbook", "fs")),

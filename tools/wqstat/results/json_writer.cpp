@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -41,20 +42,23 @@ char* fewDecimals(double value, char* to)
     return to;
 }
 
-/** The digits that tell the number from every other; with a point or an exponent, which many readers take for the mark of a real. */
-std::string_view realText(double value, char (&buffer)[40])
+constexpr std::size_t mostOfNumber = 40;
+
+/**
+ * Writes the digits that tell the number from every other; with a point or an exponent, which many readers take for the mark of a real.
+ * @return the end
+ */
+char* realText(double value, char* to)
 {
-    if (const char* const end = fewDecimals(value, buffer)) return {buffer, static_cast<std::size_t>(end - buffer)};
+    if (char* const end = fewDecimals(value, to)) return end;
     const double size = std::fabs(value);
     const bool plain = value == 0.0 || (1e-4 <= size && size < 1e15);
-    char* end =
-        std::to_chars(buffer, buffer + sizeof buffer - 2, value, plain ? std::chars_format::fixed : std::chars_format::scientific).ptr;
-    const std::string_view text(buffer, static_cast<std::size_t>(end - buffer));
-    if (plain && text.find('.') == std::string_view::npos) {
+    char* end = std::to_chars(to, to + mostOfNumber - 2, value, plain ? std::chars_format::fixed : std::chars_format::scientific).ptr;
+    if (plain && std::find(to, end, '.') == end) {
         *end++ = '.';
         *end++ = '0';
     }
-    return {buffer, static_cast<std::size_t>(end - buffer)};
+    return end;
 }
 
 }  // namespace
@@ -62,9 +66,8 @@ std::string_view realText(double value, char (&buffer)[40])
 void JsonWriter::number(std::string_view name, double value)
 {
     startMember(name);
-    char buffer[40];
     if (std::isfinite(value))
-        put(realText(value, buffer));
+        advanceTo(realText(value, room(mostOfNumber)));
     else
         put(std::isnan(value) ? "\"NaN\"" : value > 0.0 ? "\"Inf\"" : "\"-Inf\"");
 }
@@ -73,8 +76,8 @@ template <typename Integer>
 void JsonWriter::integer(std::string_view name, Integer value)
 {
     startMember(name);
-    char buffer[24];
-    put({buffer, static_cast<std::size_t>(std::to_chars(buffer, buffer + sizeof buffer, value).ptr - buffer)});
+    char* const to = room(mostOfNumber);
+    advanceTo(std::to_chars(to, to + mostOfNumber, value).ptr);
 }
 
 void JsonWriter::whole(std::string_view name, unsigned long long value) { integer(name, value); }
@@ -110,7 +113,7 @@ void JsonWriter::begin(std::string_view name, std::string_view bracket)
 void JsonWriter::end(std::string_view bracket)
 {
     --depth;
-    if (!first) startLine();
+    if (!first) advanceTo(startLine(room(mostOfLineStart)));
     put(bracket);
     first = false;
     if (depth > 0) return;
@@ -121,20 +124,36 @@ void JsonWriter::end(std::string_view bracket)
 void JsonWriter::startMember(std::string_view name)
 {
     if (depth == 0) return;
-    if (!first) put(",");
+    constexpr std::size_t marks = 5;  // , " " : and a blank
+    char* to = room(marks + mostOfLineStart + name.size());
+    if (!first) *to++ = ',';
     first = false;
-    startLine();
-    if (name.empty()) return;
-    put("\"");
-    put(name);  // names are the program's own, without a character to escape
-    put("\": ");
+    to = startLine(to);
+    if (!name.empty()) {
+        *to++ = '"';
+        to = std::copy(name.begin(), name.end(), to);  // names are the program's own, without a character to escape
+        *to++ = '"';
+        *to++ = ':';
+        *to++ = ' ';
+    }
+    advanceTo(to);
 }
 
-void JsonWriter::startLine()
+/** Copies all blanks that may be needed, of which those of the depth count: a copy of a fixed size is a few moves. */
+char* JsonWriter::startLine(char* to) const
 {
-    constexpr std::string_view deepLine = "\n                    ";
-    put(deepLine.substr(0, 1 + 2 * depth));
+    constexpr char deepLine[mostOfLineStart + 1] = "\n                    ";
+    std::copy_n(deepLine, mostOfLineStart, to);
+    return to + 1 + 2 * depth;
 }
+
+char* JsonWriter::room(std::size_t most)
+{
+    if (most > waiting.size() - used) passOn();
+    return waiting.data() + used;
+}
+
+void JsonWriter::advanceTo(const char* end) { used = static_cast<std::size_t>(end - waiting.data()); }
 
 void JsonWriter::put(std::string_view text)
 {

@@ -32,11 +32,17 @@ public:
 private:
     void begin(std::string_view name, std::string_view bracket);
     void end(std::string_view bracket);
+    static constexpr std::size_t mostOfLineStart = 21;  // of a depth of ten
+
     void startMember(std::string_view name);
-    void startLine();
+    char* startLine(char* to) const;
 
     template <typename Integer>
     void integer(std::string_view name, Integer value);
+
+    /** Where so many characters have room; advanceTo() says where those that were written end. */
+    char* room(std::size_t most);
+    void advanceTo(const char* end);
 
     void put(std::string_view text);
     void passOn();
