@@ -80,7 +80,7 @@ double Correlation::significance_F(double r, std::size_t n)
 {
     const double F = (1.0 + std::fabs(r)) / (1.0 - std::fabs(r));
     correlationResult.F = F;
-    return 1.0 - F_Prob(F, n - 2, n - 2);
+    return 1.0 - F_Prob(F, n - 2, n - 2);  // the upper tail of F >= 1: one side of the test, not doubled
 }
 
 double Correlation::t_small_n(double r, double rho, std::size_t n) const

@@ -1,5 +1,6 @@
 // Each function opens with what it computes, in symbols, and the source. "A&S" is M. Abramowitz and I. Stegun, Handbook of Mathematical Functions
-// (1964), with the number of the formula; "AS" the algorithm of that number in the journal Applied Statistics. Where a function departs from its
+// (1964), with the number of the formula; "AS" the algorithm of that number in the journal Applied Statistics. Papers are named by author and year, with the
+// formula in full at the line. Where a function departs from its
 // source it says so: reports and decisions rest on the values as they are.
 #include <wq_stat/distributions.h>
 

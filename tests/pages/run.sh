@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # run.sh WQSTAT DATA FOLDER: opens the pages of all analyses in a browser (see check_pages.mjs). What it needs is installed by scripts/test
-# --all; without it the test is skipped, but fails where WQ_NEEDS_BROWSER is set.
+# --all; without it the test is skipped, but fails where WQ_NEEDS_PROGRAMS is set.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 
 cannot()
 {
     echo "$1"
-    [ -z "${WQ_NEEDS_BROWSER-}" ] || exit 1
+    [ -z "${WQ_NEEDS_PROGRAMS-}" ] || exit 1
     exit 77
 }
 

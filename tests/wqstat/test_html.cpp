@@ -140,7 +140,7 @@ TEST(BrowserTest, isSkippedWithoutABrowserUnlessItIsNeeded)
     const Words words{"/usr/bin/env", "PATH=" + folder.path(""), "/bin/bash", std::string(WQ_TEST_DIR) + "/pages/run.sh", "wqstat",
                       "data",         folder.path("pages")};
     EXPECT_EQ(runCommand(words).status, 77);
-    const Variable needed("WQ_NEEDS_BROWSER", "yes");
+    const Variable needed("WQ_NEEDS_PROGRAMS", "yes");
     EXPECT_EQ(runCommand(words).status, 1);
 }
 
