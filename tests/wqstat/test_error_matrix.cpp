@@ -259,6 +259,8 @@ const Misread misreads[] = {
     {__LINE__, {"circular"}, "10;2\n 30 ; -1 \r\n", ":2: a count is expected, not '-1'"},
     {__LINE__, {"circular"}, "10;2\n30:1e-3\n", ":2: a count is expected, not '1e-3'"},
     {__LINE__, {"circular"}, "10;2\n30;nan\n", ":2: a count is expected, not 'nan'"},
+    {__LINE__, {"circular"}, "10;0\n20;2\n30\n", ":3: there is no frequency, and one in line 2: '30'"},
+    {__LINE__, {"circular"}, "10\n20;0\n# 3;4\n30;1\n", ":4: there is a frequency, and none in line 1: '30;1'"},
     // a number in a comment
     {__LINE__, {"describe"}, "4\n4.9 # outlier?\n", ":2: a number in a comment: '4.9 # outlier?'"},
     {__LINE__, {"pairs"}, "1;2\n-3;4 # why?\n", ":2: a number in a comment: '-3;4 # why?'"},
@@ -339,6 +341,7 @@ const Misread misreads[] = {
      {"anova"},
      "seed;colour\nround;yellow\nround;green\nwrinkled;yellow\n",
      " is a table with the columns seed, colour: name what to use, such as --group colour --value NAME"},
+    {__LINE__, {"correlate"}, "a,a\n1,2\n3,5\n4,4\n", " is a table with the columns a, a: name what to use, such as --x 1 --y 2"},
     {__LINE__, {"fit"}, "o,e\n12,10\n8,10\n", " is a table with the columns o, e: name what to use, such as --observed o --expected e"},
     {__LINE__,
      {"describe"},

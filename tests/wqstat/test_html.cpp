@@ -592,12 +592,17 @@ TEST(Page, hasTheLineThatTheReportLacks)
     ASSERT_EQ(run({"regress", "--model", "logarithmic", folder.write("data.txt", "1;2\n2;3\n-1;4\n5;4.7\n"), "--html", file}).status, done);
     const Page page = pageIn(file);
     EXPECT_THAT(page.texts, testing::IsSupersetOf({"constant a (report)", "coefficient b (report)", "t of b (report)"}));
+    // R: summary(lm(y ~ log(x))) of the pairs with x above 0
+    expectFigures(
+        page,
+        {{"textbook/a", 1.93859276878}, {"textbook/b", 1.68689604804}, {"textbook/seB", 0.116077180223}, {"textbook/tB", 14.5325381336}});
     EXPECT_THAT(page.texts, Contains("y = 1.9386 + 1.6869 ln x")) << "on the picture";
     EXPECT_THAT(page.texts, Contains("exact 95 % confidence limits of the curve"));
     EXPECT_THAT(page.texts, Contains("Warning: 1 pair has no logarithm (0 or less) and is left out; the report's b is no number for it"));
     ASSERT_EQ(run({"regress", "--model", "power", norris, "--html", file}).status, done);
-    EXPECT_THAT(pageIn(file).texts,
-                testing::IsSupersetOf({"coefficient b", "explained sum of squares of ln y", "lower limit ln Y at mean ln X"}));
+    EXPECT_THAT(pageIn(file).texts, testing::IsSupersetOf({"coefficient b", "explained sum of squares of ln y",
+                                                           "lower limit ln Y at mean ln X", "R squared of ln Y"}));
+    EXPECT_EQ(figuresOf(pageIn(file)).count("textbook/b"), 0U) << "which the report has";
     ASSERT_EQ(run({"regress", "--model", "linear", norris, "--html", file}).status, done);
     EXPECT_THAT(pageIn(file).texts, testing::IsSupersetOf({"coefficient b", "explained sum of squares", "lower limit Y at mean X"}));
 }

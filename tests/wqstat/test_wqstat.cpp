@@ -354,7 +354,7 @@ TEST(BadData, behindTheEndMarkerOrALineCutShortIsNotLookedAt)
     EXPECT_EQ(run({"ks", noText}).status, couldNotAnalyse);
     EXPECT_EQ(run({"ks", noText}).errors, "wqstat: " + noText + ":1: there is a zero byte: this is no text file\n");
     const std::string pairs = folder.write("pairs", "1;2\n2;3\n");
-    EXPECT_EQ(run({"multiy", "--lenient", pairs}).errors,
+    EXPECT_EQ(run({"multiy", "--lenient", "--no-warnings", pairs}).errors,
               "wqstat: " + pairs + ": no line names a repeat count (x; y; count), so there are no data\n");
     EXPECT_EQ(run({"pairs", "--export", "", pairs}).status, wrongUsage);
     const std::string cut = folder.write("cut", "1\n2\n3\n4" + std::string(300, ' ') + "\nnot a number\n");
@@ -391,7 +391,7 @@ TEST(BadData, hiddenBehindALineThatIsTooLongIsExplained)
 {
     const TempFolder folder;
     const std::string file = folder.write("data", "#" + std::string(300, '-') + "\n1\n2\n3\n");
-    EXPECT_EQ(run({"describe", "--lenient", file}),
+    EXPECT_EQ(run({"describe", "--lenient", "--no-warnings", file}),
               cannotAnalyse(file + ": no data (line 1 is longer than 254 characters, and reading ends with it)"));
 }
 
@@ -488,12 +488,22 @@ TEST(Warnings, nameTheLinesThatReadSurprisingly)
         {__LINE__, {"multiy"}, "1:2:1\n2\n", {":2: warning: there is no y: '2': it is read as 0"}},
         {__LINE__, {"multiy"}, "1:2:1.5\n2:3:1:4\n",
          {":1: warning: text behind a number: '1.5': only '1' is read", ":2: warning: more than x, y and count: '2:3:1:4': only '2:3:1' is read"}},
+        {__LINE__, {"pairs"}, "1,5;2,0\n2;3,1\n3,5;1\n4,5;6,5\n7,5;8,5\n",
+         {":1: warning: a decimal comma: '1,5': only '1' is read", ":1: warning: a decimal comma: '2,0': only '2' is read",
+          ":2: warning: a decimal comma: '3,1': only '3' is read", ":3: warning: a decimal comma: '3,5': only '3' is read",
+          ": warning: 2 more lines like line 1"}},
         {__LINE__, {"pairs"}, "1;1\n \n \n \n \n",
          {":2: warning: the line holds only white space: it is read as the pair (0, 0)",
           ":3: warning: the line holds only white space: it is read as the pair (0, 0)",
           ":4: warning: the line holds only white space: it is read as the pair (0, 0)",
           ": warning: 1 more line like line 2"}},
         {__LINE__, {"multiy"}, "1:2:1\n2:3:-3\n", {":2: warning: a count is expected, not '-3': nothing is added"}},
+        {__LINE__, {"circular", "--bins", "8"}, "1;2\n2\n3\n4;0\n5;1\n",
+         {":2: warning: there is no frequency, and one in line 1: '2': this direction does not count",
+          ":3: warning: there is no frequency, and one in line 1: '3': this direction does not count"}},
+        {__LINE__, {"circular", "--bins", "8"}, "1\n2\n3;1\n4;1\n",
+         {":3: warning: there is a frequency, and none in line 1: '3;1': that direction does not count"}},
+        {__LINE__, {"circular"}, "1\n2;0\n3\n", {}},
         {__LINE__, {"circular", "--bins", "8"}, "1;2.7\n2;3\n3;-1\n",
          {":1: warning: a count is expected, not '2.7': the sample size leaves its fraction out, the mean does not",
           ":3: warning: a count is expected, not '-1': where the data are grouped it takes as many observations away"}},
@@ -518,6 +528,20 @@ TEST(Warnings, nameTheLinesThatReadSurprisingly)
         EXPECT_EQ(named, expected) << "row of line " << row.line;
         EXPECT_NE(outcome.output, "") << "row of line " << row.line;
     }
+}
+
+// What was left out is the likeliest reason for too few observations.
+TEST(Lenient, saysWhatWasLeftOutAlsoWhereTooLittleIsLeft)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("data", "4.9 # outlier?\n5\n6\n");
+    const std::string warning = "wqstat: " + file + ":1: warning: a number in a comment: '4.9 # outlier?': the whole line is left out\n";
+    const Outcome tooFew = cannotAnalyse(file + ": 2 observations, at least 3 are needed");
+    EXPECT_EQ(run({"describe", "--lenient", file}), (Outcome{tooFew.status, tooFew.output, warning + tooFew.errors}));
+    EXPECT_EQ(run({"describe", "--lenient", "--no-warnings", file}), tooFew);
+    const Outcome both = run({"describe", "--lenient", file, cavendish});
+    EXPECT_EQ(both.status, tooFew.status);
+    EXPECT_EQ(both.errors.substr(0, warning.size() + tooFew.errors.size()), warning + tooFew.errors);
 }
 
 TEST(Warnings, leaveTheAnalysisAsItIs)
@@ -734,7 +758,7 @@ TEST(WrongUsage, isExplainedInOneLine)
     } rows[] = {
         {__LINE__, {}, "a command is required", ""},
         {__LINE__, {"analyse", cavendish}, "there is no command 'analyse'", ""},
-        {__LINE__, {"--alpha", "0.05"}, "The following arguments were not expected: 0.05 --alpha", ""},
+        {__LINE__, {"--alpha", "0.05"}, "there is no option '--alpha'", ""},
         {__LINE__, {"--generate", "html"}, "--generate: html not in {man,bash,fish,zsh}", ""},
         {__LINE__, {"--generate", "man", "describe", cavendish}, "--generate stands alone, without a command", "describe"},
         {__LINE__, {"descrbe", cavendish}, "there is no command 'descrbe'; did you mean describe?", ""},
@@ -742,17 +766,13 @@ TEST(WrongUsage, isExplainedInOneLine)
         {__LINE__, {"corr", norris}, "there is no command 'corr'; did you mean correlate?", ""},
         {__LINE__, {"variances", cavendish}, "two FILEs are needed, one for each sample, not 1", "variances"},
         {__LINE__, {"variances", cavendish, cavendish, norris}, "two FILEs are needed, one for each sample, not 3", "variances"},
-        {__LINE__, {"describe", "--median", cavendish}, "The following argument was not expected: --median", "describe"},
-        {__LINE__,
-         {"describe", "--colum", "w", cavendish},
-         "The following argument was not expected: --colum; did you mean --column?",
-         "describe"},
-        {__LINE__,
-         {"describe", "--text=1", cavendish},
-         "The following argument was not expected: --text=1; did you mean --textbook?",
-         "describe"},
-        {__LINE__, {"--vresion"}, "The following argument was not expected: --vresion; did you mean --version?", ""},
-        {__LINE__, {"variances", "--export", "x", cavendish, cavendish}, "The following argument was not expected: --export", "variances"},
+        {__LINE__, {"describe", "--median", cavendish}, "there is no option '--median'", "describe"},
+        {__LINE__, {"describe", "--colum", "w", cavendish}, "there is no option '--colum'; did you mean --column?", "describe"},
+        {__LINE__, {"describe", "--text=1", cavendish}, "there is no option '--text'; did you mean --textbook?", "describe"},
+        {__LINE__, {"random", "--sed", "1"}, "there is no option '--sed'; did you mean --seed?", "random"},
+        {__LINE__, {"regress", "--modl", "linear", norris}, "there is no option '--modl'; did you mean --model?", "regress"},
+        {__LINE__, {"--vresion"}, "there is no option '--vresion'; did you mean --version?", ""},
+        {__LINE__, {"variances", "--export", "x", cavendish, cavendish}, "there is no option '--export'", "variances"},
         {__LINE__, {"describe", "-", "-"}, "standard input can be read only once", "describe"},
         {__LINE__, {"describe", cavendish, "--alpha"}, "--alpha: 1 required NUMBER missing", "describe"},
         {__LINE__, {"describe", "--alpha", "5%", cavendish}, "--alpha: '5%' is not a number", "describe"},

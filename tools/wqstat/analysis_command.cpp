@@ -116,9 +116,11 @@ void AnalysisCommand::analyseNext()
     descriptions.clear();
     words = {};
     namesInComment = {};
+    hasWarned = false;
     try {
         analyse();
     } catch (const CannotAnalyse& problem) {
+        if (lenient && !hasWarned) printWarnings({});  // what was left out may be why
         if (!isOneOfSeveral) throw;
         printWarning(problem.what());
         keepFailure(problem.what());
@@ -294,8 +296,9 @@ void AnalysisCommand::printWarning(const std::string& text) const
     std::cerr << "wqstat: " << text << '\n';
 }
 
-void AnalysisCommand::printWarnings(const std::vector<std::string>& ofAnalysis) const
+void AnalysisCommand::printWarnings(const std::vector<std::string>& ofAnalysis)
 {
+    hasWarned = true;
     for (const std::string& description : descriptions) printWarning(description);
     if (!views.warnings()) return;
     for (const auto& input : inputs)

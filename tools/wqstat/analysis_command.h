@@ -239,7 +239,7 @@ private:
     void writePageOfSeveral();
 
     /** Of the data files and of the analysis, unless they are not wanted. */
-    void printWarnings(const std::vector<std::string>& ofAnalysis) const;
+    void printWarnings(const std::vector<std::string>& ofAnalysis);
     void printWarning(const std::string& text) const;
     void printKey() const;
     std::vector<Sentence> keyLines() const;
@@ -263,6 +263,7 @@ private:
     std::unique_ptr<ResultWriter> writer;
     bool isOneOfSeveral = false;
     bool hasPrinted = false;                          // the report of another analysis
+    bool hasWarned = false;                           // of the data that are being analysed
     SeveralContent pageOfAll;                         // of several analyses
     std::map<std::string, std::string> fingerprints;  // of what can be read only once, by name
     ExitStatus status = done;

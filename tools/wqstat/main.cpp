@@ -16,6 +16,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cerrno>
 #include <exception>
 #include <iostream>
@@ -101,7 +102,8 @@ public:
         } catch (const CLI::ParseError& problem) {
             const bool unknownCommand = app.get_subcommands().empty() && argc > 1 && argv[1][0] != '-';
             if (unknownCommand) return usageFailure("there is no command " + inQuotes(argv[1]) + didYouMean(argv[1], commandNames()));
-            return usageFailure(problem.what() + likelyOption());
+            const std::string unknown = unknownOption();
+            return usageFailure(unknown.empty() ? problem.what() : unknown);
         } catch (const WrongUsage& problem) {
             return usageFailure(problem.what());
         } catch (const CannotAnalyse& problem) {
@@ -141,15 +143,17 @@ private:
         return names;
     }
 
-    /** What was meant by an option that there is not, where that can be told. */
-    std::string likelyOption() const
+    /** Names the first option that there is not, and what was meant where that can be told; empty where there are all. */
+    std::string unknownOption() const
     {
         const CLI::App* const subcommand = app.get_subcommands().empty() ? &app : app.get_subcommands().front();
+        const std::vector<std::string> words = subcommand->remaining();
+        const auto unknown = std::find_if(words.begin(), words.end(), [](const std::string& word) { return word.rfind("--", 0) == 0; });
+        if (unknown == words.end()) return "";
+        const std::string name = unknown->substr(0, unknown->find('='));
         std::vector<std::string> names;
         for (const OptionDescription& option : describedOptions(*subcommand).options) names.push_back(option.name);
-        for (const std::string& word : subcommand->remaining())
-            if (word.rfind("--", 0) == 0) return didYouMean(word.substr(0, word.find('=')), names);
-        return "";
+        return "there is no option " + inQuotes(name) + didYouMean(name, names);
     }
 
     static int finished(ExitStatus status = done)

@@ -45,6 +45,7 @@ enum Kind : std::size_t {
     furtherField,
     noCount,
     countThatIsNone,
+    countOfSome,
     numberInComment,
     endsEarly,
     tooLong,
@@ -151,10 +152,10 @@ public:
     bool seePlain(const PlainLine& plain, const DataLines& lines)
     {
         dataSeen = true;
-        if (layout != Layout::angles || isCount(plain.y)) return true;
+        if (layout != Layout::angles || (isCount(plain.y) && (plain.y == 0.0 || countedLine != 0))) return true;
         number = lines.number();
         const std::string_view line = trimmed(plain.text.substr(0, plain.text.size() - lines.unread().size()));
-        return frequency(plain.y, line.substr(line.find_first_of(fieldSeparators) + 1));
+        return frequency(plain.y, line, line.substr(line.find_first_of(fieldSeparators) + 1));
     }
 
     /** Whether the library comes to the lines that are seen. */
@@ -179,8 +180,9 @@ public:
 
 private:
     struct Seen {
-        std::size_t count = 0;
+        std::size_t count = 0;  // of lines, each of which may be remarked on twice
         std::size_t first = 0;
+        std::size_t last = 0;
     };
 
     bool stopAtFirst()
@@ -257,19 +259,34 @@ private:
         const std::string_view xField = field;
         const bool hasY = takeField(rest, field);
         if (!firstOfPair(line, xField, hasY)) return false;
-        if (!hasY) return true;
+        if (!hasY) return layout != Layout::angles || noFrequency(line);
         const Conversion y = asReal(field);
         if (!accept(y, field) || !restOf(y, field)) return false;
-        if (layout == Layout::angles && !frequency(std::strtod(std::string(y.used).c_str(), nullptr), field)) return false;
+        if (layout == Layout::angles && !frequency(std::strtod(std::string(y.used).c_str(), nullptr), line, field)) return false;
         return furtherFields(line, rest, "x and y");
     }
 
-    /** The sample size of directions adds whole numbers, their mean does not. */
-    bool frequency(double value, std::string_view field)
+    /** The sample size of directions adds whole numbers, their mean does not. One above 0 makes all the data grouped. */
+    bool frequency(double value, std::string_view line, std::string_view field)
     {
+        if (value > 0.0 && countedLine == 0) {
+            countedLine = number;
+            if (uncountedLine != 0 &&
+                !remark(countOfSome, "there is a frequency, and none in line " + std::to_string(uncountedLine) + ": " + inQuotes(line),
+                        "that direction does not count"))
+                return false;
+        }
         return isCount(value) || remark(countThatIsNone, "a count is expected, not " + inQuotes(trimmed(field)),
                                         value < 0.0 ? "where the data are grouped it takes as many observations away"
                                                     : "the sample size leaves its fraction out, the mean does not");
+    }
+
+    bool noFrequency(std::string_view line)
+    {
+        if (uncountedLine == 0) uncountedLine = number;
+        return countedLine == 0 ||
+               remark(countOfSome, "there is no frequency, and one in line " + std::to_string(countedLine) + ": " + inQuotes(line),
+                      "this direction does not count");
     }
 
     bool firstOfPair(std::string_view line, std::string_view field, bool hasY)
@@ -364,8 +381,11 @@ private:
     bool remark(Kind kind, const std::string& wrong, const std::string& consequence)
     {
         if (surprise == Surprise::stops) return stop(wrong);
-        if (seen[kind].count == 0) seen[kind].first = number;
-        if (seen[kind].count++ < shownPerKind)
+        Seen& lines = seen[kind];
+        if (lines.count == 0) lines.first = number;
+        if (lines.last != number) ++lines.count;
+        lines.last = number;
+        if (lines.count <= shownPerKind)
             result.warnings.push_back(Sentence::name(name) + ":" + std::to_string(number) + ": warning: " + wrong +
                                       (consequence.empty() ? "" : ": " + consequence));
         return true;
@@ -381,6 +401,8 @@ private:
     std::size_t markerLine = 0;
     std::string marker;
     bool countSeen = false;
+    std::size_t countedLine = 0;    // the first direction with a frequency above 0
+    std::size_t uncountedLine = 0;  // the first one without any
     bool dataSeen = false;
 };
 

@@ -83,9 +83,12 @@ std::vector<Shown> columnsOf(std::string_view begin)
     return isTable(columns, rows, *format.separator) ? columns : std::vector<Shown>();
 }
 
-/** A title as it is typed in a shell; its number where that is hard to type or to read. */
-std::string typed(const std::string& title, std::size_t index)
+/** The title of a column as it is typed in a shell; its number where that is hard to type or to read, or another has the same title. */
+std::string typed(const std::vector<Shown>& columns, std::size_t index)
 {
+    const std::string& title = columns[index].title;
+    const auto isTheSame = [&](const Shown& column) { return column.title == title; };
+    if (std::count_if(columns.begin(), columns.end(), isTheSame) > 1) return std::to_string(index + 1);
     const auto isPlain = [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '.';
     };
@@ -114,7 +117,7 @@ std::string example(const std::vector<Shown>& columns, const std::vector<const C
         const bool isLabel = column->kind == ColumnKind::label;
         const bool isThere = isLabel || next < numbers.size();
         const std::size_t index = isLabel ? label : isThere ? numbers[next++] : 0;
-        text += std::string(text.empty() ? "" : " ") + column->option + " " + (isThere ? typed(columns[index].title, index) : "NAME");
+        text += std::string(text.empty() ? "" : " ") + column->option + " " + (isThere ? typed(columns, index) : "NAME");
     }
     return text;
 }

@@ -126,18 +126,37 @@ double constantOf(const wq_exact::RegressionResult& exact)
     return exact.scaleY == wq_exact::Scale::logarithm ? std::exp(exact.a) : exact.a;
 }
 
+namespace {
+
+/** The line itself, where pairs without a logarithm leave the report none. */
+void lineOfTheOthers(Textbook& book, const wq_exact::RegressionResult& exact)
+{
+    if (exact.skipped == 0 || std::isnan(exact.b)) {
+        for (const char* const path : {"a", "b", "seB", "tB"}) book.noFigure(path);
+        return;
+    }
+    book.figure("constant a", "a", constantOf(exact));
+    book.figure("coefficient b", "b", exact.b, exact.seB);
+    book.figure("standard error of b", "seB", exact.seB);
+    book.figure("t of b", "tB", exact.slope.statistic);
+}
+
+}  // namespace
+
 Textbook textbook(const wq_exact::RegressionResult& exact)
 {
     const auto scaled = [](wq_exact::Scale scale, const char* name) {
         return (scale == wq_exact::Scale::logarithm ? "ln " : "") + std::string(name);
     };
+    const std::string ofY = exact.scaleY == wq_exact::Scale::logarithm ? " of ln Y" : "";
     Textbook book;
+    lineOfTheOthers(book, exact);
     book.figure("p of t for b, two-sided", "pB", exact.slope.p);
     book.figure(tLabel(exact.slope.alpha, exact.slope.df1), "criticalT", exact.slope.criticalValue);
     book.limits(" b", "limitsB", exact.slopeLimits);
     book.limits(" " + scaled(exact.scaleY, "Y") + " at mean " + scaled(exact.scaleX, "X"), "limitsY", exact.heightLimits);
-    book.figure("R squared", "rSquared", exact.rSquared);
-    book.figure("adjusted R squared", "adjustedRSquared", exact.adjustedRSquared);
+    book.figure("R squared" + ofY, "rSquared", exact.rSquared);
+    book.figure("adjusted R squared" + ofY, "adjustedRSquared", exact.adjustedRSquared);
     book.decision("H0 [b = 0]", "acceptH0", exact.slope);
     book.decidesBy("pB");
     return book;
