@@ -184,28 +184,62 @@ struct Operation {
     std::string file = "";  // that it writes
 };
 
-template <typename T>
-void expectToHold(const char* className, const T& object, Operation<T> operation, const TempFolder& folder)
-{
-    SCOPED_TRACE(std::string(className) + ": " + operation.name);
-    operation.leftAs.push_back(object);
+/** An operation and the object on which it is tried, of whichever class. */
+class Trial {
+public:
+    virtual ~Trial() = default;
+    virtual std::size_t states() const = 0;         // in which the object may be left; the last is the one before the operation
+    virtual void startFrom(std::size_t state) = 0;  // with an object made anew
+    virtual bool run() = 0;
+    virtual std::string told() const = 0;  // the state of the object
+    virtual void end() = 0;                // gives the object back
+};
 
-    struct State {
-        std::string left, afterAll;
-    };
-    const auto startAnew = [&] { std::filesystem::remove(operation.file); };
-    const auto outputOf = [&](T& changed) {
-        Output output;
-        startAnew();
-        EXPECT_TRUE(operation.run(changed)) << "undisturbed";
-        return output.taken() + (operation.file.empty() ? "" : contentOf(operation.file));
-    };
+template <typename T>
+class TrialOf : public Trial {
+public:
+    TrialOf(const T& object, const Operation<T>& tried, const TempFolder& where) : operation(tried.run), starts(tried.leftAs), folder(where)
+    {
+        starts.push_back(object);
+    }
+    std::size_t states() const override { return starts.size(); }
+    void startFrom(std::size_t state) override { current.emplace(starts[state]); }
+    bool run() override { return operation(*current); }
+    std::string told() const override { return stateOf(*current, folder); }
+    void end() override { current.reset(); }
+
+private:
+    Call<T> operation;
+    std::vector<T> starts;
+    const TempFolder& folder;
+    std::optional<T> current;
+};
+
+struct State {
+    std::string left, afterAll;
+};
+
+std::string contentIfWritten(const std::string& file) { return file.empty() ? "" : contentOf(file); }
+
+/** What the operation prints and writes when it is not disturbed. */
+std::string outputOf(Trial& trial, const std::string& file)
+{
+    Output output;
+    std::filesystem::remove(file);
+    EXPECT_TRUE(trial.run()) << "undisturbed";
+    return output.taken() + contentIfWritten(file);
+}
+
+void expectTrialToHold(Trial& trial, const std::string& file)
+{
     std::vector<State> states;
     std::string output;
-    for (const T& left : operation.leftAs) {
-        T changed = left;
-        output = outputOf(changed);
-        states.push_back({stateOf(left, folder), stateOf(changed, folder)});
+    for (std::size_t i = 0; i < trial.states(); ++i) {
+        trial.startFrom(i);
+        const std::string left = trial.told();
+        output = outputOf(trial, file);
+        states.push_back({left, trial.told()});
+        trial.end();
     }
 
     std::size_t failures = 0;
@@ -215,39 +249,48 @@ void expectToHold(const char* className, const T& object, Operation<T> operation
             const long long before = memory.live;
             bool ranOut = false;
             {
-                T changed = object;
+                trial.startFrom(states.size() - 1);
                 std::string printed;
                 Outcome outcome;
                 {
-                    startAnew();
+                    std::filesystem::remove(file);
                     Output captured;
-                    outcome = withMemoryFor(k, shortage, [&] { return operation.run(changed); });
+                    outcome = withMemoryFor(k, shortage, [&] { return trial.run(); });
                     printed = captured.taken();
                 }
                 ranOut = memory.ranOut;
                 SCOPED_TRACE("with memory for " + std::to_string(k) + (shortage == Shortage::once ? " and then more" : ""));
                 if (outcome == Outcome::done) {  // also where the standard library made do without the memory
-                    EXPECT_EQ(printed + (operation.file.empty() ? "" : contentOf(operation.file)), output);
-                    EXPECT_EQ(stateOf(changed, folder), states.back().afterAll);
+                    EXPECT_EQ(printed + contentIfWritten(file), output);
+                    EXPECT_EQ(trial.told(), states.back().afterAll);
                 } else {
                     EXPECT_EQ(outcome, Outcome::ranOut);
                     EXPECT_EQ(printed, "") << "a text that is printed is whole";
-                    const std::string left = stateOf(changed, folder);
+                    const std::string left = trial.told();
                     const auto state = std::find_if(states.begin(), states.end(), [&](const State& s) { return s.left == left; });
                     if (state == states.end()) {
                         ADD_FAILURE() << "left as\n" << left << "\ninstead of\n" << states.back().left;
                     } else {
-                        EXPECT_EQ(outputOf(changed), output);
-                        EXPECT_EQ(stateOf(changed, folder), state->afterAll);
+                        EXPECT_EQ(outputOf(trial, file), output);
+                        EXPECT_EQ(trial.told(), state->afterAll);
                     }
                     ++failures;
                 }
+                trial.end();
             }
             EXPECT_EQ(memory.live, before) << "not given back";
             if (!ranOut || ::testing::Test::HasFailure()) break;
         }
     }
     EXPECT_GT(failures, 0u) << "takes no memory";
+}
+
+template <typename T>
+void expectToHold(const char* className, const T& object, const Operation<T>& operation, const TempFolder& folder)
+{
+    SCOPED_TRACE(std::string(className) + ": " + operation.name);
+    TrialOf<T> trial(object, operation, folder);
+    expectTrialToHold(trial, operation.file);
 }
 
 const std::string longName = "a name that takes memory because it is long";

@@ -237,20 +237,42 @@ inline void exportMore(Transcript& out, wq_lib::Frequency& frequency, const std:
     out << frequency.exportTable(path, "table") << contentOf(path);
 }
 
-// Results, files and functions of an object, all but what it prints.
-template <typename T>
-std::string toldQuietly(T& object, const TempFolder& folder)
+// Where this thread exports an object; no file is there yet.
+inline std::string pathOfExport(const TempFolder& folder)
 {
-    constexpr std::size_t last = static_cast<std::size_t>(-1);
-    Transcript out;
-    tell(out, object);
-    out << object.acceptH0() << object.geometricMean(0, 5) << object.geometricMean(3, 1) << object.geometricMean(0, last);
-    if constexpr (!isPaired<T>) out << object.median() << object.quartile(1) << object.quartile(3) << object.quantile(1, 0);
     std::ostringstream id;
     id << std::this_thread::get_id();
     const std::string path = folder.path("export" + id.str());
     std::remove(path.c_str());
-    out << object.exportToR(path, "comment") << contentOf(path);
+    return path;
+}
+
+inline void tellMeans(Transcript& out, wq_lib::BasicStatistics& o)
+{
+    constexpr std::size_t last = static_cast<std::size_t>(-1);
+    out << o.acceptH0() << o.geometricMean(0, 5) << o.geometricMean(3, 1) << o.geometricMean(0, last);
+}
+
+inline void tellQuantiles(Transcript& out, wq_lib::BasicStatistics& o)
+{
+    out << o.median() << o.quartile(1) << o.quartile(3) << o.quantile(1, 0);
+}
+
+inline void tellExport(Transcript& out, wq_lib::BasicStatistics& o, const std::string& path)
+{
+    out << o.exportToR(path, "comment") << contentOf(path);
+}
+
+// Results, files and functions of an object, all but what it prints.
+template <typename T>
+std::string toldQuietly(T& object, const TempFolder& folder)
+{
+    Transcript out;
+    tell(out, object);
+    tellMeans(out, object);
+    if constexpr (!isPaired<T>) tellQuantiles(out, object);
+    const std::string path = pathOfExport(folder);
+    tellExport(out, object, path);
     exportMore(out, object, path);
     return out.text;
 }
@@ -271,9 +293,10 @@ void printAll(T& object)
 template <typename T>
 std::string told(T& object, const TempFolder& folder)
 {
-    std::string text = toldQuietly(object, folder);
-    text += printedToError([&] { text += printed([&] { printAll(object); }); });
-    return text;
+    const std::string quietly = toldQuietly(object, folder);
+    const Capture output(std::cout), error(std::cerr);
+    printAll(object);
+    return quietly + output.text() + error.text();
 }
 
 // The same of an object that is left as it is: telling sorts.
