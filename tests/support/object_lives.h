@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -305,6 +306,77 @@ std::string stateOf(const T& object, const TempFolder& folder)
 {
     T copy = object;
     return told(copy, folder);
+}
+
+// ---------------------------------------------------------------- any object
+
+// An object of any class: a test that needs no more of it than this is a plain function, compiled once.
+class AnyObject {
+public:
+    virtual ~AnyObject() = default;
+    virtual wq_lib::BasicStatistics& root() = 0;
+    virtual const wq_lib::xy_stat* xyResult() const = 0;  // null in an analysis of one column
+    virtual void fill(std::size_t n) = 0;
+    virtual void add(double x, double y) = 0;  // y alone in an analysis of one column
+    virtual void prepare() = 0;
+    virtual void listData(std::size_t from, std::size_t to) = 0;
+    virtual void printMore() = 0;
+    virtual void printAll() = 0;
+    virtual std::string told(const TempFolder& folder) = 0;
+};
+
+template <typename T>
+class ObjectOf : public AnyObject {
+public:
+    wq_lib::BasicStatistics& root() override { return object; }
+    const wq_lib::xy_stat* xyResult() const override
+    {
+        if constexpr (isPaired<T>)
+            return &object.getXyResult();
+        else
+            return nullptr;
+    }
+    void fill(std::size_t n) override { wq_test::fill(object, n); }
+    void add(double x, double y) override
+    {
+        if constexpr (isPaired<T>)
+            object.add(x, y);
+        else
+            static_cast<void>(x), object.add(y);
+    }
+    void prepare() override { wq_test::prepare(object); }
+    void listData(std::size_t from, std::size_t to) override { object.listData(from, to); }
+    void printMore() override { wq_test::printMore(object); }
+    void printAll() override { wq_test::printAll(object); }
+    std::string told(const TempFolder& folder) override { return wq_test::told(object, folder); }
+
+private:
+    T object;
+};
+
+struct AnyClass {
+    const char* name;
+    bool paired;  // two columns
+    bool series;  // of the analyses of variance, which list and export groups
+    std::vector<std::string> columns;
+    std::unique_ptr<AnyObject> (*make)();
+};
+
+template <typename T>
+std::unique_ptr<AnyObject> makeObject()
+{
+    return std::make_unique<ObjectOf<T>>();
+}
+
+// The analysis classes in the order of forEveryClass().
+inline std::vector<AnyClass> everyClass()
+{
+    std::vector<AnyClass> classes;
+    forEveryClass([&](auto c) {
+        using T = typename decltype(c)::type;
+        classes.push_back({c.name, isPaired<T>, std::is_base_of_v<wq_lib::SingleAnova, T>, columns<T>(), makeObject<T>});
+    });
+    return classes;
 }
 
 }  // namespace wq_test
