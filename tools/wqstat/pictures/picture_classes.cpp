@@ -20,7 +20,7 @@ Picture picture(wq_lib::GoodnessOfFit& test, const PictureWords& words)
         both.include(extent.high);
     }
     Chart chart(words.canvas, titleOf(test, words),
-                "chi-square = " + figures(test.getX2()) + ", G = " + figures(test.getG()) + ", " +
+                statisticText("chi-square", test.getX2()) + ", " + statisticText("G", test.getG()) + ", " +
                     counted(classes.size(), "class", "classes"));
     if (classes.size() > mostShownSingly) {
         const Axis scale(both, Axis::Ends::fromZero);  // the same on both axes

@@ -144,10 +144,12 @@ Picture picture(wq_lib::Circular& directions, const PictureWords& words)
     const double width = 2.0 * pi / static_cast<double>(weights.size());
 
     const bool inBins = directions.getDataType() == wq_lib::BIN_NUMBERS;
-    std::string caption = "n = " + digits(result.n) + ", mean direction " + figures(wq_lib::radianToDegree(result.a)) + "\u00b0";
+    std::string caption =
+        "n = " + digits(result.n) +
+        (std::isnan(result.a) ? ", no mean direction" : ", mean direction " + figures(wq_lib::radianToDegree(result.a)) + "\u00b0");
     const std::string binName = directions.getBinName().empty() ? "bin" : directions.getBinName();
     if (inBins) caption += " (" + binName + " " + std::to_string(result.meanBin) + ")";
-    Chart chart(words.canvas, titleOf(directions, words), caption + ", r = " + coefficient(result.r));
+    Chart chart(words.canvas, titleOf(directions, words), caption + ", " + statisticText("r", result.r, coefficient(result.r)));
     chart.setRound(1.21, words.xLabel.empty() ? (inBins ? binName : "direction") + ", clockwise from the top" : words.xLabel);
     addDirectionTexts(chart, directions);
 

@@ -110,7 +110,7 @@ Picture picture(const TwoDataFiles& test, const PictureWords& words)
     const Axis y = valueAxis(points, extent, words);
 
     Chart chart(words.canvas, titleOf(test, words),
-                "F = " + figures(exact.ratio.statistic) + ", variances " + figures(exact.variances[0]) + " and " +
+                statisticText("F", exact.ratio.statistic) + ", variances " + figures(exact.variances[0]) + " and " +
                     figures(exact.variances[1]));
     chart.setX(x, labelOr(words.xLabel, "sample"));
     chart.setXTicks({{1.0, labelOf(words, 1, "1") + " (n = " + digits(results[0]->n) + ")"},
@@ -127,9 +127,9 @@ namespace {
 /** "F(4, 20) = 1.1805, p = 0.35", as the textbook has them. */
 std::string testText(const wq_lib::SingleAnova& anova, const wq_exact::AnovaResult& exact)
 {
-    std::string text = "F(" + std::to_string(anova.getAmong().df) + ", " + std::to_string(anova.getWithin().df) + ")";
-    if (!std::isfinite(exact.F.p)) return "F = " + figures(anova.getAmong().fs);
-    return text + " = " + figures(exact.F.statistic) + ", " + probability(exact.F.p);
+    if (!std::isfinite(exact.F.p)) return statisticText("F", anova.getAmong().fs);
+    const std::string name = "F(" + std::to_string(anova.getAmong().df) + ", " + std::to_string(anova.getWithin().df) + ")";
+    return statisticText(name, exact.F.statistic) + ", " + probability(exact.F.p);
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ Picture correlationPicture(wq_lib::BasicXyStatistics& pairs, double r, const Pic
     const Axis y = axisOf('y', points, &Point::y, extents.y, words, false);
     const wq_lib::xy_stat& result = pairs.getXyResult();
 
-    Chart chart(words.canvas, titleOf(pairs, words), "r = " + coefficient(r) + ", n = " + digits(result.x.n));
+    Chart chart(words.canvas, titleOf(pairs, words), statisticText("r", r, coefficient(r)) + ", n = " + digits(result.x.n));
     chart.setX(x, labelOr(words.xLabel, "x"));
     chart.setY(y, labelOr(words.yLabel, "y"));
     Rows means;
@@ -284,8 +284,8 @@ namespace {
 std::string testText(const wq_lib::LinearRegressionMultiY& regression, const wq_exact::MultiYResult& exact, std::size_t pairs)
 {
     std::string text;
-    if (std::isfinite(exact.regressionF) && std::isfinite(exact.slope.p))
-        text = "F(1, " + figures(exact.deviations.df) + ") = " + figures(exact.regressionF) + ", " + probability(exact.slope.p) + ", ";
+    if (!std::isnan(exact.regressionF) && std::isfinite(exact.slope.p))
+        text = statisticText("F(1, " + figures(exact.deviations.df) + ")", exact.regressionF) + ", " + probability(exact.slope.p) + ", ";
     if (std::isfinite(exact.rSquared)) text += "R\u00b2 = " + coefficient(exact.rSquared) + ", ";
     return text + counted(regression.getGroups().size(), "x", "different x") + ", " + counted(pairs, "pair", "pairs");
 }

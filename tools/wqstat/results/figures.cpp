@@ -50,6 +50,14 @@ std::string coefficient(double value)
     return figures(value, std::min(most, static_cast<int>(std::ceil(-std::log10(missing)))));
 }
 
+std::string statisticText(const std::string& name, double value, const std::string& text)
+{
+    if (std::isnan(value)) return "no " + name;
+    return name + (std::isinf(value) ? " is infinite" : " = " + text);
+}
+
+std::string statisticText(const std::string& name, double value) { return statisticText(name, value, figures(value)); }
+
 std::string probability(double p) { return p == 0.0 ? std::string("p ") + belowAllProbabilities : "p = " + figures(p, 3); }
 
 std::string digits(std::size_t n)

@@ -24,6 +24,12 @@ std::string readable(double value, double spread = 0.0);
 /** A coefficient from -1 to 1, with as many digits as tell it from -1 and 1: 0.98198, 0.999997. */
 std::string coefficient(double value);
 
+/** "F = 2.5"; "F is infinite"; "no F" where there is none. @param text of the value, where that is finite */
+std::string statisticText(const std::string& name, double value, const std::string& text);
+
+/** The same with the value in five digits. */
+std::string statisticText(const std::string& name, double value);
+
 /** What a probability is that no double holds, and which is 0 therefore. */
 constexpr char belowAllProbabilities[] = "< 1e-300";
 
