@@ -760,6 +760,23 @@ TEST(Print, whatHasNoPlaceOnALogarithmicAxisIsCounted)
     EXPECT_THAT(script({"pairs", "--log", "xy", none}).text, HasSubstr("\"r = "));
 }
 
+// Of the pairs without a place x would begin the line far to the left, and y stretch the axis to -1000.
+TEST(Print, whatHasNoPlaceOnALogarithmicAxisIsNotDrawnOver)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("a.txt", "-1;-900\n0;-1000\n0.001;12\n0.1;9\n10;8\n100;30\n50;20\n");
+    const Script drawn = script({"regress", "--model", "linear", "--log", "x", "--residuals", file});
+    std::vector<double> line;
+    for (const auto& [name, rows] : drawn.layers)
+        if (name.rfind("y = ", 0) == 0) line = column(rows, 0);
+    ASSERT_FALSE(line.empty());
+    EXPECT_NEAR(line.front(), -3.0, 1e-12);
+    EXPECT_NEAR(line.back(), 2.0, 1e-12);
+    std::size_t place = 0;
+    const std::string y = between(drawn.text, "set yrange [", "]", place);
+    EXPECT_GT(std::stod(y), -500.0) << y;
+}
+
 TEST(Print, theTitleIsTheOneAskedFor)
 {
     const TempFolder folder;

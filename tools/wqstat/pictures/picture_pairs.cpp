@@ -18,20 +18,35 @@ namespace wqstat {
 
 namespace {
 
-/** The axis of a scatter, logarithmic where that is asked for or the model has it so. */
-Axis axisOf(char name, const std::vector<Point>& points, double Point::*value, const Extent& all, const PictureWords& words, bool byModel)
-{
-    const Extent positive = aboveZero(points, value);
-    const Axis::Scale scale = scaleOf(name, words, positive, byModel);
-    return Axis(scale == Axis::Scale::logarithmic ? positive : all, Axis::Ends::padded, scale);
-}
+/** What the axes of a scatter have to hold: the pairs that have a place on both, which on a logarithmic one are those above 0. */
+struct Ground {
+    Axis::Scale x;
+    Axis::Scale y;
+    Extents extents;
+
+    /** The models say which axes are logarithmic where nothing else is asked for. */
+    Ground(const std::vector<Point>& points, const PictureWords& words, bool xByModel, bool yByModel)
+        : x(scaleOf('x', words, aboveZero(points, &Point::x), xByModel)),
+          y(scaleOf('y', words, aboveZero(points, &Point::y), yByModel))
+    {
+        std::vector<Point> placed;
+        placed.reserve(points.size());
+        for (const Point& point : points)
+            if (hasPlace(point.x, x) && hasPlace(point.y, y)) placed.push_back(point);
+        extents = extentsOf(placed);
+    }
+
+    static bool hasPlace(double value, Axis::Scale scale) { return scale == Axis::Scale::linear || value > 0.0; }
+    Axis xAxis() const { return Axis(extents.x, Axis::Ends::padded, x); }
+    Axis yAxis() const { return Axis(extents.y, Axis::Ends::padded, y); }
+};
 
 Picture correlationPicture(wq_lib::BasicXyStatistics& pairs, double r, const PictureWords& words)
 {
     const std::vector<Point> points = pointsOf(pairs);
-    const Extents extents = extentsOf(points);
-    const Axis x = axisOf('x', points, &Point::x, extents.x, words, false);
-    const Axis y = axisOf('y', points, &Point::y, extents.y, words, false);
+    const Ground ground(points, words, false, false);
+    const Axis x = ground.xAxis();
+    const Axis y = ground.yAxis();
     const wq_lib::xy_stat& result = pairs.getXyResult();
 
     Chart chart(words.canvas, titleOf(pairs, words), statisticText("r", r, coefficient(r)) + ", n = " + digits(result.x.n));
@@ -88,14 +103,14 @@ std::string fitText(const wq_exact::RegressionResult& exact, const Model& model)
     return text + "n = " + digits(exact.n);
 }
 
-/** Places along the x that were fitted: even, but on a logarithmic axis in even ratios, and close where a logarithm bends most. */
+/** Places along the x that were fitted and have a place: even, but on a logarithmic axis in even ratios, and close where a logarithm bends most. */
 std::vector<double> placesAlong(const Extent& fitted, const Model& model, const Axis& axis)
 {
     constexpr int steps = 200;
     std::vector<double> places;
     for (int i = 0; i <= steps && !fitted.isEmpty(); ++i) {
         double part = static_cast<double>(i) / steps;
-        if (axis.isLogarithmic() && fitted.low > 0.0) {
+        if (axis.isLogarithmic()) {
             places.push_back(i == steps ? fitted.high : fitted.low * std::pow(fitted.high / fitted.low, part));
             continue;
         }
@@ -127,7 +142,8 @@ Chart residualsOf(const wq_exact::RegressionResult& exact, const Model& model, c
 {
     std::vector<Point> residuals;
     for (const Point& point : points)
-        residuals.push_back({point.x, model.ofY(point.y) - (exact.meanY + exact.b * (model.ofX(point.x) - exact.meanX))});
+        if (std::isfinite(x.at(point.x)))
+            residuals.push_back({point.x, model.ofY(point.y) - (exact.meanY + exact.b * (model.ofX(point.x) - exact.meanX))});
     Extent extent = extentsOf(residuals).y;
     extent.include(0.0);
     const Axis y(extent);
@@ -189,29 +205,26 @@ Picture withPanelBelow(Chart& chart, Chart below, const std::string& name, const
 Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionResult& exact, const Model& model, const PictureWords& words)
 {
     const std::vector<Point> points = pointsOf(regression);
-    Extents extents = extentsOf(points);
-    const Axis x = axisOf('x', points, &Point::x, extents.x, words, model.ofX != asItIs);
-    const Extent positiveY = aboveZero(points, &Point::y);
-    const Axis::Scale yScale = scaleOf('y', words, positiveY, model.ofY != asItIs);
-    if (yScale == Axis::Scale::logarithmic) extents.y = positiveY;
+    Ground ground(points, words, model.ofX != asItIs, model.ofY != asItIs);
+    const Axis x = ground.xAxis();
 
-    // The curve runs over the x that were fitted.
+    // The curve runs over the x that were fitted and have a place.
     Extent fitted;
     for (const Point& point : points)
-        if (std::isfinite(point.y) && std::isfinite(model.ofX(point.x))) fitted.include(point.x);
+        if (std::isfinite(point.y) && std::isfinite(model.ofX(point.x)) && Ground::hasPlace(point.x, ground.x)) fitted.include(point.x);
     std::vector<std::pair<double, Height>> heights;
     for (const double place : placesAlong(fitted, model, x)) heights.emplace_back(place, heightAt(exact, place));
 
-    const Extent widest = withRoom(extents.y, yScale);
+    const Extent widest = withRoom(ground.extents.y, ground.y);
     bool drawn = false;
     bool limited = false;
     for (const auto& [place, height] : heights) {
         for (const double y : {height.lower, height.middle, height.upper})
-            if (y >= widest.low && y <= widest.high) extents.y.include(y);
+            if (y >= widest.low && y <= widest.high) ground.extents.y.include(y);
         drawn = drawn || std::isfinite(height.middle);
         limited = limited || (std::isfinite(height.lower) && std::isfinite(height.upper));
     }
-    const Axis y(extents.y, Axis::Ends::padded, yScale);
+    const Axis y = ground.yAxis();
     const CurveRows rows(heights, x, y);
 
     Chart chart(words.canvas, titleOf(regression, words), fitText(exact, model));
