@@ -1013,6 +1013,45 @@ TEST(Print, leavesThePlotItsRoomAtTheSizeOfAColumn)
     }
 }
 
+// Fifteen labels that begin alike: what tells them apart stays, and so does what came out.
+TEST(Print, labelsAreCutWhereTheyAreAlike)
+{
+    const TempFolder folder;
+    std::string table = "group,value\n";
+    for (int i = 0; i < 60; ++i)
+        table += "very long name of group number " + std::to_string(i % 15) + "," + std::to_string(i * 37 % 11) + "\n";
+    const std::string file = folder.write("groups.csv", table);
+    for (const Words& size : {Words{}, Words{"--size", "85x60mm"}}) {
+        const std::string text = script(with({"anova", "--group", "group", "--value", "value", file}, size)).text;
+        std::size_t place = 0;
+        const std::string ticks = between(text, "set xtics", "\n", place);
+        for (int i = 0; i < 15; ++i) EXPECT_THAT(ticks, HasSubstr(std::to_string(i) + "\" ")) << wq_test::joined(size);
+        EXPECT_THAT(text, HasSubstr("\"F(14, 45) = ")) << wq_test::joined(size);
+    }
+}
+
+// The colours of a density mean nothing one without the other.
+TEST(Print, levelsAreInTheKeyTogetherOrNotAtAll)
+{
+    const TempFolder folder;
+    std::mt19937 random;
+    std::string lines;
+    const auto even = [&random] { return static_cast<double>(random() % 1'000'003) / 1'000'003.0; };
+    for (int i = 0; i < 50'000; ++i)
+        lines += std::to_string(even() * even() * even()) + ";" + std::to_string(even() * even() * even()) + "\n";
+    const std::string many = folder.write("many.txt", lines);  // more of them where both are small
+    for (const std::string size : {"85x60mm", "120x80mm", "800x600px", "85x40mm"}) {
+        const std::string text = script({"regress", "--model", "linear", many, "--size", size}).text;
+        std::size_t levels = 0;
+        for (std::size_t i = text.find(" pairs\" noenhanced"); i != std::string::npos; i = text.find(" pairs\" noenhanced", i + 1))
+            ++levels;
+        EXPECT_TRUE(levels == 0 || levels == 5) << size << ": " << levels;
+        if (size == "800x600px") {
+            EXPECT_EQ(levels, 5U);
+        }
+    }
+}
+
 // What came out stands on the picture, or at least in its description, at any size; so do the names of the axes.
 TEST(Print, saysWhatCameOutAtEverySize)
 {
@@ -1096,7 +1135,7 @@ TEST(Print, keysOfSmallPicturesHaveAllEntriesOrSayHowManyAreMissing)
         {__LINE__, {"regress", "--model", "linear", "--residuals", norris}, {"pairs", "exact 95 % limits", "y = -0.26232 + 1.0021 x"}},
         {__LINE__, {"regress", "--model", "linear", norris}, {"pairs", "exact 95 % limits", "y = -0.26232 + 1.0021 x"}},
         {__LINE__, {"multiy", seedlings}, {"pairs (larger: several)", "y = 18.033 + 3.7386 x", "exact 95 % limits of b"}},
-        {__LINE__, {"anova", resistivity}, {"observations", "grand mean 196.1892", "mean of the group", "exact 95 % limits of the mean"}},
+        {__LINE__, {"anova", resistivity}, {"observations", "mean 196.1892", "mean of the group", "exact 95 % limits of the mean"}},
         {__LINE__, {"describe", cavendish}, {"observations", "exact 95 % confidence interval 5.3639 to 5.532", "mean 5.4479"}},
     };
     for (const auto& row : rows) {

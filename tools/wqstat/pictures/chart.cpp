@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 namespace wqstat {
 
@@ -12,6 +13,7 @@ namespace {
 
 // Widths in pixels of the picture, generously: what a terminal makes of a font is known to it alone.
 constexpr double tickCharacter = 8.5;
+constexpr double uprightCharacter = 7.6;  // of labels of several characters, not all of which are wide
 constexpr double titleCharacter = 9.6;
 constexpr double captionCharacter = 8.3;
 constexpr double smallCharacter = 7.2;
@@ -31,6 +33,20 @@ constexpr double smallKeyColumn = 200.0;  // in which most entries stand whole
 std::size_t characters(std::string_view text)
 {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xc0) != 0x80; }));
+}
+
+std::string firstCharacters(const std::string& text, std::size_t n)
+{
+    std::size_t end = 0;
+    for (std::size_t kept = 0; end < text.size(); ++end)
+        if ((text[end] & 0xc0) != 0x80 && ++kept > n) break;
+    return text.substr(0, end);
+}
+
+std::string lastCharacters(const std::string& text, std::size_t n)
+{
+    const std::size_t all = characters(text);
+    return text.substr(firstCharacters(text, all - std::min(all, n)).size());
 }
 
 std::size_t longest(const std::vector<Tick>& ticks)
@@ -107,12 +123,28 @@ std::string fitted(std::string_view text, std::size_t most)
 {
     std::string line;
     for (const char c : text) line += c == '\t' || c == '\n' || c == '\r' ? ' ' : c;
+    constexpr std::size_t dots = 3;
     line = shown(line);
-    if (characters(line) <= most) return line;
-    std::size_t end = 0;
-    for (std::size_t kept = 0; end < line.size(); ++end)
-        if ((line[end] & 0xc0) != 0x80 && ++kept + 3 > most) break;
-    return line.substr(0, end) + "...";
+    return characters(line) <= most ? line : firstCharacters(line, most - std::min(most, dots)) + "...";
+}
+
+std::vector<std::string> fittedApart(const std::vector<std::string>& all, std::size_t most)
+{
+    constexpr std::size_t dots = 3;
+    const std::size_t kept = most - std::min(most, dots);
+    std::vector<std::string> best;
+    std::size_t mostDifferent = 0;
+    for (const std::size_t front : {kept, kept - kept / 2, std::size_t{0}}) {
+        std::vector<std::string> texts;
+        for (const std::string& text : all) {
+            const std::string line = shown(text);
+            texts.push_back(characters(line) <= most ? line : firstCharacters(line, front) + "..." + lastCharacters(line, kept - front));
+        }
+        const std::size_t different = std::set<std::string>(texts.begin(), texts.end()).size();
+        if (different > mostDifferent) best = texts;
+        mostDifferent = std::max(mostDifferent, different);
+    }
+    return best;
 }
 
 // ---------------------------------------------------------------- Chart
@@ -183,11 +215,17 @@ void Chart::setRound(double limit, const std::string& text)
     xLabel = text;
 }
 
-void Chart::add(const Rows& rows, const GnuplotCode& style, const std::string& keyTitle)
+void Chart::add(const Rows& rows, const GnuplotCode& style, const std::string& keyTitle, const std::string& fewWords)
 {
     if (rows.isEmpty()) return;
     const std::string name = fitted(keyTitle, std::string::npos);
-    layers.push_back({rows.code(), style, fitted(keyTitle, fitting(0.95 * width - keySample, tickCharacter)), name, {}});
+    layers.push_back({rows.code(), style, fitted(keyTitle, fitting(0.95 * width - keySample, tickCharacter)), fewWords, name, {}, false});
+}
+
+void Chart::addLevel(const Rows& rows, const GnuplotCode& style, const std::string& keyTitle)
+{
+    add(rows, style, keyTitle);
+    if (!rows.isEmpty()) layers.back().isLevel = true;
 }
 
 void Chart::addUprights(const std::vector<double>& places, const GnuplotCode& looks, const std::string& keyTitle)
@@ -219,7 +257,7 @@ GnuplotCode Chart::margins(const Frame& frame) const
 GnuplotCode Chart::headings(double& y) const
 {
     GnuplotCode script;
-    if (isTight) {
+    if (isTight || hasLowHeadings) {
         for (const std::string& line : {title, caption}) {
             if (line.empty()) continue;
             script += label(0.5 * width, y + 0.5 * tightLine, fitted(line, fitting(0.97 * width, captionCharacter)), "");
@@ -267,26 +305,31 @@ double Chart::plotWidth() const { return 0.965 * width - std::max(leftMargin(), 
 /** How many characters the entries of a column have room for; those of the last one may reach to the side of the picture. */
 std::size_t Chart::smallKeyFitting(std::size_t column, std::size_t columns) const
 {
+    constexpr double narrowest = 0.8;  // of what the columns are told to be, at the terminal that makes least of it
     const double each = plotWidth() / static_cast<double>(columns);
     const double last = 0.97 * width - 0.5 * width - (0.5 * static_cast<double>(columns) - 1.0) * each;
-    return fitting((column + 1 < columns ? each : last) - smallKeySample, smallKeyCharacter);
+    return fitting(column + 1 < columns ? narrowest * (each - smallKeySample) : last - smallKeySample, smallKeyCharacter);
 }
 
 /** As many as have room; of few entries one, where otherwise not all would stand there whole. */
 std::size_t Chart::smallKeyColumns() const
 {
     constexpr std::size_t few = 3;
-    const auto columns =
-        std::clamp<std::size_t>(static_cast<std::size_t>(plotWidth() / smallKeyColumn), 1, std::max<std::size_t>(1, keys()));
+    const std::size_t entries = std::max<std::size_t>(1, keys());
+    const auto most = std::clamp<std::size_t>(static_cast<std::size_t>(plotWidth() / smallKeyColumn), 1, entries);
+    const std::size_t rows = (entries + most - 1) / most;
+    const std::size_t columns = (entries + rows - 1) / rows;
+    return keys() > few || fitsSmallKey(columns) ? columns : 1;
+}
+
+/** Whether all entries stand there whole. */
+bool Chart::fitsSmallKey(std::size_t columns) const
+{
     const std::size_t rows = (keys() + columns - 1) / columns;
     std::size_t entry = 0;
-    bool areWhole = true;
-    for (const Layer& layer : layers) {
-        if (layer.keyTitle.empty()) continue;
-        areWhole = areWhole && characters(layer.keyTitle) <= smallKeyFitting(entry / rows, columns);
-        ++entry;
-    }
-    return areWhole || keys() > few ? columns : 1;
+    return std::all_of(layers.begin(), layers.end(), [&](const Layer& layer) {
+        return layer.keyTitle.empty() || characters(layer.keyTitle) <= smallKeyFitting(entry++ / rows, columns);
+    });
 }
 
 /** In small letters, and in columns that are told to be narrower than gnuplot takes their texts for: else it would make fewer of them. */
@@ -411,7 +454,7 @@ double Chart::tickHeight() const
 {
     if (longest(xTicks) == 0) return 4.0;
     if (isTight && !upright) return tightTicks;
-    const double ticks = upright ? static_cast<double>(longest(xTicks)) * tickCharacter + 20.0 : 22.0;
+    const double ticks = upright ? static_cast<double>(longest(xTicks)) * uprightCharacter + 14.0 : 22.0;
     return ticks + (xLabel.empty() ? 6.0 : 34.0);
 }
 
@@ -471,10 +514,13 @@ double Chart::plotHeight() const
     return frame.bottom - tickHeight() - frame.top - gapAbovePlot();
 }
 
-/** All entries, in small letters, cut where they have no room beside each other. */
+/** All entries, in small letters, in fewer words or cut where they have no room beside each other. */
 void Chart::shortenKey()
 {
     hasSmallKey = true;
+    if (!fitsSmallKey(smallKeyColumns()))
+        for (Layer& layer : layers)
+            if (!layer.fewWords.empty()) layer.keyTitle = layer.fewWords;
     const std::size_t columns = smallKeyColumns();
     const std::size_t rows = (keys() + columns - 1) / columns;
     std::size_t entry = 0;
@@ -485,40 +531,59 @@ void Chart::shortenKey()
     }
 }
 
-/** Where the words would take more than half of the height, what can be missed goes, one after the other. */
-void Chart::squeeze()
+/** The labels of an axis that stand upright, in at most so many characters. */
+void Chart::shortenTicks(const std::vector<Tick>& whole, std::size_t most)
 {
-    const auto isEnough = [this] { return isTight || plotHeight() >= 0.5 * (panelBottom - panelTop); };
-    if (isEnough()) return;
-    shortenKey();
-    if (isEnough()) return;
-    caption.clear();
-    if (isEnough()) return;
-    constexpr std::size_t mostOfLabel = 8;
-    if (upright)
-        for (Tick& tick : xTicks) tick.text = fitted(tick.text, mostOfLabel);
-    if (isEnough()) return;
-    title = fitted(title, fitting(0.97 * width, titleCharacter));
-    if (isEnough()) return;
-    keepLastOfKey(2 * smallKeyColumns());
-    constexpr double least = 0.45;  // a note more, and entries that the lines need
-    if (plotHeight() >= least * (panelBottom - panelTop)) return;
-    keepLastOfKey(0);
+    std::vector<std::string> labels;
+    for (const Tick& tick : whole) labels.push_back(tick.text);
+    labels = fittedApart(labels, most);
+    for (std::size_t i = 0; i < labels.size(); ++i) xTicks[i].text = labels[i];
 }
 
-/** Those of lines and means stand last; of marks and cells notes and axes say what they are. What is missing is said. */
+/**
+ * Where the words would take more than half of the height, they are set in fewer and smaller letters, and what can be missed goes, one after the
+ * other. What came out, the line below the title, is the last.
+ */
+void Chart::squeeze()
+{
+    constexpr double enough = 0.5;
+    constexpr double least = 0.45;
+    constexpr std::size_t leastOfLabel = 8;
+    const auto leaves = [this](double part) { return isTight || plotHeight() >= part * (panelBottom - panelTop); };
+    if (leaves(enough)) return;
+    shortenKey();
+    const std::vector<Tick> whole = xTicks;
+    for (std::size_t most = longest(whole); upright && most > leastOfLabel && !leaves(enough);) shortenTicks(whole, --most);
+    if (leaves(enough)) return;
+    title = fitted(title, fitting(0.97 * width, titleCharacter));
+    if (leaves(enough)) return;
+    hasLowHeadings = true;
+    if (leaves(least)) return;
+    keepLastOfKey(2 * smallKeyColumns());
+    if (leaves(least)) return;
+    keepLastOfKey(0);
+    if (leaves(least)) return;
+    caption.clear();
+}
+
+/**
+ * Those of lines and means stand last; of marks and cells notes and axes say what they are. Levels mean nothing one without the other. What is
+ * missing is said.
+ */
 void Chart::keepLastOfKey(std::size_t most)
 {
-    const std::size_t missing = keys() - std::min(keys(), most);
-    if (missing == 0) return;
-    std::size_t left = missing;
+    const std::size_t before = keys();
+    std::size_t left = before - std::min(before, most);
+    if (left == 0) return;
+    bool isLevelLost = false;
     for (Layer& layer : layers) {
-        if (left == 0) break;
-        left -= layer.keyTitle.empty() ? 0U : 1U;
+        if (layer.keyTitle.empty() || (left == 0 && !(isLevelLost && layer.isLevel))) continue;
+        isLevelLost = isLevelLost || layer.isLevel;
+        left -= left > 0 ? 1U : 0U;
         layer.keyTitle.clear();
     }
     if (missingKeys > 0) notes.pop_back();
-    missingKeys += missing;
+    missingKeys += before - keys();
     note(counted(missingKeys, "entry", "entries") + " of the key left out for want of room");
 }
 

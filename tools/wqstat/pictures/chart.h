@@ -34,6 +34,9 @@ private:
 /** On one line, with "..." in place of what is beyond so many characters. */
 std::string fitted(std::string_view text, std::size_t characters);
 
+/** Texts beside each other, each without its end, its begin or its middle where it is longer: what leaves most of them apart. */
+std::vector<std::string> fittedApart(const std::vector<std::string>& texts, std::size_t characters);
+
 /** gnuplot's words for a colour of lines and points. */
 GnuplotCode inColour(const GnuplotCode& name);
 
@@ -66,8 +69,11 @@ public:
     /**
      * A layer over those before it.
      * @param style gnuplot's words after the data, such as "using 1:2 with lines".
-     * @param keyTitle none when empty. */
-    void add(const Rows& rows, const GnuplotCode& style, const std::string& keyTitle = "");
+     * @param keyTitle none when empty. @param fewWords the same for a small key; the same words when empty. */
+    void add(const Rows& rows, const GnuplotCode& style, const std::string& keyTitle = "", const std::string& fewWords = "");
+
+    /** As add(): one level of a scale of colours, whose entries stand in the key together or not at all. */
+    void addLevel(const Rows& rows, const GnuplotCode& style, const std::string& keyTitle);
 
     /** As add(): lines over the whole height of the plot, whatever axis that gets in the end. */
     void addUprights(const std::vector<double>& places, const GnuplotCode& looks, const std::string& keyTitle);
@@ -102,8 +108,10 @@ private:
         GnuplotCode data;
         GnuplotCode style;
         std::string keyTitle;          ///< as long as there is room for
+        std::string fewWords;          ///< instead, where it has no room
         std::string name;              ///< the same, whole
         std::vector<double> uprights;  ///< in place of data
+        bool isLevel = false;
     };
 
     /** Where the plot is, in units of the layout from the top and from the left of the canvas. */
@@ -138,7 +146,9 @@ private:
     bool isBelow() const { return panelTop > 0.0; }  ///< then the words of the panel above are its own too
     Frame panel() const;
     double gapAbovePlot() const;
+    bool fitsSmallKey(std::size_t columns) const;
     void shortenKey();
+    void shortenTicks(const std::vector<Tick>& whole, std::size_t most);
     void keepLastOfKey(std::size_t most);
     void squeeze();
     GnuplotCode laidOut() const;
@@ -152,6 +162,7 @@ private:
     bool isSmall;
     bool isTight = false;  // two panels on a low canvas
     bool hasSmallKey = false;
+    bool hasLowHeadings = false;
     std::size_t missingKeys = 0;  // which a note at the end counts
     double width;                 // of the canvas, in units of the layout
     double height;

@@ -159,12 +159,11 @@ Picture picture(wq_lib::SingleAnova& anova, const PictureWords& words)
                     counted(static_cast<std::size_t>(anova.getTotalObservations()), "observation", "observations"));
     chart.setX(x, labelOr(words.xLabel, beside ? "group" : "group, by its place in the data"), true);
     if (beside) {
+        const std::vector<std::string> labels = tickLabels(words);
         std::vector<Tick> ticks;
         for (std::size_t k = 0; k < groups.size(); ++k) {
             const double id = groups[k].id;  // the number of its label, where there are labels
-            const std::string number = figures(id, 10);
-            ticks.push_back(
-                {static_cast<double>(k + 1), words.labels.empty() ? number : labelOf(words, static_cast<std::size_t>(id), number)});
+            ticks.push_back({static_cast<double>(k + 1), labels.empty() ? figures(id, 10) : labels.at(static_cast<std::size_t>(id) - 1)});
         }
         chart.setXTicks(ticks);
     }
@@ -176,7 +175,8 @@ Picture picture(wq_lib::SingleAnova& anova, const PictureWords& words)
         Rows line;
         line.add({x.low(), y.at(grandMean)});
         line.add({x.high(), y.at(grandMean)});
-        chart.add(line, "using 1:2 with lines linewidth 1.5 dashtype 3 " + inColour(colour::black), "grand mean " + y.text(grandMean));
+        chart.add(line, "using 1:2 with lines linewidth 1.5 dashtype 3 " + inColour(colour::black), "grand mean " + y.text(grandMean),
+                  "mean " + y.text(grandMean));
     }
 
     constexpr std::size_t mostMeans = 2000;
@@ -195,8 +195,8 @@ Picture picture(wq_lib::SingleAnova& anova, const PictureWords& words)
             bars.add({place + 0.29, y.at(mean), y.at(limits.lower), y.at(limits.upper)});
     }
     chart.add(means, levels("linewidth 3.5 " + inColour(colour::vermilion)), "mean of the group");
-    chart.add(bars, whiskers("linewidth 2 " + inColour(colour::black)),
-              confidenceText(anova) + (isNarrow(words.canvas) ? " limits of the mean" : " confidence limits of the mean"));
+    chart.add(bars, whiskers("linewidth 2 " + inColour(colour::black)), confidenceText(anova) + " confidence limits of the mean",
+              confidenceText(anova) + " limits of the mean");
     if (groups.size() > mostMeans) chart.note("no means: there are too many groups to show them");
     noteLeftOut(chart, notFinite, {"mean", "means"});
     return pictureOf(chart, words);

@@ -235,18 +235,18 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
     const auto addLimits = [&](const std::string& what) {
         if (limited)
             chart.add(rows.limits, "using 1:2 with lines linewidth 1.5 dashtype (9,5) " + inColour(colour::vermilion),
-                      confidenceText(regression) + what);
+                      confidenceText(regression) + what, confidenceText(regression) + " limits");
         else
             chart.note("no confidence limits: they are not finite");
     };
-    const bool fewWords = isNarrow(words.canvas);  // then the curve is the last entry of the key, which has the most room
-    if (fewWords) addLimits(" limits");
+    const std::string whole = std::string(" confidence limits of the ") + (model.ofX == asItIs && model.ofY == asItIs ? "line" : "curve");
+    const bool curveIsLast = isNarrow(words.canvas);  // the last entry of the key has the most room
+    if (curveIsLast) addLimits(" limits");
     if (drawn)
         chart.add(rows.line, "using 1:2 with lines linewidth 2.5 " + inColour(colour::vermilion), model.formula);
     else
         chart.note("no curve: it is not finite");
-    if (!fewWords)
-        addLimits(model.ofX == asItIs && model.ofY == asItIs ? " confidence limits of the line" : " confidence limits of the curve");
+    if (!curveIsLast) addLimits(whole);
     if (!words.residuals) return pictureOf(chart, words);
 
     return withPanelBelow(chart, residualsOf(exact, model, points, x, words), residualName(model), words);

@@ -49,18 +49,24 @@ Axis placeAxis(std::size_t things)
     return Axis(extent);
 }
 
+namespace {
+
+constexpr std::size_t longestLabel = 24;  // characters, which stand upright below the axis
+
+}  // namespace
+
+std::vector<std::string> tickLabels(const PictureWords& words) { return fittedApart(words.labels, longestLabel); }
+
 std::vector<Tick> placeTicks(const PictureWords& words)
 {
     std::vector<Tick> ticks;
-    for (std::size_t number = 1; number <= words.labels.size(); ++number)
-        ticks.push_back({static_cast<double>(number), labelOf(words, number, "")});
+    for (const std::string& label : tickLabels(words)) ticks.push_back({static_cast<double>(ticks.size() + 1), label});
     return ticks;
 }
 
 std::string labelOf(const PictureWords& words, std::size_t number, const std::string& otherwise)
 {
-    constexpr std::size_t longest = 24;  // characters, which stand upright below the axis
-    return number - 1 < words.labels.size() ? fitted(words.labels[number - 1], longest) : otherwise;
+    return number - 1 < words.labels.size() ? fitted(words.labels[number - 1], longestLabel) : otherwise;
 }
 
 std::vector<double> analysedValues(const wq_lib::BasicStatistics& sample)

@@ -47,6 +47,9 @@ Axis placeAxis(std::size_t things);
 /** The ticks of such an axis: the labels of the things, cut where they are long; none where the words have no labels. */
 std::vector<Tick> placeTicks(const PictureWords& words);
 
+/** The labels as they stand below an axis. */
+std::vector<std::string> tickLabels(const PictureWords& words);
+
 /** The label of a thing by its number, counted from 1, cut where it is long; or else what it is called otherwise. */
 std::string labelOf(const PictureWords& words, std::size_t number, const std::string& otherwise);
 

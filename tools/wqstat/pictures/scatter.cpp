@@ -146,10 +146,10 @@ void addCells(Chart& chart, const std::vector<Place>& places, const Axis& x, con
         const std::size_t below = level + 1 == levels ? most + 1 : from(level + 1);
         if (below <= least) continue;
         const std::string range = digits(least) + (below - 1 > least ? " to " + digits(below - 1) : "");
-        chart.add(rectangles(cells, columns, rows, least, below),
-                  "using 1:2:3:4:5:6 with boxxyerror fillstyle solid 1.0 border rgb '" + colours[level] + "' " + inColour(colours[level]) +
-                      " linewidth 1",  // the border covers the seams
-                  range + " " + (below == 2 ? noun.one : noun.many));
+        chart.addLevel(rectangles(cells, columns, rows, least, below),
+                       "using 1:2:3:4:5:6 with boxxyerror fillstyle solid 1.0 border rgb '" + colours[level] + "' " +
+                           inColour(colours[level]) + " linewidth 1",  // the border covers the seams
+                       range + " " + (below == 2 ? noun.one : noun.many));
     }
     chart.note(counted(places.size(), noun.one, noun.many) + ", gathered in small squares: the darker, the more");
 }
