@@ -48,8 +48,8 @@ void enterFunction(const std::string& row, const std::string& name, std::size_t 
 }
 
 /**
- * The operations of chiSquareProb that wait for each other, compiled into the loop, without what a library cannot do without: the call, arguments of any
- * size, the logarithm of the gamma function.
+ * The operations of chiSquareProb that wait for each other, compiled into the loop, without what a library cannot do without: the call,
+ * arguments of any size, the logarithm of the gamma function.
  */
 inline double chiSquareProbInTheCaller(double x, std::size_t df)
 {

@@ -21,8 +21,8 @@ void makeInputs();
 
 /**
  * The first n doubles of the input NAME.f64, read once and kept:
- * normal (mean 50, standard deviation 10, all positive), the same rounded to one decimal, uniform, lognormal, ascending; x and y on a line with noise; groups-G and
- * grouped, pairs of a group's number and an observation; decimals, numbers with three decimals.
+ * normal (mean 50, standard deviation 10, all positive), the same rounded to one decimal, uniform, lognormal, ascending; x and y on a line
+ * with noise; groups-G and grouped, pairs of a group's number and an observation; decimals, numbers with three decimals.
  */
 const double* input(const std::string& name, std::size_t n);
 

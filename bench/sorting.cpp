@@ -1,5 +1,6 @@
-// Sorting of samples of many shapes and sizes beside std::sort: sorting [LARGEST] prints, for samples of up to LARGEST values (a million), the
-// greatest ratio of the library's time to that of std::sort, by vectors where the processor has them, and without. Status 1 when one exceeds 1.3.
+// Sorting of samples of many shapes and sizes beside std::sort: sorting [LARGEST] prints, for samples of up to LARGEST values (a million),
+// the greatest ratio of the library's time to that of std::sort, by vectors where the processor has them, and without. Status 1 when one
+// exceeds 1.3.
 #include "contenders.h"
 
 #include "../src/detail/sample_sort.h"
@@ -61,7 +62,8 @@ const Shape shapes[] = {
 constexpr std::size_t sizes[] = {2,   3,   4,   6,    8,    12,   16,    24,    30,    48,    64,     100,    150,    200,
                                  300, 511, 512, 1000, 2000, 5000, 10000, 16384, 20000, 50000, 100000, 300000, 1000000};
 
-/** Samples that are sorted together, so that the clock is no part of the figure, and different ones, so that no branch is learned by heart. */
+/** Samples that are sorted together, so that the clock is no part of the figure, and different ones, so that no branch is learned by heart.
+ */
 std::vector<Sample> samplesOf(const Shape& shape, std::size_t n)
 {
     Generator random(20261122);

@@ -1,5 +1,6 @@
-// Compiled into each library only to refuse compile options under which its figures would not be those of IEEE arithmetic: NaN that compares
-// equal, sums in another order, a zero without its sign, a product with a rounded reciprocal for a quotient. There is no code in it.
+// Compiled into each library only to refuse compile options under which its figures would not be those of IEEE arithmetic: NaN that
+// compares equal, sums in another order, a zero without its sign, a product with a rounded reciprocal for a quotient. There is no code in
+// it.
 
 #include <cfloat>
 #include <cstdint>

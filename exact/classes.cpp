@@ -92,8 +92,8 @@ GoodnessOfFitResult of(const wq_lib::GoodnessOfFit& test) noexcept
             const double adjusted = std::isnan(test.getGAdjusted()) ? G / williamsDivisor(exact) : test.getGAdjusted();
             exact.GAdjusted = tested(adjusted, exact.GAdjustedLowerTail);
         }
-        // One statistic decides: where the least p of three does, as in the report, H0 is rejected more often than the level says. X2 is the one
-        // that keeps it best where little is expected.
+        // One statistic decides: where the least p of three does, as in the report, H0 is rejected more often than the level says. X2 is
+        // the one that keeps it best where little is expected.
         if (exact.chiSquare.accepted) {
             exact.decision.accepted = exact.chiSquare.accepted;
             exact.p = exact.chiSquare.p;

@@ -16,7 +16,8 @@ namespace {
 
 constexpr long double rootOfTwoPi = 2.50662827463100050241576528481104525L;
 
-/** log(1 + x) - x without cancellation; -infinity at -1, below which rounding may take x. Source: the series of the inverse hyperbolic tangent. */
+/** log(1 + x) - x without cancellation; -infinity at -1, below which rounding may take x. Source: the series of the inverse hyperbolic
+ * tangent. */
 long double logMinusLine(long double x)
 {
     constexpr long double near = 0.5L;
@@ -62,8 +63,8 @@ Tails nearlyNormal(long double exponent, bool above, long double correction)
 }
 
 /**
- * Source: Temme (1979), The asymptotic expansion of the incomplete gamma functions; the first two corrections, c0 and c1 of DLMF 8.12(i), for a of 1e7
- * and more. The fractions are the begins of their Taylor series in eta.
+ * Source: Temme (1979), The asymptotic expansion of the incomplete gamma functions; the first two corrections, c0 and c1 of DLMF 8.12(i),
+ * for a of 1e7 and more. The fractions are the begins of their Taylor series in eta.
  */
 Tails largeGamma(long double a, long double x)
 {

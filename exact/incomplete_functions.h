@@ -3,7 +3,8 @@
 
 namespace wq_exact::detail {
 
-/** P(a, x), the lower incomplete gamma function divided by gamma(a), and Q(a, x) = 1 - P(a, x); a, x > 0. NaN where it cannot be computed. */
+/** P(a, x), the lower incomplete gamma function divided by gamma(a), and Q(a, x) = 1 - P(a, x); a, x > 0. NaN where it cannot be computed.
+ */
 long double incompleteGammaLower(long double a, long double x) noexcept;
 long double incompleteGammaUpper(long double a, long double x) noexcept;
 

@@ -2,9 +2,9 @@
 // integrals of it, one for each tail, without cancellation where the tail is small:
 //     P(R < r) = -r integral of I1(r s) I0(s)^n ds from 0 to i infinity,
 //     P(R > r) = r / (pi i) integral of K1(r s) I0(s)^n ds along Re s = c, c > 0.
-// The second goes through the saddle point c of I0(s)^n exp(-r s). Of few steps the integrands fall off slowly and oscillate. There the line ends
-// at a height where Bessel functions are exponentials times smooth factors, and each product of exponentials is followed from there to the side
-// where it falls.
+// The second goes through the saddle point c of I0(s)^n exp(-r s). Of few steps the integrands fall off slowly and oscillate. There the
+// line ends at a height where Bessel functions are exponentials times smooth factors, and each product of exponentials is followed from
+// there to the side where it falls.
 #include "random_walk.h"
 
 #include "boost_calls.h"
@@ -287,8 +287,8 @@ long double lower(const Walk& walk)
 }
 
 /**
- * Whether the lower tail is computed, which is the faster; the upper one is then its rest. It is above 0.1 below the first bound, above 0.004 below
- * the second.
+ * Whether the lower tail is computed, which is the faster; the upper one is then its rest. It is above 0.1 below the first bound, above
+ * 0.004 below the second.
  */
 bool isByLower(const WalkPoint& point, double n) { return point.z < 2.0L || (n >= 10.0 && point.z < 5.0L); }
 

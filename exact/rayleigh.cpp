@@ -76,9 +76,10 @@ double rayleighUpperQuantile(double p, double n) noexcept { return isDefined(p, 
 double rayleighQuantile(double p, double n) noexcept { return isDefined(p, n) ? detail::walkQuantile(p, 1.0L - p, n) : none; }
 
 /**
- * The corrected mean resultant length estimates that of directions which are not grouped. As many directions as stand for their classes are a walk of
- * unit steps; corrected it would be longer by up to 46 %, and p too small. Few of them have few lengths, of which the longest is likely:
- * all are looked at. Of many, 2 z is asymptotically chi-square with 2 degrees of freedom for three classes or more, as that of ungrouped ones is.
+ * The corrected mean resultant length estimates that of directions which are not grouped. As many directions as stand for their classes are
+ * a walk of unit steps; corrected it would be longer by up to 46 %, and p too small. Few of them have few lengths, of which the longest is
+ * likely: all are looked at. Of many, 2 z is asymptotically chi-square with 2 degrees of freedom for three classes or more, as that of
+ * ungrouped ones is.
  */
 DirectionsResult of(const wq_lib::Circular& directions) noexcept
 {

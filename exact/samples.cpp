@@ -145,7 +145,8 @@ TwoVariancesResult of(const wq_lib::TwoSamples& samples, const wq_lib::BasicStat
 
 namespace {
 
-/** Whether a value lies in the last class, by the class that the table finds for it; its upper end, which may have been rounded, belongs to it. */
+/** Whether a value lies in the last class, by the class that the table finds for it; its upper end, which may have been rounded, belongs to
+ * it. */
 bool isInLastClass(const wq_lib::Frequency& sample, double value)
 {
     constexpr double rounding = 1e-9;

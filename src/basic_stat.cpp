@@ -39,8 +39,9 @@ namespace {
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 /**
- * The last index of a range that may end behind the sample: add() leaves the end one past the last observation until the range is set, and a tail
- * outside 0 ... 1 takes it further. An end of 0 or 1 stays, for hosts that ask for it; storedRange() keeps the passes within the sample.
+ * The last index of a range that may end behind the sample: add() leaves the end one past the last observation until the range is set, and
+ * a tail outside 0 ... 1 takes it further. An end of 0 or 1 stays, for hosts that ask for it; storedRange() keeps the passes within the
+ * sample.
  */
 std::size_t lastIndex(std::size_t end, std::size_t sampleSize) { return end >= sampleSize && end > 1 ? sampleSize - 1 : end; }
 

@@ -1,7 +1,7 @@
-// Each function opens with what it computes, in symbols, and the source. "A&S" is M. Abramowitz and I. Stegun, Handbook of Mathematical Functions
-// (1964), with the number of the formula; "AS" the algorithm of that number in the journal Applied Statistics. Papers are named by author and year, with the
-// formula in full at the line. Where a function departs from its
-// source it says so: reports and decisions rest on the values as they are.
+// Each function opens with what it computes, in symbols, and the source. "A&S" is M. Abramowitz and I. Stegun, Handbook of Mathematical
+// Functions (1964), with the number of the formula; "AS" the algorithm of that number in the journal Applied Statistics. Papers are named
+// by author and year, with the formula in full at the line. Where a function departs from its source it says so: reports and decisions rest
+// on the values as they are.
 #include <wq_stat/distributions.h>
 
 #include "detail/log_gamma_table.h"
@@ -57,8 +57,8 @@ bool changesNothing(double term, double sum) { return sum + term == sum || std::
 double logBeta(double p, double q) { return lnGamma(p) + lnGamma(q) - lnGamma(p + q); }
 
 /**
- * The normal quantile of the upper-tail probability exp(-t^2/2), A&S 26.2.22 (Hastings 1955); absolute error below 3e-3. All critical values of t
- * and chi-square rest on it, so the closer 26.2.23 may not take its place.
+ * The normal quantile of the upper-tail probability exp(-t^2/2), A&S 26.2.22 (Hastings 1955); absolute error below 3e-3. All critical
+ * values of t and chi-square rest on it, so the closer 26.2.23 may not take its place.
  */
 double normalQuantileOf(double t)
 {
@@ -91,8 +91,8 @@ double lnGamma(double x)
     return x > static_cast<double>(exactCounts) ? notANumber : logGammaProduct(x);
 }
 
-// I_x(p, q) = 1/B(p, q) times the integral of t^(p-1) (1-t)^(q-1) from 0 to x, A&S 26.5.1, by Soper's reduction (1921) as AS 63 (Majumder and
-// Bhattacharjee 1973) arranges it:
+// I_x(p, q) = 1/B(p, q) times the integral of t^(p-1) (1-t)^(q-1) from 0 to x, A&S 26.5.1, by Soper's reduction (1921) as AS 63 (Majumder
+// and Bhattacharjee 1973) arranges it:
 //   I_x(p, q) = x^p (1-x)^(q-1) / (p B(p, q)) (1 + (q-1)/(p+1) x/(1-x) + (q-1)(q-2)/((p+1)(p+2)) (x/(1-x))^2 + ...)
 double betaRatio(double x, double p, double q, double beta)
 {
@@ -267,7 +267,8 @@ double halved(Function f, double a, double b, double m, double fa, double fb, do
     return leftHalf + halved(f, m, b, b - q, fm, fb, frm, right, tolerance / 2.0, depth + 1);
 }
 
-// The integral of f from a to b: Simpson's rule, A&S 25.4.5, on intervals halved until they agree with their halves (Kuncir 1962, McKeeman 1962).
+// The integral of f from a to b: Simpson's rule, A&S 25.4.5, on intervals halved until they agree with their halves (Kuncir 1962, McKeeman
+// 1962).
 template <typename Function>
 double quadrature(Function f, double a, double b)
 {
@@ -301,7 +302,8 @@ double quadratureRecursion(double (*f)(double, void*), void* state, double a, do
     return halved(Remembering{f, state}, a, b, m, fa, fb, fm, whole, tolerance, depth);
 }
 
-// P(X = k) = n!/(k! (n-k)!) p^k q^(n-k), q = 1 - p (NIST/SEMATECH e-Handbook of Statistical Methods, 1.3.6.6.18): from P(X = 0) = q^n by P(X = i + 1) = P(X = i) (n - i) p / ((i + 1) q).
+// P(X = k) = n!/(k! (n-k)!) p^k q^(n-k), q = 1 - p (NIST/SEMATECH e-Handbook of Statistical Methods, 1.3.6.6.18): from P(X = 0) = q^n by
+// P(X = i + 1) = P(X = i) (n - i) p / ((i + 1) q).
 double binomial(std::size_t k, std::size_t n, double p)
 {
     // Where the size of the product has settled, only its sign may go on changing.
@@ -491,7 +493,8 @@ double D_TwoSamples(double alpha, std::size_t n1, std::size_t n2)
     return n1 == n2 ? c * std::sqrt(2.0 / size1) : c * std::sqrt((size1 + size2) / static_cast<double>(wideCount(n1) * wideCount(n2)));
 }
 
-// Q(lambda) = 2 (exp(-2 lambda^2) - exp(-8 lambda^2) + exp(-18 lambda^2) - ...), term j with -2 j^2 lambda^2 (Kolmogorov 1933, Smirnov 1948).
+// Q(lambda) = 2 (exp(-2 lambda^2) - exp(-8 lambda^2) + exp(-18 lambda^2) - ...), term j with -2 j^2 lambda^2 (Kolmogorov 1933, Smirnov
+// 1948).
 double D_Prob(double lambda)
 {
     const double exponent = -2.0 * sqr(lambda);

@@ -12,8 +12,8 @@ constexpr std::size_t warmUpLength = 1000;  // 999 draws
 
 /**
  * A uniform integer in 0 ... n: the high half of a draw times the number of results, where the low half does not fall among those that
- * would favour some of them. Lemire (2019), "Fast random integer generation in an interval". The distribution of libstdc++ draws so, from GCC 11
- * on; those of other standard libraries draw other numbers from the same engine.
+ * would favour some of them. Lemire (2019), "Fast random integer generation in an interval". The distribution of libstdc++ draws so, from
+ * GCC 11 on; those of other standard libraries draw other numbers from the same engine.
  */
 unsigned int uniformUpTo(unsigned int n, std::mt19937& engine)
 {

@@ -747,8 +747,8 @@ TEST(DataFiles, randomNumbersAreReadAsPlainly)
     EXPECT_TRUE(same(xs, expected)) << "x is read by the rules of atof, the same for numbers in range";
 }
 
-// Whether the processor looks at a rounded number to tell whether it is smaller than normal ones, as x86 does. ARM looks before rounding, and
-// std::stod refuses there what is rounded up to the smallest normal number; the library takes it everywhere.
+// Whether the processor looks at a rounded number to tell whether it is smaller than normal ones, as x86 does. ARM looks before rounding,
+// and std::stod refuses there what is rounded up to the smallest normal number; the library takes it everywhere.
 bool roundsBeforeItUnderflows()
 {
     const volatile double above = 0x1.0000000000001p-511;
@@ -822,8 +822,8 @@ TEST(DataFiles, hexadecimalNumbersAreRoundedToTheNearestSubnormal)
     EXPECT_TRUE(same(xs, expected)) << xs;
 }
 
-// Whether the C library reads a hexadecimal number otherwise than rounded to the nearest: the one of musl cuts some where a subnormal double has
-// 31 binary digits.
+// Whether the C library reads a hexadecimal number otherwise than rounded to the nearest: the one of musl cuts some where a subnormal
+// double has 31 binary digits.
 bool strtodMayCut(const std::string& number)
 {
     static const bool cuts = std::strtod("0x77c6cbcc.f7p-1074", nullptr) != 0x77c6cbcdp-1074;

@@ -1,5 +1,5 @@
-// Every distribution function ends, whatever it is given: all combinations of the arguments below, and each result of the right kind. A call
-// without an end, or one that takes minutes, meets the time limit of the runner.
+// Every distribution function ends, whatever it is given: all combinations of the arguments below, and each result of the right kind. A
+// call without an end, or one that takes minutes, meets the time limit of the runner.
 //
 // Left out of the full walk, with rows of their own: the integrators, whose cost lies in the integrand; factorial and binomial,
 // which take a step per count (factorial ends at 171); inverseBetaRatio with shapes above 2^53.

@@ -1,5 +1,5 @@
-// The distributions of wq_exact against values with 60 digits (tests/reference/exact_distributions.py, exact_rayleigh.c), all arrangements of small samples
-// counted here, and the limits of what there is to compute.
+// The distributions of wq_exact against values with 60 digits (tests/reference/exact_distributions.py, exact_rayleigh.c), all arrangements
+// of small samples counted here, and the limits of what there is to compute.
 #include <wq_exact/distributions.h>
 
 #include "support/arrangements.h"
@@ -100,7 +100,8 @@ double conditioning(const Entry& function, std::vector<double> arguments, double
 
 // ---------------------------------------------------------------- values
 
-// Holds functions to a table that goes below a least value, within 1e-13 and what the argument's rounding makes. Returns the names that occur.
+// Holds functions to a table that goes below a least value, within 1e-13 and what the argument's rounding makes. Returns the names that
+// occur.
 std::set<std::string> expectTable(const std::string& file, double least)
 {
     std::set<std::string> seen;

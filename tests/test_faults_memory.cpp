@@ -156,7 +156,8 @@ private:
 
 // ---------------------------------------------------------------- one operation
 
-/** Refers to a callable, which has to outlive it. There are hundreds of them, and a std::function for each takes half as long again to compile. */
+/** Refers to a callable, which has to outlive it. There are hundreds of them, and a std::function for each takes half as long again to
+ * compile. */
 template <typename T>
 class Call {
 public:

@@ -494,7 +494,8 @@ TEST(SingleAnova, groupsAreFoundInNLogNComparisonsWhicheverTheIds)
             CountedId::comparisons = 0;
             for (std::size_t i = 1; i <= count; ++i) ASSERT_EQ(index.findOrEnter(family.second(i), i), Index::none) << family.first;
             for (std::size_t i = 1; i <= count; ++i) ASSERT_EQ(index.findOrEnter(family.second(i), 0), i) << family.first;
-            // Per call the probes, and two walks down a red-black tree, which is at most 2 log2(n + 1) deep; in all twice the ids move to larger tables.
+            // Per call the probes, and two walks down a red-black tree, which is at most 2 log2(n + 1) deep; in all twice the ids move to
+            // larger tables.
             const double treeDepth = 2.0 * std::log2(static_cast<double>(count) + 1.0) + 2.0;
             const double probes = static_cast<double>(Index::mostProbes);
             EXPECT_LE(static_cast<double>(CountedId::comparisons), 2.0 * static_cast<double>(count) * (2.0 * probes + 2.0 * treeDepth))

@@ -137,8 +137,8 @@ public:
     virtual void reportConsole();
 
     /**
-     * Writes what reportConsole() of the object's own class prints to a stream instead. Flags, width and locale of the stream have no influence.
-     * Listings and tables go to a stream by DisplayTo (wq_udf/console.h), as this does.
+     * Writes what reportConsole() of the object's own class prints to a stream instead. Flags, width and locale of the stream have no
+     * influence. Listings and tables go to a stream by DisplayTo (wq_udf/console.h), as this does.
      * @return the stream, whose state tells whether everything was written.
      */
     std::ostream& report(std::ostream& stream);

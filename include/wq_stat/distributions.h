@@ -78,7 +78,8 @@ WQ_STAT_EXPORT double lnGamma(double x);
  * | 5/2              | up to 0.005    |
  * | 15/2, 17/2, ...  | below 2e-7     |
  *
- * Where it is a half-integer the last steps shift the result, and the function jumps in x. The shift is largest at the mean and dies away from it.
+ * Where it is a half-integer the last steps shift the result, and the function jumps in x. The shift is largest at the mean and dies away
+ * from it.
  */
 WQ_STAT_EXPORT double betaRatio(double x, double p, double q, double beta);
 
@@ -130,7 +131,8 @@ WQ_STAT_EXPORT double quadratureIntegral(double (*f)(double), double a, double b
 WQ_STAT_EXPORT double quadratureRecursion(double (*f)(double), double a, double b, double m, double fa, double fb, double fm, double whole,
                                           double tolerance, std::size_t depth);
 
-/** The integral of a function that is handed its state with each call. The same steps, and so the same bits. What f throws leaves the call. */
+/** The integral of a function that is handed its state with each call. The same steps, and so the same bits. What f throws leaves the call.
+ */
 WQ_STAT_EXPORT double simpsonIntegral(double (*f)(double x, void* state), void* state, double a, double b);
 
 /** The integral of a function that is handed its state with each call, as above. */
@@ -237,8 +239,8 @@ WQ_STAT_EXPORT double normalPercentPoint(double p);
  * | odd            | 0         | none: 0.5, two-sided 1 |
  * | odd            | any other | wrong by up to 0.74 (df 1, t 1: -0.117 instead of 0.25) |
  *
- * For odd df the one-sided value falls through 0 at t = 0.74 (df 1) to 0.53 (large df) and on to -0.734, for negative t it rises to 1.734. The
- * two-sided value is off by twice as much. Reports depend on these values.
+ * For odd df the one-sided value falls through 0 at t = 0.74 (df 1) to 0.53 (large df) and on to -0.734, for negative t it rises to 1.734.
+ * The two-sided value is off by twice as much. Reports depend on these values.
  */
 WQ_STAT_EXPORT double t_Prob(double t, std::size_t df, bool oneSided);
 
@@ -315,11 +317,9 @@ WQ_STAT_EXPORT double chiSquarePoint(double p, std::size_t df);
  * | 1                | from 10 on   | below 6e-5 |
  * | 1                | from 5 on    | below 0.005 |
  * | 1                | from 4 on    | below 0.021 (F_Prob(4.965, 1, 10) is 0.95155 instead of 0.95) |
- * | 1                | below 4      | of no use, and may lie far outside 0 ... 1: 1.0055 at f = 3.1, -31 at 1.5 (df2 100), 3.5e67 at 1 (df2 1000) |
- * | 3                | from 2 on    | below 0.0015 |
- * | 3                | below 2      | below 0.1 |
- * | odd, from 5 on   | any          | below 0.005 |
- * | odd, from 15 on  | any          | below 2e-7 |
+ * | 1                | below 4      | of no use, and may lie far outside 0 ... 1: 1.0055 at f = 3.1, -31 at 1.5 (df2 100), 3.5e67 at 1 (df2
+ * 1000) | | 3                | from 2 on    | below 0.0015 | | 3                | below 2      | below 0.1 | | odd, from 5 on   | any |
+ * below 0.005 | | odd, from 15 on  | any          | below 2e-7 |
  *
  * With an odd df1 betaRatio's last steps shift the result, most near f = 1. Decisions rest on these values.
  */
@@ -337,13 +337,10 @@ WQ_STAT_EXPORT double F_Prob(double f, std::size_t df1, std::size_t df2);
  * | even           | any        | 0.8 ... 0.99 | below 2e-7, for df2 = 1 below 1e-5 |
  * | 1              | to 10      | 0.95         | up to 2 % (F_PercentPoint(0.95, 1, 10) is 4.876 instead of 4.965) |
  * | 1              | 25         | 0.95         | 14 % |
- * | 1              | from 26 on | 0.95         | 22 to 23 %: F_Prob jumps over p, and the result is 3 df2/(df2 - 2) instead of 4.2 ... 3.84 |
- * | 1              | any        | 0.8          | up to 76 % |
- * | 1              | any        | 0.9          | up to 13 % |
- * | 1              | any        | 0.975        | up to 10 % |
- * | 1              | any        | 0.99         | up to 1.5 % |
- * | 3              | any        | from 0.95 on | below 0.1 % |
- * | odd, from 5 on | any        | from 0.95 on | below 3e-5 |
+ * | 1              | from 26 on | 0.95         | 22 to 23 %: F_Prob jumps over p, and the result is 3 df2/(df2 - 2) instead of 4.2 ... 3.84
+ * | | 1              | any        | 0.8          | up to 76 % | | 1              | any        | 0.9          | up to 13 % | | 1 | any |
+ * 0.975        | up to 10 % | | 1              | any        | 0.99         | up to 1.5 % | | 3              | any        | from 0.95 on |
+ * below 0.1 % | | odd, from 5 on | any        | from 0.95 on | below 3e-5 |
  */
 WQ_STAT_EXPORT double F_PercentPoint(double p, std::size_t df1, std::size_t df2);
 

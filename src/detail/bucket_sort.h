@@ -14,7 +14,8 @@ namespace wq_lib::detail {
 constexpr std::size_t fewValues = 16;    // sorted by insertion
 constexpr std::size_t bucketsPay = 128;  // fewer values than this are sorted by comparisons
 
-/** Moves each value before those that are larger: the fastest way for few values. Equal ones keep their order, NaN goes behind every number. */
+/** Moves each value before those that are larger: the fastest way for few values. Equal ones keep their order, NaN goes behind every
+ * number. */
 inline void insertionSort(double* values, std::size_t n)
 {
     for (std::size_t i = 1; i < n; ++i) {

@@ -12,8 +12,8 @@ namespace wq_lib::detail {
 
 /**
  * @param valueAt gives value i.
- * @return exp of the mean logarithm, nothing when a value is negative. A NaN is passed over; a zero counts without adding a logarithm, so that one
- *         of them does not make the mean 0.
+ * @return exp of the mean logarithm, nothing when a value is negative. A NaN is passed over; a zero counts without adding a logarithm, so
+ * that one of them does not make the mean 0.
  */
 template <typename ValueAt>
 std::optional<double> geometricMean(StoredRange range, ValueAt&& valueAt)

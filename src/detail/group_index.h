@@ -15,7 +15,8 @@ namespace wq_lib::detail {
  * nothing: it is never found and must not be entered.
  *
  * A hash table with open addressing and linear probing, in constant expected time. Ids that were made to collide can defeat any fixed hash:
- * one that finds no slot within a limit of probes goes into an ordered map, so that n ids take no more than n log n steps, whichever they are.
+ * one that finds no slot within a limit of probes goes into an ordered map, so that n ids take no more than n log n steps, whichever they
+ * are.
  * @tparam Id double, or what compares and converts as one.
  */
 template <typename Id = double>
@@ -41,7 +42,8 @@ private:
         std::size_t position = none;
     };
 
-    /** What findOrEnter does where the first slot does not hold the id: a function of its own, so that the short way is compiled into its caller. */
+    /** What findOrEnter does where the first slot does not hold the id: a function of its own, so that the short way is compiled into its
+     * caller. */
     std::size_t findOrEnterBehind(std::size_t start, Id id, std::size_t position)
     {
         Slot* slot = slotOf(start, id);
@@ -88,7 +90,8 @@ private:
             if (slot.position != none) enter(slotOf(hash(static_cast<double>(slot.id)), slot.id), slot.id, slot.position);
     }
 
-    /** Every bit of the id reaches every bit of the result (finaliser of SplitMix64, Steele, Lea and Flood 2014; the constants are Stafford's, 2011). */
+    /** Every bit of the id reaches every bit of the result (finaliser of SplitMix64, Steele, Lea and Flood 2014; the constants are
+     * Stafford's, 2011). */
     static std::size_t hash(double id)
     {
         const double key = id == 0.0 ? 0.0 : id;  // -0 becomes 0

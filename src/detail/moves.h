@@ -1,5 +1,5 @@
-// What the moves of the analyses share. Each takes the values of the other object in exchange for those of a new one; the texts that a new one
-// has take memory, and so are given to the other object last, and only where memory allows.
+// What the moves of the analyses share. Each takes the values of the other object in exchange for those of a new one; the texts that a new
+// one has take memory, and so are given to the other object last, and only where memory allows.
 #ifndef WQ_STAT_DETAIL_MOVES_H
 #define WQ_STAT_DETAIL_MOVES_H
 

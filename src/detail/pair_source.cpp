@@ -17,8 +17,9 @@ namespace {
 using Address = const void*;
 
 /**
- * The address that a virtual call of getDataPair jumps to. By the ABI (2.3, 2.5) an object begins with the address of its table, and a pointer to
- * a virtual member function holds the place in it: the offset, of which the processor's supplement may use the lowest bit as a mark.
+ * The address that a virtual call of getDataPair jumps to. By the ABI (2.3, 2.5) an object begins with the address of its table, and a
+ * pointer to a virtual member function holds the place in it: the offset, of which the processor's supplement may use the lowest bit as a
+ * mark.
  */
 Address targetOfGetDataPair(const BasicXyStatistics& sample)
 {
@@ -39,18 +40,18 @@ Address targetOfGetDataPair(const BasicXyStatistics& sample)
 /** Has a table of its own, as the classes of a host have, with the operation in it as they inherit it. */
 struct Inheriting : BasicXyStatistics {};
 
-// Read off as the library is loaded: making an object takes memory, which an analysis has no need of. Where one runs before (linked statically, in
-// a constructor of the host's own), they are null, and the pairs are called for.
+// Read off as the library is loaded: making an object takes memory, which an analysis has no need of. Where one runs before (linked
+// statically, in a constructor of the host's own), they are null, and the pairs are called for.
 const Address targetWithin = targetOfGetDataPair(BasicXyStatistics());
 const Address targetInherited = targetOfGetDataPair(Inheriting());
 
 }  // namespace
 
-// The same address is the same code, whatever class, compiler or library the table is of, with type information or without: no override has it. A
-// table that names the inherited operation does it by its symbol, for which the dynamic linker has one address in all of a process: in a program at
-// fixed addresses that of a stub in the program, elsewhere that of the operation. Only the table of the class itself may name the operation
-// past its symbol; so there are two addresses to compare with. An inherited operation that had neither would be called for each pair: slower, with
-// the same figures.
+// The same address is the same code, whatever class, compiler or library the table is of, with type information or without: no override has
+// it. A table that names the inherited operation does it by its symbol, for which the dynamic linker has one address in all of a process:
+// in a program at fixed addresses that of a stub in the program, elsewhere that of the operation. Only the table of the class itself may
+// name the operation past its symbol; so there are two addresses to compare with. An inherited operation that had neither would be called
+// for each pair: slower, with the same figures.
 bool readsStoredPairs(const BasicXyStatistics& sample)
 {
     const Address target = targetOfGetDataPair(sample);

@@ -22,7 +22,8 @@ private:
     BasicXyStatistics& sample;
 };
 
-/** Calls work with something that gives pair i as [i]: decided once per analysis, since a virtual call costs more than the work on a pair. */
+/** Calls work with something that gives pair i as [i]: decided once per analysis, since a virtual call costs more than the work on a pair.
+ */
 template <typename Work>
 void withPairs(BasicXyStatistics& sample, const std::vector<data_pair>& stored, Work&& work)
 {

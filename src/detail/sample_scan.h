@@ -39,8 +39,8 @@ inline Extremes extremesOf(const double* values, std::size_t n)
 }
 
 /**
- * Whether there are values whose order a comparison does not tell: NaN, and zeros with a sign. The borrow of a subtraction, which reaches the
- * sign bit, compares the magnitudes (Warren 2013, Hacker's Delight, 2-12), so that baseline vectors can do it too.
+ * Whether there are values whose order a comparison does not tell: NaN, and zeros with a sign. The borrow of a subtraction, which reaches
+ * the sign bit, compares the magnitudes (Warren 2013, Hacker's Delight, 2-12), so that baseline vectors can do it too.
  */
 inline bool hasNanOrNegativeZero(const double* values, std::size_t n)
 {

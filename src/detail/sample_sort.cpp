@@ -101,7 +101,8 @@ void insertBehind(double* values, std::size_t n)
     *place = value;
 }
 
-/** Sorts values that ascend but for the last few, as those of a sorted sample that was added to, and such as descend. @return false for others. */
+/** Sorts values that ascend but for the last few, as those of a sorted sample that was added to, and such as descend. @return false for
+ * others. */
 bool sortOrdered(double* values, std::size_t n)
 {
     constexpr std::size_t mostAdded = 4;

@@ -14,8 +14,8 @@
 
 #define WQ_TARGET_INLINE WQ_TARGET __attribute__((always_inline)) inline
 
-// For functions that keep vectors in memory. To find uses after return the sanitizer of GCC 12 moves a function's frame to a stack of its own, where
-// vectors are not aligned as their aligned stores need.
+// For functions that keep vectors in memory. To find uses after return the sanitizer of GCC 12 moves a function's frame to a stack of its
+// own, where vectors are not aligned as their aligned stores need.
 #define WQ_ALIGNED_FRAME __attribute__((no_sanitize_address))
 
 // Nameless, because each of its two readers makes other functions of it.
@@ -31,9 +31,9 @@ inline bool losesSubnormalValues()
 
 /**
  * @tparam V the operations: `Vector`, of `lanes` doubles; `load`, `loadFirst` (`count` values, and infinity in the other lanes), `store`,
- *   `repeat`; `smaller` and `larger`, lane by lane; `reverse`; `sortEach`, which sorts each of several vectors for itself, and `sortEachBitonic`, which
- *   does so with bitonic ones (values that rise and then fall, or are such a sequence turned round); and `arrange<order>`, which moves the
- *   values in order with a pivot to the front of a vector and returns their number.
+ *   `repeat`; `smaller` and `larger`, lane by lane; `reverse`; `sortEach`, which sorts each of several vectors for itself, and
+ * `sortEachBitonic`, which does so with bitonic ones (values that rise and then fall, or are such a sequence turned round); and
+ * `arrange<order>`, which moves the values in order with a pivot to the front of a vector and returns their number.
  */
 template <typename V>
 struct VectorQuicksort {
@@ -124,7 +124,8 @@ struct VectorQuicksort {
         double* end;
         double pivot;
 
-        /** Adds the values in order with the pivot to the front part, the others to the back part. Either side must have room for a vector. */
+        /** Adds the values in order with the pivot to the front part, the others to the back part. Either side must have room for a vector.
+         */
         WQ_TARGET_INLINE void put(Vector v)
         {
             const std::size_t count = V::template arrange<order>(v, V::repeat(pivot));

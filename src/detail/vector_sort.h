@@ -6,7 +6,8 @@
 
 namespace wq_lib::detail {
 
-/** Whether the processor, as it is set now, has the instructions and moves every value unchanged: not when it takes subnormal values for 0. */
+/** Whether the processor, as it is set now, has the instructions and moves every value unchanged: not when it takes subnormal values for 0.
+ */
 bool hasAvx512();
 bool hasAvx2();
 

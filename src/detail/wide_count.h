@@ -8,8 +8,8 @@
 namespace wq_lib::detail {
 
 /**
- * A count, or a difference of counts such as degrees of freedom, with 64 bits. Where a count has 32, one in the upper half of its range is a
- * difference that wrapped, for no sample in memory is so large: it wraps at 2^64 here, and leads to the same figures and texts as there.
+ * A count, or a difference of counts such as degrees of freedom, with 64 bits. Where a count has 32, one in the upper half of its range is
+ * a difference that wrapped, for no sample in memory is so large: it wraps at 2^64 here, and leads to the same figures and texts as there.
  */
 template <typename Count>
 constexpr std::uint64_t wideCount(Count count)

@@ -3,12 +3,13 @@
 // R is how far a walk of n unit steps in random directions gets, z = R^2 / n. The upper tail is the contour integral
 //     P(R > r) = r / (pi i) integral of K1(r s) I0(s)^n ds along Re s = c, any c > 0,
 // which follows from Kluyver's integral, P(R < r) = r integral of J1(r t) J0(t)^n dt, when its path is moved off the pole at 0; the
-// lower tail is the rest to 1. At the height `height` the line ends, I0 = (K0(-s) - K0(s)) / (pi i) is multiplied out, and each product followed
-// to the side on which it falls. Arb's functions bound their own errors. That the rules of quadrature are long enough is seen by two lines, which
-// end at two heights, and for three steps by the integral of the density in its hypergeometric form (Borwein, Straub, Wan and Zudilin 2012,
-// Densities of short uniform random walks): they agree to 22 digits before a row is written.
+// lower tail is the rest to 1. At the height `height` the line ends, I0 = (K0(-s) - K0(s)) / (pi i) is multiplied out, and each product
+// followed to the side on which it falls. Arb's functions bound their own errors. That the rules of quadrature are long enough is seen by
+// two lines, which end at two heights, and for three steps by the integral of the density in its hypergeometric form (Borwein, Straub, Wan
+// and Zudilin 2012, Densities of short uniform random walks): they agree to 22 digits before a row is written.
 //
-// Takes 20 minutes. Debian: libflint-arb-dev. cc -O2 exact_rayleigh.c -o exact_rayleigh -lflint-arb -lflint -lm && ./exact_rayleigh > exact_rayleigh.csv
+// Takes 20 minutes. Debian: libflint-arb-dev. cc -O2 exact_rayleigh.c -o exact_rayleigh -lflint-arb -lflint -lm && ./exact_rayleigh >
+// exact_rayleigh.csv
 #include <acb.h>
 #include <acb_calc.h>
 #include <acb_hypgeom.h>
@@ -27,7 +28,8 @@ struct walk {
     int side;      // 0 on the line, 1 to the left of its end, -1 to the right
 };
 
-// K of an order, at the middle of a ball. Arb takes its power series up to some |w|, which loses exp(2 |w|): then once more, with as many bits more.
+// K of an order, at the middle of a ball. Arb takes its power series up to some |w|, which loses exp(2 |w|): then once more, with as many
+// bits more.
 static void bessel_k(acb_t result, long order, const acb_t w)
 {
     acb_t nu, middle;

@@ -9,7 +9,8 @@
 
 namespace wq_test {
 
-// D of the arrangement of two samples whose bits say which value belongs to the first, in steps of 1 / (n1 n2). The values of a class are equal.
+// D of the arrangement of two samples whose bits say which value belongs to the first, in steps of 1 / (n1 n2). The values of a class are
+// equal.
 inline int stepsOfD(unsigned arrangement, int n1, int n2, const std::vector<std::size_t>& classes)
 {
     int difference = 0;

@@ -13,9 +13,9 @@ struct GnuplotString {
     std::string problem;
 };
 
-// The whole source is one string: from its first quote to the first that no backslash precedes. Before gnuplot reads it, it replaces `commands`
-// and @macros in the line and looks for { and }, none of which may stand there. \\ \" and \ooo stand for one byte; an escape that begins with
-// 0 takes four digits.
+// The whole source is one string: from its first quote to the first that no backslash precedes. Before gnuplot reads it, it replaces
+// `commands` and @macros in the line and looks for { and }, none of which may stand there. \\ \" and \ooo stand for one byte; an escape
+// that begins with 0 takes four digits.
 inline GnuplotString readAsGnuplot(const std::string& source)
 {
     GnuplotString result;

@@ -557,7 +557,8 @@ TEST(Pictures, ofTwoSamplesHaveBothSideBySide)
     EXPECT_THAT(drawn.text, HasSubstr("instrument 2 of 5."));
 }
 
-// The limits of a variance of 1 with 4 degrees of freedom are 4 / qchisq(c(0.975, 0.025), 4), in R; with a level of 0.5 4 / qchisq(0.25, 4).
+// The limits of a variance of 1 with 4 degrees of freedom are 4 / qchisq(c(0.975, 0.025), 4), in R; with a level of 0.5 4 / qchisq(0.25,
+// 4).
 TEST(Pictures, ofTwoSamplesHaveTheLimitsOfTheirStandardDeviations)
 {
     Script drawn = script({"variances", instrument1, instrument2});

@@ -373,8 +373,8 @@ TEST(Warnings, tellOfRatesThatAreLost)
     });
 }
 
-// The table counts up to the last value in order, so that it always leaves one out: there is no run of frequency without this line, unless the
-// table is made by a host that counts all, as test_exact_results.cpp does.
+// The table counts up to the last value in order, so that it always leaves one out: there is no run of frequency without this line, unless
+// the table is made by a host that counts all, as test_exact_results.cpp does.
 TEST(Warnings, tellOfTheLargestValueInEveryTable)
 {
     const std::pair<const char*, const char*> samples[] = {

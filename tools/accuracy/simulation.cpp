@@ -61,7 +61,8 @@ private:
     std::mt19937_64 bits;
 };
 
-/** How near the level a test is held: a discrete statistic may reject more rarely, one that has its distribution only in the limit otherwise. */
+/** How near the level a test is held: a discrete statistic may reject more rarely, one that has its distribution only in the limit
+ * otherwise. */
 enum class Kind { continuous, discrete, limit };
 
 /** A test, on samples of one kind. */

@@ -48,7 +48,8 @@ std::vector<CommandEntry> allCommands()
     return all;
 }
 
-/** The command that the first argument names, alone, or all where it names none: to make the options of each takes longer than many a file. */
+/** The command that the first argument names, alone, or all where it names none: to make the options of each takes longer than many a file.
+ */
 std::vector<CommandEntry> neededCommands(std::string_view firstArgument)
 {
     std::vector<CommandEntry> all = allCommands();

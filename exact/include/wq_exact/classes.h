@@ -15,8 +15,8 @@
 namespace wq_exact {
 
 /**
- * Observed against expected frequencies. With a class in which nothing is expected, or with frequencies that are no counts, no statistic has a p,
- * a tail or a decision.
+ * Observed against expected frequencies. With a class in which nothing is expected, or with frequencies that are no counts, no statistic
+ * has a p, a tail or a decision.
  */
 struct GoodnessOfFitResult {
     Test chiSquare;                    ///< with Yates' correction where that is on; it decides

@@ -12,11 +12,11 @@
 /**
  * The exact figures beside those of wq_lib: distributions, and what the textbook says of each analysis.
  *
- * Of each distribution there are the lower tail (...Cdf), the upper tail, and the quantiles of both; of the D of two samples given the ties only
- * the upper tail and its quantile. Of a D that is counted, smirnovCdf() is P(D < d), so that the tails have the sum 1, while smirnovQuantile() goes
- * by P(D <= d). Each tail is computed for itself, none as one minus the other, so that small probabilities keep their relative accuracy down to
- * the smallest double: the relative error is below 1e-13, or what a change of the argument in its last bit makes where that is more. Degrees of
- * freedom are real numbers above 0.
+ * Of each distribution there are the lower tail (...Cdf), the upper tail, and the quantiles of both; of the D of two samples given the ties
+ * only the upper tail and its quantile. Of a D that is counted, smirnovCdf() is P(D < d), so that the tails have the sum 1, while
+ * smirnovQuantile() goes by P(D <= d). Each tail is computed for itself, none as one minus the other, so that small probabilities keep
+ * their relative accuracy down to the smallest double: the relative error is below 1e-13, or what a change of the argument in its last bit
+ * makes where that is more. Degrees of freedom are real numbers above 0.
  *
  * A probability is NaN for arguments it is not defined for, such as no degrees of freedom (0, negative, infinite) or a statistic that is
  * NaN; an infinite statistic has the probability of its limit. A quantile is NaN for a p outside 0 ... 1. No function throws, no one keeps
@@ -150,8 +150,8 @@ WQ_EXACT_EXPORT double smirnovQuantile(double p, std::size_t n1, std::size_t n2)
 // ---------------------------------------------------------------- Rayleigh
 
 /**
- * Rayleigh's test of n directions: P(z' >= z) under uniformity, z = n times the squared mean resultant length, 0 ... n; a greater z counts as n.
- * n is a whole number. From 1e20 directions on it is exp(-z), the limit. For one direction z is 1, whatever it is: the tail is 1.
+ * Rayleigh's test of n directions: P(z' >= z) under uniformity, z = n times the squared mean resultant length, 0 ... n; a greater z counts
+ * as n. n is a whole number. From 1e20 directions on it is exp(-z), the limit. For one direction z is 1, whatever it is: the tail is 1.
  * Source: Kluyver (1906), A local probability problem, for R = sqrt(n z); its integral is taken along paths on which neither tail cancels.
  */
 WQ_EXACT_EXPORT double rayleighUpperTail(double z, double n) noexcept;

@@ -25,7 +25,8 @@ struct PairsResult {
     double maximumY = none;  ///< largest y, whatever its sign
 };
 
-/** @param pairs after analyse(), with the pairs it has analysed. @return the exact figures; NaN where there are none, as for a constant variable. */
+/** @param pairs after analyse(), with the pairs it has analysed. @return the exact figures; NaN where there are none, as for a constant
+ * variable. */
 WQ_EXACT_EXPORT PairsResult of(const wq_lib::BasicXyStatistics& pairs) noexcept;
 
 /** A correlation and its two tests of rho = 0. */
@@ -82,8 +83,8 @@ struct RegressionResult {
 
 /**
  * Takes the model of the object's class, also where it is known as a Regression only.
- * @param regression after analyse(), with the pairs it has analysed. A regression of none of the four models counts as linear, and so does one of a
- * class of the host's own that is compiled without type information, unless it is named as one of the classes below.
+ * @param regression after analyse(), with the pairs it has analysed. A regression of none of the four models counts as linear, and so does
+ * one of a class of the host's own that is compiled without type information, unless it is named as one of the classes below.
  * @return the exact figures; NaN where there are none, as for two pairs or x that are all equal.
  */
 WQ_EXACT_EXPORT RegressionResult of(const wq_lib::Regression& regression) noexcept;

@@ -29,8 +29,8 @@ struct OneSampleResult {
 
 /**
  * @param sample after analyse(); its values in the data range and its settings count, or its result where that has another n.
- * @return the exact figures; NaN where there are none, as of a constant sample. Of an object of another analysis that is known as a sample there is
- * no decision of the report, which is on something else.
+ * @return the exact figures; NaN where there are none, as of a constant sample. Of an object of another analysis that is known as a sample
+ * there is no decision of the report, which is on something else.
  */
 WQ_EXACT_EXPORT OneSampleResult of(const wq_lib::BasicStatistics& sample) noexcept;
 
@@ -47,9 +47,9 @@ struct TwoVariancesResult {
 };
 
 /**
- * Takes the first variance from the values that the object holds, where its record is theirs, and the second from its record, which has only the
- * digits that the rounding of its mean has left it: of values near 1e14 that differ by some 0.1 it has none. A record's variance that rounding alone
- * may make, up to (n eps mean)^2 / 2, counts as 0.
+ * Takes the first variance from the values that the object holds, where its record is theirs, and the second from its record, which has
+ * only the digits that the rounding of its mean has left it: of values near 1e14 that differ by some 0.1 it has none. A record's variance
+ * that rounding alone may make, up to (n eps mean)^2 / 2, counts as 0.
  * @param samples after analyse().
  * @return the exact figures; NaN where there are none, as of two constant samples. Beside one constant sample F is infinite, and p 0.
  */

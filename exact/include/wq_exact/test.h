@@ -19,8 +19,9 @@ struct Limits {
 };
 
 /**
- * Whether H0 is accepted, exactly and as the report of the analysed object has it. Where the report prints acceptH0(), the object is asked by it,
- * so that a class of the host's own that overrides it has the decision that its report prints; such a function has to leave the object as it is.
+ * Whether H0 is accepted, exactly and as the report of the analysed object has it. Where the report prints acceptH0(), the object is asked
+ * by it, so that a class of the host's own that overrides it has the decision that its report prints; such a function has to leave the
+ * object as it is.
  */
 struct Decision {
     std::optional<bool> accepted;          ///< by the exact figures; nothing where they allow no decision
@@ -33,7 +34,8 @@ struct Decision {
     bool reportLacksGround() const noexcept { return acceptedByReport && !accepted; }
 };
 
-/** A test of one statistic. H0 is accepted unless p lies below alpha; a p that is NaN decides nothing, nor does an alpha outside 0 ... 1, ends excluded. */
+/** A test of one statistic. H0 is accepted unless p lies below alpha; a p that is NaN decides nothing, nor does an alpha outside 0 ... 1,
+ * ends excluded. */
 struct Test : Decision {
     double statistic = none;      ///< its value
     double df1 = none;            ///< degrees of freedom; of F those of the numerator; NaN where the distribution has none

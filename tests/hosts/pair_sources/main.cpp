@@ -1,5 +1,6 @@
 // Which classes of a host have their pairs read straight from memory, which through their override. Built in several ways: with and without
-// type information, at addresses of its own choice and at fixed ones. detail/pair_source.cpp is linked in, since the library keeps it to itself.
+// type information, at addresses of its own choice and at fixed ones. detail/pair_source.cpp is linked in, since the library keeps it to
+// itself.
 #include "classes.h"
 
 #include "detail/pair_source.h"

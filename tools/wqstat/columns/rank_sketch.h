@@ -15,8 +15,8 @@ struct Weighted {
 
 /**
  * Keeps some of the numbers it is given, each standing for a power of two of them, so that every rank can be told within a known error
- * (Manku, Rajagopalan and Lindsay 1998). The numbers of a level stand for twice as many as those of the level below: a full level is sorted,
- * and every second number of it goes up, the odd and the even ones in turn. Nothing is left to chance: the same numbers in the same
+ * (Manku, Rajagopalan and Lindsay 1998). The numbers of a level stand for twice as many as those of the level below: a full level is
+ * sorted, and every second number of it goes up, the odd and the even ones in turn. Nothing is left to chance: the same numbers in the same
  * order give the same answers.
  */
 class RankSketch {

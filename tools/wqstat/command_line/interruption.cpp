@@ -39,8 +39,8 @@ void wipeLine()
 }
 
 /**
- * Calls only what a signal handler may. A further signal while it works changes nothing: timeout(1) sends its own twice, to the program and to
- * the program's group, and two keys may be struck. It ends what a terminal that is held keeps waiting.
+ * Calls only what a signal handler may. A further signal while it works changes nothing: timeout(1) sends its own twice, to the program and
+ * to the program's group, and two keys may be struck. It ends what a terminal that is held keeps waiting.
  */
 extern "C" void cleanUp(int number)
 {

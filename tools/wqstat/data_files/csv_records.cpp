@@ -142,7 +142,8 @@ void CsvRecords::markLines()
     lookFor();
 }
 
-/** Whether a line feed follows each of these carriage returns, as far as can be seen. @param at where the first of the characters stands. */
+/** Whether a line feed follows each of these carriage returns, as far as can be seen. @param at where the first of the characters stands.
+ */
 bool CsvRecords::endLines(std::uint64_t returns, std::size_t at) const
 {
     for (; returns != 0; returns &= returns - 1) {

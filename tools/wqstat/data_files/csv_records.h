@@ -55,7 +55,8 @@ public:
     /**
      * Moves to the next record.
      * @return false when there is none.
-     * @throws CannotAnalyse, with the line, for a quote where none may stand, one that is not closed, a zero byte, and a line beyond 16 MiB.
+     * @throws CannotAnalyse, with the line, for a quote where none may stand, one that is not closed, a zero byte, and a line beyond 16
+     * MiB.
      */
     bool next();
 

@@ -53,7 +53,8 @@ private:
     static constexpr std::size_t recentBits = 11;
     static constexpr std::size_t recentCount = std::size_t{1} << recentBits;
 
-    /** Of a text in `recent`, by its length and the four characters at either end: texts that lie near each other differ there as a rule. */
+    /** Of a text in `recent`, by its length and the four characters at either end: texts that lie near each other differ there as a rule.
+     */
     static std::size_t placeOf(std::string_view text)
     {
         std::uint32_t front = 0;

@@ -11,8 +11,9 @@ namespace wqstat {
 using CommandWithoutColumns = std::vector<std::string>;
 
 /**
- * What can read the text as it is, of pairs of numbers all that take such, whatever they mean by them; empty where it is not in the library's own format. It is where a comment comes first, and behind it lines with
- * one to three numbers each, between ':', ';' or '|', as many in all that were looked at, but for repeat counts that are left out.
+ * What can read the text as it is, of pairs of numbers all that take such, whatever they mean by them; empty where it is not in the
+ * library's own format. It is where a comment comes first, and behind it lines with one to three numbers each, between ':', ';' or '|', as
+ * many in all that were looked at, but for repeat counts that are left out.
  * @param begin of the text.
  */
 std::vector<CommandWithoutColumns> commandsForOwnFormat(std::string_view begin);

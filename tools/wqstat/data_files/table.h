@@ -91,7 +91,8 @@ public:
 
     bool hasTitles() const { return hasHeader; }
 
-    /** Whether the title of a column, by its index, is a number and nobody said that the first line holds titles: it may be the first value. */
+    /** Whether the title of a column, by its index, is a number and nobody said that the first line holds titles: it may be the first
+     * value. */
     bool titleMayBeData(std::size_t column) const { return numericTitles[column]; }
 
     /** What reads the file without columns, where it is one in the library's own format; empty where that is a table, or was said to be. */

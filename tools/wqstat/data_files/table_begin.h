@@ -42,8 +42,8 @@ struct LeadingComments {
 };
 
 /**
- * Leading lines that begin with '#' are comments unless they have as many fields as the first line that does not. One that begins with '#' and
- * a blank is a comment also then where that line holds the titles: words without a digit, and below it two rows with numbers.
+ * Leading lines that begin with '#' are comments unless they have as many fields as the first line that does not. One that begins with '#'
+ * and a blank is a comment also then where that line holds the titles: words without a digit, and below it two rows with numbers.
  */
 LeadingComments leadingComments(std::string_view begin, const TableFormat& format);
 

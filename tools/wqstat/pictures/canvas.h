@@ -30,7 +30,8 @@ struct Canvas {
 /** "85x60mm", "800x600px" or "800x600". @throws WrongUsage */
 void setSize(Canvas& canvas, const std::string& text);
 
-/** What was asked for besides the size; what was not follows from that: the smaller a picture, the smaller its letters. @throws WrongUsage */
+/** What was asked for besides the size; what was not follows from that: the smaller a picture, the smaller its letters. @throws WrongUsage
+ */
 void finish(Canvas& canvas, std::optional<double> fontSize, std::optional<double> dots);
 
 }  // namespace wqstat

@@ -382,8 +382,8 @@ double reach(double radius, double distance)
 }  // namespace
 
 /**
- * The key stands in the corner beside what is round, or above it: where it leaves more room. The label stands below, or in a corner that is left
- * free.
+ * The key stands in the corner beside what is round, or above it: where it leaves more room. The label stands below, or in a corner that is
+ * left free.
  */
 GnuplotCode Chart::roundWithKey(const Frame& frame) const
 {
@@ -541,8 +541,8 @@ void Chart::shortenTicks(const std::vector<Tick>& whole, std::size_t most)
 }
 
 /**
- * Where the words would take more than half of the height, they are set in fewer and smaller letters, and what can be missed goes, one after the
- * other. What came out, the line below the title, is the last.
+ * Where the words would take more than half of the height, they are set in fewer and smaller letters, and what can be missed goes, one
+ * after the other. What came out, the line below the title, is the last.
  */
 void Chart::squeeze()
 {
@@ -567,8 +567,8 @@ void Chart::squeeze()
 }
 
 /**
- * Those of lines and means stand last; of marks and cells notes and axes say what they are. Levels mean nothing one without the other. What is
- * missing is said.
+ * Those of lines and means stand last; of marks and cells notes and axes say what they are. Levels mean nothing one without the other. What
+ * is missing is said.
  */
 void Chart::keepLastOfKey(std::size_t most)
 {

@@ -21,8 +21,8 @@ private:
 };
 
 /**
- * The text for labels, titles and keys, which have to be "noenhanced". What can be printed appears as it is, all else as visible() shows it.
- * What gnuplot replaces in its input before or while it reads a string (backticks, @macros, braces, escapes) is written as an escape.
+ * The text for labels, titles and keys, which have to be "noenhanced". What can be printed appears as it is, all else as visible() shows
+ * it. What gnuplot replaces in its input before or while it reads a string (backticks, @macros, braces, escapes) is written as an escape.
  */
 GnuplotText quotedText(std::string_view text);
 

@@ -17,7 +17,8 @@ SvgElement svgElement(std::string svg, const Picture& picture, const std::string
 /** So many points as hold the pixels: gnuplot draws PDF pages of whole ones. */
 double wholePoints(double pixels);
 
-/** A PDF, drawn on whole points, with a page of the size that was asked for. One that is written otherwise than cairo 1.16 does stays as it is. */
+/** A PDF, drawn on whole points, with a page of the size that was asked for. One that is written otherwise than cairo 1.16 does stays as it
+ * is. */
 std::string withExactPage(std::string pdf, const Canvas& canvas);
 
 /** A PNG with its dots to an inch. */

@@ -103,7 +103,8 @@ std::string fitText(const wq_exact::RegressionResult& exact, const Model& model)
     return text + "n = " + digits(exact.n);
 }
 
-/** Places along the x that were fitted and have a place: even, but on a logarithmic axis in even ratios, and close where a logarithm bends most. */
+/** Places along the x that were fitted and have a place: even, but on a logarithmic axis in even ratios, and close where a logarithm bends
+ * most. */
 std::vector<double> placesAlong(const Extent& fitted, const Model& model, const Axis& axis)
 {
     constexpr int steps = 200;

@@ -68,8 +68,8 @@ double stepOf(const std::vector<double>& positions)
 }
 
 /**
- * Equal parts of an axis. Each holds as many of the values that the data can have: their edges stand half a step beside the values of a grid,
- * or at round positions.
+ * Equal parts of an axis. Each holds as many of the values that the data can have: their edges stand half a step beside the values of a
+ * grid, or at round positions.
  */
 class Cells {
 public:

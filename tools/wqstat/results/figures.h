@@ -10,8 +10,8 @@ namespace wqstat {
 std::string figures(double value, int digits = 5);
 
 /**
- * How many digits tell a figure from its neighbours within a span: so many of the span's own, at least so many in all. Without a span, which is
- * NaN or 0, the least.
+ * How many digits tell a figure from its neighbours within a span: so many of the span's own, at least so many in all. Without a span,
+ * which is NaN or 0, the least.
  */
 int digitsWithin(double value, double span, int ofSpan, int least);
 

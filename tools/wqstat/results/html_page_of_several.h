@@ -43,7 +43,8 @@ struct SeveralContent {
 };
 
 /**
- * The table holds all analyses. Sections, and their pictures, follow as far as the page stays below 300 KiB, and the page says where they end.
+ * The table holds all analyses. Sections, and their pictures, follow as far as the page stays below 300 KiB, and the page says where they
+ * end.
  * @throws CannotAnalyse when gnuplot is absent or fails.
  */
 std::string htmlPageOfSeveral(const SeveralContent& content);

@@ -1,4 +1,5 @@
-// Writes a page. What comes from data is text, by construction: markup is made of words that stand in this program's source, and of pictures.
+// Writes a page. What comes from data is text, by construction: markup is made of words that stand in this program's source, and of
+// pictures.
 #pragma once
 
 #include "command_line/sentence.h"

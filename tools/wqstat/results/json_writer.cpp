@@ -18,8 +18,8 @@ namespace {
 std::string jsonText(std::string_view text) { return nlohmann::json(asUtf8(text)).dump(); }
 
 /**
- * Writes a number, 0 or from 0.0001 on, of at most six decimals and fifteen digits, which are the shortest that tell it from every other: most data, and sums of
- * them, in a third of the time. @return the end; null for any other number.
+ * Writes a number, 0 or from 0.0001 on, of at most six decimals and fifteen digits, which are the shortest that tell it from every other:
+ * most data, and sums of them, in a third of the time. @return the end; null for any other number.
  */
 char* fewDecimals(double value, char* to)
 {

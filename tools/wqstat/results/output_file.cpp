@@ -79,7 +79,8 @@ void OutputFile::createBeside(bool replaces)
     setUnfinishedFile(unfinished.path.c_str());
 }
 
-/** Owner and group where that is allowed; only the administrator may give a file away. That takes set-user-id bits away, so it comes first. */
+/** Owner and group where that is allowed; only the administrator may give a file away. That takes set-user-id bits away, so it comes first.
+ */
 void OutputFile::takePermissions() const
 {
     struct stat old {};

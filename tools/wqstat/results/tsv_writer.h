@@ -13,10 +13,10 @@
 namespace wqstat {
 
 /**
- * Writes one row for each analysis, and the names of the columns before the first; all when it is finished, as the p that is adjusted for the
- * number of tests stands in each. A name is the path of a member, with dots. The data file stands first, then the value whose rows they are, then
- * results and exact figures, and what describes the analysis last; lists of anything but texts have no place in a row. All rows of one command
- * have the same columns. What there is not is NA.
+ * Writes one row for each analysis, and the names of the columns before the first; all when it is finished, as the p that is adjusted for
+ * the number of tests stands in each. A name is the path of a member, with dots. The data file stands first, then the value whose rows they
+ * are, then results and exact figures, and what describes the analysis last; lists of anything but texts have no place in a row. All rows
+ * of one command have the same columns. What there is not is NA.
  */
 class TsvWriter final : public ResultWriter {
 public:

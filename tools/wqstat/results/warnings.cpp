@@ -278,8 +278,8 @@ public:
     }
 
     /**
-     * A rate of so many observations. One below 0.1 has hardly ever 6 digits behind its zeros, and needs only as many as tell it from the rate of
-     * any other count; that is so of up to a million observations.
+     * A rate of so many observations. One below 0.1 has hardly ever 6 digits behind its zeros, and needs only as many as tell it from the
+     * rate of any other count; that is so of up to a million observations.
      */
     void seeRate(const wq_lib::frequency_class& one, std::size_t observations)
     {
