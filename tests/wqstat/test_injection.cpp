@@ -281,6 +281,37 @@ TEST(Injection, everyCommandsPictureTakesThemAll)
     }
 }
 
+// What gnuplot, its enhanced texts, a shell or markup would read otherwise, as a reader of the file has it.
+TEST(Injection, pdfFilesHaveTheTextsAsTheyAre)
+{
+    const std::string text = R"(a_{b} ^c @d {/Symbol x} &amp; <b> \n %s `ls` "$HOME")";
+    for (const AnalysisCommand& command : analyses) {
+        SCOPED_TRACE(joined(command.arguments));
+        const InFolder folder;
+        const std::string data = folder.write("data.txt", dataFor(command));
+        const Words words = with(withFile(command.arguments, data), {"--x-label", "x " + text, "--title", "t " + text, "--plot", "a.pdf"});
+        ASSERT_EQ(run(words).status, done);
+        const Outcome read = runCommand({"/usr/bin/pdftotext", "-raw", "a.pdf", "-"});
+        ASSERT_EQ(read.status, 0) << read.errors;
+        EXPECT_THAT(read.output, HasSubstr("x " + text));
+        EXPECT_THAT(read.output, HasSubstr("t " + text));
+    }
+}
+
+// Enhanced, both texts of a row would look the same.
+TEST(Injection, pngFilesHaveTheTextsAsTheyAre)
+{
+    const InFolder folder;
+    const std::string data = folder.write("data.txt", "1;0\n2;0\n3;0\n");
+    const auto drawn = [&](const std::string& label) {
+        EXPECT_EQ(run({"pairs", data, "--x-label", label, "--plot", "a.png"}).status, done);
+        return contentOf("a.png");
+    };
+    const std::string plain = drawn("x");
+    EXPECT_EQ(drawn("x"), plain);
+    for (const char* const enhanced : {"x{}", "{/*1 x}", "{/:Normal x}", "{x}"}) EXPECT_NE(drawn(enhanced), plain) << enhanced;
+}
+
 // ---------------------------------------------------------------- terminals
 
 struct Shown {
