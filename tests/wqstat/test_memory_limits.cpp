@@ -108,6 +108,31 @@ TEST(MemoryLimits, ofADocumentOfManyGroupsAreNoMoreThanTwiceTheReports)
     EXPECT_EQ(runLimited(2 * limit, with(report, {"--json", "--textbook"})).status, done);
 }
 
+// A number is kept of each row for a used column, which of a label is its number.
+TEST(MemoryLimits, ofTablesAreTwiceTheNumbersKept)
+{
+    if (!canBeLimited) GTEST_SKIP();
+    constexpr unsigned long rows = 1'000'000;
+    const auto table = [](unsigned long n) {
+        std::string text = "x,label,value\n";
+        for (unsigned long i = 0; i < n; ++i)
+            text += std::to_string(i) + ",s" + std::to_string(i % 1000) + "," + std::to_string(i * 7919 % 1'000'003) + "\n";
+        return text;
+    };
+    const TempFolder folder;
+    const std::string few = folder.write("few.csv", table(2000));
+    const std::string many = folder.write("many.csv", table(rows));
+    const struct {
+        Words command;
+        unsigned long used;  // columns
+    } all[] = {{{"describe", "--column", "value"}, 1}, {{"anova", "--group", "label", "--value", "value"}, 2}};
+    for (const auto& row : all) {
+        const unsigned long kept = rows * row.used * sizeof(double) / 1024;
+        const unsigned long limit = leastLimit(with(row.command, {few})) + 2 * kept;
+        EXPECT_EQ(runLimited(limit, with(row.command, {many})).status, done) << joined(row.command);
+    }
+}
+
 // As the manual says: 10^7 rows, none of which the program keeps, of which one column has as many different numbers and one as many labels.
 TEST(MemoryLimits, ofColumnsHoldOnTenMillionRows)
 {

@@ -776,6 +776,8 @@ TEST(Print, whatHasNoPlaceOnALogarithmicAxisIsNotDrawnOver)
     std::size_t place = 0;
     const std::string y = between(drawn.text, "set yrange [", "]", place);
     EXPECT_GT(std::stod(y), -500.0) << y;
+    const std::string below = folder.write("b.txt", "1;1\n2;3\n3;2\n1;-4000\n2;-4100\n3;-4000\n");
+    EXPECT_THAT(script({"regress", "--model", "linear", "--log", "y", below}).text, HasSubstr("\"the curve lies outside of the picture\""));
 }
 
 TEST(Print, theTitleIsTheOneAskedFor)

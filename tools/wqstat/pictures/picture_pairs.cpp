@@ -247,6 +247,8 @@ Picture curvePicture(wq_lib::Regression& regression, const wq_exact::RegressionR
         chart.add(rows.line, "using 1:2 with lines linewidth 2.5 " + inColour(colour::vermilion), model.formula);
     else
         chart.note("no curve: it is not finite");
+    const auto isInside = [&y](const auto& at) { return y.at(at.second.middle) >= y.low() && y.at(at.second.middle) <= y.high(); };
+    if (drawn && std::none_of(heights.begin(), heights.end(), isInside)) chart.note("the curve lies outside of the picture");
     if (!curveIsLast) addLimits(whole);
     if (!words.residuals) return pictureOf(chart, words);
 
