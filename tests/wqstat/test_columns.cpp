@@ -57,6 +57,26 @@ std::size_t runSuggested(const Words& commands, const std::string& input = "/dev
 // ---------------------------------------------------------------- what it prints
 
 // Figures by hand; quartiles as R's quantile(type = 7) has them.
+// Nine dates and a number that was meant for one: the figures are those of the dates.
+TEST(Columns, sumsUpWhatMostCellsOfAMixedColumnAre)
+{
+    const TempFolder folder;
+    std::string cells = "day\n20240510\n";
+    for (int day = 1; day <= 9; ++day) cells += "2024-05-0" + std::to_string(day) + "\n";
+    const std::string text = run({"columns", folder.write("days.csv", cells), "--header"}).output;
+    EXPECT_THAT(text, HasSubstr("of its dates: least 2024-05-01"));
+    EXPECT_THAT(text, Not(HasSubstr("of its numbers")));
+}
+
+TEST(Fit, saysWhereNumbersAreTakenForNames)
+{
+    const TempFolder folder;
+    const Words fit{"fit", "--column", "n", "--ratio", "9:3:3"};
+    EXPECT_THAT(run(with(fit, {folder.write("four.csv", "n\n9\n3\n9\n1\n")})).errors,
+                HasSubstr("warning: n holds numbers, of which each different one is taken for the name of a class"));
+    EXPECT_THAT(run(with(fit, {folder.write("more.csv", "n\n1\n2\n3\n1\n1\n2\n3\n2\n")})).errors, Not(HasSubstr("holds numbers")));
+}
+
 TEST(Columns, saysWhatIsInATable)
 {
     const Variable locale("LC_ALL", "C.UTF-8");

@@ -1031,6 +1031,7 @@ TEST(Print, labelsAreCutWhereTheyAreAlike)
         for (int i = 0; i < 15; ++i) EXPECT_THAT(ticks, HasSubstr(std::to_string(i) + "\" ")) << wq_test::joined(size);
         EXPECT_THAT(text, HasSubstr("\"F(14, 45) = ")) << wq_test::joined(size);
     }
+    EXPECT_THAT(script({"anova", resistivity, "--size", "85x40mm"}).text, HasSubstr("\"F(4, 20) = ")) << "without title and key";
 }
 
 // The colours of a density mean nothing one without the other.
@@ -1052,6 +1053,74 @@ TEST(Print, levelsAreInTheKeyTogetherOrNotAtAll)
         if (size == "800x600px") {
             EXPECT_EQ(levels, 5U);
         }
+    }
+}
+
+// Titles of columns of frequencies or values name no axis of classes; each row: what stands on the picture, and what does not.
+TEST(Pictures, ofFrequenciesNameTheirAxesByWhatTheyShow)
+{
+    const TempFolder folder;
+    const std::string weights =
+        folder.write("weights.csv", "sex,weight\nm,1\nm,1\nm,2\nf,2\nf,1\nf,2\n");  // as many different values as samples
+    const std::string before = folder.write("before.csv", "before\n1\n2\n3\n");
+    const std::string after = folder.write("after.csv", "before\n2\n4\n5\n");
+    const std::string counts = folder.write("counts.csv", "kind,seen,hoped\nround,5,6\nflat,7,6\n");
+    const struct {
+        int line;
+        Words arguments;
+        Words shown;
+        Words missing;
+    } rows[] = {
+        {__LINE__,
+         {"ks", "--value", "weight", "--group", "sex", weights},
+         {"\"weight by sex\"", "\"weight: its different values in their order\"", "\"relative cumulative frequency\"", "title \"m\"",
+          "title \"f\"", " at value 1\""},
+         {"\"sex\"", "\"weight\"", "\"m\" 1"}},
+        {__LINE__,
+         {"ks", "--column", "before", before, after},
+         {"\"before: its different values in their order\"", "\"relative cumulative frequency\"", "title \"sample 1\""},
+         {}},
+        {__LINE__,
+         {"ks", "--class", "kind", "--count1", "seen", "--count2", "hoped", counts},
+         {"\"kind\"", "\"relative cumulative frequency\"", "title \"seen\"", "title \"hoped\"", " at class round\"", "\"flat\" 2"},
+         {}},
+        {__LINE__,
+         {"fit", "--observed", "seen", "--expected", "hoped", counts},
+         {"\"seen and hoped\"", "\"class, in the order of the data\"", "\"frequency\""},
+         {"\"seen\""}},
+        {__LINE__,
+         {"ks", "--value", "weight", "--group", "sex", weights, "--x-label", "kg", "--y-label", "share"},
+         {"\"kg\"", "\"share\""},
+         {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const std::string text = script(row.arguments).text;
+        for (const std::string& part : row.shown) EXPECT_THAT(text, HasSubstr(part));
+        for (const std::string& part : row.missing) EXPECT_THAT(text, Not(HasSubstr(part)));
+    }
+}
+
+TEST(Pictures, ofManyGroupsSayThatPlacesStandForTheirNames)
+{
+    const TempFolder folder;
+    std::string lines = "# instrument;reading\n";
+    for (int i = 0; i < 120; ++i) lines += std::to_string(1000 + i / 2) + ";" + std::to_string(i * 37 % 11) + "\n";
+    const std::string text = script({"anova", folder.write("groups.txt", lines)}).text;
+    EXPECT_THAT(text, HasSubstr("\"instrument, by its place in the data\""));
+    EXPECT_THAT(text, HasSubstr("\"no limits and no names of groups: there are more than 45 of them\""));
+}
+
+TEST(Pictures, haveTwoNumbersOrMoreOnEachAxis)
+{
+    const TempFolder folder;
+    for (int low = -20; low <= 0; ++low) {
+        std::string lines;
+        for (int i = 0; i < 10; ++i) lines += std::to_string(i) + ";" + std::to_string(low + 2 * i) + "\n";
+        const std::string text = script({"correlate", folder.write("a.txt", lines), "--size", "85x45mm"}).text;
+        std::size_t place = 0;
+        const std::string ticks = between(text, "set ytics", "\n", place);
+        EXPECT_GE(std::count(ticks.begin(), ticks.end(), '"'), 4) << ticks;
     }
 }
 

@@ -16,6 +16,7 @@
 #include <cstddef>
 #include <limits>
 #include <numeric>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <type_traits>
@@ -391,14 +392,19 @@ class Fit final : public AnalysisCommand {
         });
         words.xTitle = table.title(0);
         std::vector<std::string> labels = table.labels(0).all();
-        if (first.size() == ratio.size() && countsOf(labels, first, counts))
+        const auto rows = static_cast<std::size_t>(std::accumulate(counts.begin(), counts.end(), 0.0));
+        const bool areNumbers =
+            std::all_of(labels.begin(), labels.end(), [](const std::string& label) { return numberIn(label).has_value(); });
+        if (areNumbers && (rows == ratio.size() || *table.rowsRead() == ratio.size())) {
+            counts = countsOf(table, labels, first);
             labels.clear();
-        else
+        } else {
             words.item = "class";
-        if (counts.size() != ratio.size())
-            throw CannotAnalyse(table.name() + ": " + shown(table.title(0)) + " has " + std::to_string(counts.size()) +
-                                (counts.size() == 1 ? " class" : " classes") + ", but --ratio has " + std::to_string(ratio.size()) +
-                                " parts");
+            const bool mayBeCounts = areNumbers && rows < 2 * ratio.size();
+            if (mayBeCounts)
+                words.doubt = shown(table.title(0)) + " holds numbers, of which each different one is taken for the name of a class";
+        }
+        if (counts.size() != ratio.size()) throw CannotAnalyse(wrongNumber(table, areNumbers ? rows : 0, counts.size()));
         words.labels = labels;
         for (const double share : ratio) words.ratio += (words.ratio.empty() ? "" : ":") + figures(share, 15);
         const double total = std::accumulate(counts.begin(), counts.end(), 0.0);
@@ -407,20 +413,38 @@ class Fit final : public AnalysisCommand {
         return table;
     }
 
-    /** Takes the labels of the rows for counts. @return false, with the counts unchanged, when one is none. */
-    static bool countsOf(const std::vector<std::string>& labels, const std::vector<std::size_t>& rows, std::vector<double>& counts)
+    static std::optional<double> numberIn(const std::string& text)
     {
-        std::vector<double> found;
+        double number = 0.0;
+        const char* const end = text.data() + text.size();
+        const auto [used, error] = std::from_chars(text.data(), end, number);
+        return used == end && error == std::errc() ? std::optional<double>(number) : std::nullopt;
+    }
+
+    /** The labels of the rows as counts, each of which meets the part of the ratio at its place. */
+    static std::vector<double> countsOf(const TableRows& table, const std::vector<std::string>& labels,
+                                        const std::vector<std::size_t>& rows)
+    {
+        const std::string column = table.name() + ": " + shown(table.title(0));
+        if (rows.size() < *table.rowsRead())
+            throw CannotAnalyse(column + " lacks " + counted(*table.rowsRead() - rows.size(), "count") +
+                                ", and each part of --ratio is met by the row at its place");
+        std::vector<double> counts;
         for (const std::size_t row : rows) {
             const std::string& text = labels[row - 1];
-            const char* const end = text.data() + text.size();
-            double count = 0.0;
-            const auto [used, error] = std::from_chars(text.data(), end, count);
-            if (used != end || error != std::errc() || !(count >= 0.0) || !std::isfinite(count)) return false;
-            found.push_back(count);
+            counts.push_back(*numberIn(text));
+            if (!(counts.back() >= 0.0) || !std::isfinite(counts.back()))
+                throw CannotAnalyse(column + ", row " + std::to_string(counts.size()) + ": a count is expected, not " + inQuotes(text));
         }
-        counts = found;
-        return true;
+        return counts;
+    }
+
+    /** @param numbers in the column, 0 of labels. */
+    std::string wrongNumber(const TableRows& table, std::size_t numbers, std::size_t classes) const
+    {
+        const std::string has = numbers == 0 ? std::to_string(classes) + (classes == 1 ? " class" : " classes")
+                                             : counted(numbers, "number") + ", " + std::to_string(classes) + " of them different";
+        return table.name() + ": " + shown(table.title(0)) + " has " + has + ", but --ratio has " + counted(ratio.size(), "part");
     }
 
     bool yates = false;
@@ -450,6 +474,7 @@ void addClasses(wq_lib::KolmogorovSmirnov2& test, std::array<std::vector<double>
 
 class KolmogorovSmirnov final : public TwoSampleCommand {
     std::string analysisName() const override { return "Kolmogorov-Smirnov test"; }
+    Sentence aboutBoth(const Sentence& first, const Sentence& second) const override { return second + " by " + first; }
 
     std::string filesText() const override { return AnalysisCommand::filesText() + "; with --column alone two tables, one of each sample"; }
 
@@ -488,6 +513,7 @@ class KolmogorovSmirnov final : public TwoSampleCommand {
         const Input& input = readSamples(test, [&samples](std::size_t sample, double value) { samples[sample].push_back(value); });
         for (const std::vector<double>& sample : samples) input.require(sample.size(), 1);
         addClasses(test, samples);
+        words.classesAreValues = true;
         return input;
     }
 

@@ -358,7 +358,19 @@ PictureWords AnalysisCommand::pictureWords() const
     };
     const std::string x = firstOf(plot.xLabel, cutTitle(words.xTitle), namesInComment.x);
     const std::string y = firstOf(plot.yLabel, cutTitle(words.yTitle), namesInComment.y);
-    PictureWords asked{source(x, y).text(), plot.title, x, y, plot.logarithmic, plot.residuals, plot.canvas, words.labels};
+    PictureWords asked;
+    asked.source = source(x, y).text();
+    asked.title = plot.title;
+    asked.xLabel = x;
+    asked.yLabel = y;
+    asked.logarithmic = plot.logarithmic;
+    asked.residuals = plot.residuals;
+    asked.canvas = plot.canvas;
+    asked.labels = words.labels;
+    asked.xIsAsked = !plot.xLabel.empty();
+    asked.yIsAsked = !plot.yLabel.empty();
+    asked.classesAreValues = words.classesAreValues;
+    asked.compared = words.compared;
     if (plot.residuals && !asked.canvas.isGiven) asked.canvas.height = 800.0;
     finish(asked.canvas, plot.fontSize, plot.dots);
     return asked;
@@ -383,6 +395,8 @@ std::string AnalysisCommand::filesInTitle() const
 /** What the analysis is about, by the names of its variables; empty where they have none. */
 Sentence AnalysisCommand::subject(const std::string& x, const std::string& y) const
 {
+    const bool isOfFrequencies = words.compared.size() == 2 && views.plot().xLabel.empty() && views.plot().yLabel.empty();
+    if (isOfFrequencies) return Sentence::name(cutTitle(words.compared[0])) + " and " + Sentence::name(cutTitle(words.compared[1]));
     if (!x.empty() && !y.empty()) return aboutBoth(Sentence::name(x), Sentence::name(y));
     if (!x.empty() || !words.yTitle.empty()) return Sentence::name(x.empty() ? cutTitle(words.yTitle) : x);
     if (words.item == "sample" && words.labels.size() == 2)

@@ -124,6 +124,7 @@ protected:
         guardFiles();
         const auto exact = exactOf(analysis);
         Warnings warnings = warningsOf(exact, analysis);
+        if (!words.doubt.empty()) warnings.add(words.doubt);
         if (!outputs.exportName().empty()) warnings.add(exportWarnings(analysis));
         printWarnings(warnings.all());
         Textbook book = textbook(exact);
@@ -217,7 +218,8 @@ private:
         page.statement = statementOf(analysis, variableNames(wordsOfPicture));
         const auto exact = exactOf(analysis);
         page.textbook = textbook(exact);
-        const Warnings warnings = warningsOf(exact, analysis);
+        Warnings warnings = warningsOf(exact, analysis);
+        if (!words.doubt.empty()) warnings.add(words.doubt);
         page.textbook->setWarnings(warnings.others);
         for (const std::string& warning : warnings.leavingOut)
             page.warnings.push_back(Sentence::name(inputs.back()->name()) + ": warning: " + warning);

@@ -7,14 +7,15 @@ namespace wqstat {
 
 const NumberSummary* measured(const ColumnProfile& column)
 {
-    for (const NumberSummary* const summary : {&column.numberSummary(), &column.dateSummary()})
-        if (summary->count() > 0) return summary;
-    return nullptr;
+    const NumberSummary& numbers = column.numberSummary();
+    const NumberSummary& dates = column.dateSummary();
+    const NumberSummary& most = dates.count() > numbers.count() ? dates : numbers;
+    return most.count() > 0 ? &most : nullptr;
 }
 
 std::string figureOf(const ColumnProfile& column, double value, double spread)
 {
-    return column.numberSummary().count() > 0 ? readable(value, spread) : isoText(value, column.hasTimes());
+    return measured(column) == &column.numberSummary() ? readable(value, spread) : isoText(value, column.hasTimes());
 }
 
 double spreadOf(const NumberSummary& numbers, const Quartiles& quartiles)

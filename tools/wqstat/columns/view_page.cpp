@@ -69,7 +69,7 @@ public:
 
     void figure(const std::string& label, const std::string& member, double value)
     {
-        if (column.numberSummary().count() > 0)
+        if (measured(column) == &column.numberSummary())
             figureRow(html, label, value, path + member, spread);
         else
             textRow(html, label, figureOf(column, value));

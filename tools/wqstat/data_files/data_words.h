@@ -12,8 +12,10 @@ struct DataWords {
     std::string yTitle;
     std::string item;                   ///< what the labels name: "group", "class" or "sample"
     std::vector<std::string> labels;    ///< of item 1, 2, ... in the order of the analysis
+    bool classesAreValues = false;      ///< of a column, each different one a class: labels name the samples then
     std::vector<std::string> compared;  ///< titles of two columns of frequencies
     std::string ratio;                  ///< in which frequencies are expected
+    std::string doubt;                  ///< what the data may have been meant to be; empty without
 };
 
 }  // namespace wqstat

@@ -137,7 +137,7 @@ std::vector<std::string> fittedApart(const std::vector<std::string>& all, std::s
     for (const std::size_t front : {kept, kept - kept / 2, std::size_t{0}}) {
         std::vector<std::string> texts;
         for (const std::string& text : all) {
-            const std::string line = shown(text);
+            const std::string line = fitted(text, std::string::npos);
             texts.push_back(characters(line) <= most ? line : firstCharacters(line, front) + "..." + lastCharacters(line, kept - front));
         }
         const std::size_t different = std::set<std::string>(texts.begin(), texts.end()).size();
@@ -198,8 +198,12 @@ void Chart::setY(const Axis& axis, const std::string& text, bool whole)
 
 void Chart::makeYTicks()
 {
-    const auto most = static_cast<std::size_t>(std::clamp((panelBottom - panelTop) / 70.0, 3.0, 8.0));
-    yTicks = yAxis->ticks(most, yIsWhole);
+    constexpr std::size_t largest = 8;
+    auto most = static_cast<std::size_t>(std::clamp((panelBottom - panelTop) / 70.0, 3.0, static_cast<double>(largest)));
+    for (;; ++most) {
+        yTicks = yAxis->ticks(most, yIsWhole);
+        if (named(yTicks) > 1 || most >= largest) return;  // one number alone is no scale
+    }
 }
 
 void Chart::setXTicks(const std::vector<Tick>& ticks)
@@ -548,6 +552,7 @@ void Chart::squeeze()
 {
     constexpr double enough = 0.5;
     constexpr double least = 0.45;
+    constexpr double little = 0.3;
     constexpr std::size_t leastOfLabel = 8;
     const auto leaves = [this](double part) { return isTight || plotHeight() >= part * (panelBottom - panelTop); };
     if (leaves(enough)) return;
@@ -563,6 +568,8 @@ void Chart::squeeze()
     if (leaves(least)) return;
     keepLastOfKey(0);
     if (leaves(least)) return;
+    title.clear();
+    if (leaves(little)) return;
     caption.clear();
 }
 

@@ -25,6 +25,10 @@ struct PictureWords {
     bool residuals = false;                  ///< below a regression
     Canvas canvas;
     std::vector<std::string> labels;  ///< of the groups, classes or samples, in place of their numbers; empty to keep those
+    bool xIsAsked = false;            ///< the label was given, and is not a title of the data
+    bool yIsAsked = false;
+    bool classesAreValues = false;      ///< of y, each different one a class: labels name the samples then
+    std::vector<std::string> compared;  ///< titles of two columns of frequencies
 };
 
 /** A picture that gnuplot can draw. */

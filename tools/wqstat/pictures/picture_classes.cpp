@@ -9,6 +9,28 @@
 
 namespace wqstat {
 
+namespace {
+
+/** The title of a column of frequencies is none of an axis of classes. */
+std::string classLabel(const PictureWords& words)
+{
+    const bool isTitleOfClasses = !words.labels.empty() && !words.classesAreValues;
+    if (words.xIsAsked || isTitleOfClasses) return labelOr(words.xLabel, "class");
+    if (!words.classesAreValues) return "class, in the order of the data";
+    return labelOr(words.yLabel, "value") + ": its different values in their order";
+}
+
+std::string frequencyLabel(const PictureWords& words, const char* own) { return words.yIsAsked ? words.yLabel : own; }
+
+/** What a sample, 0 or 1, is called in the key. */
+std::string sampleName(const PictureWords& words, std::size_t sample)
+{
+    const std::vector<std::string>& names = words.classesAreValues ? words.labels : words.compared;
+    return names.size() == 2 ? fitted(names[sample], mostOfLabel) : "sample " + std::to_string(sample + 1);
+}
+
+}  // namespace
+
 Picture picture(wq_lib::GoodnessOfFit& test, const PictureWords& words)
 {
     std::vector<Point> classes;  // expected, observed
@@ -24,8 +46,8 @@ Picture picture(wq_lib::GoodnessOfFit& test, const PictureWords& words)
                     counted(classes.size(), "class", "classes"));
     if (classes.size() > mostShownSingly) {
         const Axis scale(both, Axis::Ends::fromZero);  // the same on both axes
-        chart.setX(scale, labelOr(words.xLabel, "expected frequency"));
-        chart.setY(scale, labelOr(words.yLabel, "observed frequency"));
+        chart.setX(scale, words.xIsAsked ? words.xLabel : "expected frequency");
+        chart.setY(scale, frequencyLabel(words, "observed frequency"));
         addScatter(chart, classes, scale, scale, {"class", "classes"});
         Rows diagonal;
         for (const double end : {scale.low(), scale.high()}) diagonal.add({end, end});
@@ -33,9 +55,9 @@ Picture picture(wq_lib::GoodnessOfFit& test, const PictureWords& words)
         return pictureOf(chart, words);
     }
     const Axis y(both, Axis::Ends::fromZero);
-    chart.setX(placeAxis(classes.size()), labelOr(words.xLabel, "class, in the order of the data"), true);
+    chart.setX(placeAxis(classes.size()), classLabel(words), true);
     if (words.labels.size() == classes.size()) chart.setXTicks(placeTicks(words));
-    chart.setY(y, labelOr(words.yLabel, "frequency"));
+    chart.setY(y, frequencyLabel(words, "frequency"));
     Rows observed;
     Rows expected;
     std::size_t leftOut = 0;
@@ -77,9 +99,10 @@ Picture picture(wq_lib::KolmogorovSmirnov2& test, const PictureWords& words)
 
     Chart chart(words.canvas, titleOf(test, words),
                 "n = " + digits(test.getN1()) + " and " + digits(test.getN2()) + ", " + counted(classes.size(), "class", "classes"));
-    chart.setX(x, labelOr(words.xLabel, "class, in the order of the data"), true);
-    if (words.labels.size() == classes.size() && classes.size() <= mostShownSingly) chart.setXTicks(placeTicks(words));
-    chart.setY(y, labelOr(words.yLabel, "relative cumulative frequency"));
+    const bool areClassesNamed = words.labels.size() == classes.size() && !words.classesAreValues;
+    chart.setX(x, classLabel(words), true);
+    if (areClassesNamed && classes.size() <= mostShownSingly) chart.setXTicks(placeTicks(words));
+    chart.setY(y, frequencyLabel(words, "relative cumulative frequency"));
     constexpr std::size_t mostSteps = 1000;
     const std::size_t step = (classes.size() + mostSteps - 1) / mostSteps;
     const auto curve = [&](double Point::*sample) {
@@ -95,15 +118,16 @@ Picture picture(wq_lib::KolmogorovSmirnov2& test, const PictureWords& words)
         }
         return rows;
     };
-    chart.add(curve(&Point::x), "using 1:2 with lines linewidth 2.5 " + inColour(colour::blue), "sample 1");
-    chart.add(curve(&Point::y), "using 1:2 with lines linewidth 2.5 dashtype (9,5) " + inColour(colour::vermilion), "sample 2");
+    chart.add(curve(&Point::x), "using 1:2 with lines linewidth 2.5 " + inColour(colour::blue), sampleName(words, 0));
+    chart.add(curve(&Point::y), "using 1:2 with lines linewidth 2.5 dashtype (9,5) " + inColour(colour::vermilion), sampleName(words, 1));
     if (!relative.empty() && std::isfinite(difference(largest))) {
         Rows d;
         const double place = static_cast<double>(largest + 1);
         d.add({place, y.at(relative[largest].x)});
         d.add({place, y.at(relative[largest].y)});
         chart.add(d, "using 1:2 with linespoints linewidth 3 pointtype 7 pointsize 0.7*mark " + inColour(colour::black),
-                  "D = " + figures(test.getD()) + " at class " + labelOf(words, largest + 1, std::to_string(largest + 1)));
+                  "D = " + figures(test.getD()) + (words.classesAreValues ? " at value " : " at class ") +
+                      (areClassesNamed ? labelOf(words, largest + 1, "") : std::to_string(largest + 1)));
     }
     if (!std::isfinite(relative.empty() ? 0.0 : relative.back().x) || !std::isfinite(relative.empty() ? 0.0 : relative.back().y))
         chart.note("a relative frequency is not finite, and left out");

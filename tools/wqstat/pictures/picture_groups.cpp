@@ -157,7 +157,7 @@ Picture picture(wq_lib::SingleAnova& anova, const PictureWords& words)
     Chart chart(words.canvas, titleOf(anova, words),
                 testText(anova, exact) + ", " + counted(groups.size(), "group", "groups") + ", " +
                     counted(static_cast<std::size_t>(anova.getTotalObservations()), "observation", "observations"));
-    chart.setX(x, labelOr(words.xLabel, beside ? "group" : "group, by its place in the data"), true);
+    chart.setX(x, labelOr(words.xLabel, "group") + (beside || words.xIsAsked ? "" : ", by its place in the data"), true);
     if (beside) {
         const std::vector<std::string> labels = tickLabels(words);
         std::vector<Tick> ticks;
@@ -197,6 +197,7 @@ Picture picture(wq_lib::SingleAnova& anova, const PictureWords& words)
     chart.add(means, levels("linewidth 3.5 " + inColour(colour::vermilion)), "mean of the group");
     chart.add(bars, whiskers("linewidth 2 " + inColour(colour::black)), confidenceText(anova) + " confidence limits of the mean",
               confidenceText(anova) + " limits of the mean");
+    if (!beside) chart.note("no limits and no names of groups: there are more than " + std::to_string(mostShownSingly) + " of them");
     if (groups.size() > mostMeans) chart.note("no means: there are too many groups to show them");
     noteLeftOut(chart, notFinite, {"mean", "means"});
     return pictureOf(chart, words);

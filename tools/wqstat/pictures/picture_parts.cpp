@@ -49,13 +49,7 @@ Axis placeAxis(std::size_t things)
     return Axis(extent);
 }
 
-namespace {
-
-constexpr std::size_t longestLabel = 24;  // characters, which stand upright below the axis
-
-}  // namespace
-
-std::vector<std::string> tickLabels(const PictureWords& words) { return fittedApart(words.labels, longestLabel); }
+std::vector<std::string> tickLabels(const PictureWords& words) { return fittedApart(words.labels, mostOfLabel); }
 
 std::vector<Tick> placeTicks(const PictureWords& words)
 {
@@ -66,7 +60,7 @@ std::vector<Tick> placeTicks(const PictureWords& words)
 
 std::string labelOf(const PictureWords& words, std::size_t number, const std::string& otherwise)
 {
-    return number - 1 < words.labels.size() ? fitted(words.labels[number - 1], longestLabel) : otherwise;
+    return number - 1 < words.labels.size() ? fitted(words.labels[number - 1], mostOfLabel) : otherwise;
 }
 
 std::vector<double> analysedValues(const wq_lib::BasicStatistics& sample)

@@ -41,6 +41,8 @@ bool isFinite(const wq_lib::DataRange<double>& range);
 /** An axis for counts up to the highest. */
 Axis countAxis(double highest);
 
+constexpr std::size_t mostOfLabel = 24;  ///< characters, which stand upright below an axis
+
 /** An axis on which the k-th of so many things stands at k, counted from 1. */
 Axis placeAxis(std::size_t things);
 
