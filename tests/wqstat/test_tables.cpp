@@ -505,6 +505,22 @@ TEST(Tables, labelsInOtherEncodingsStayApart)
         EXPECT_THAT(contentOf(page), testing::HasSubstr(label)) << label;
 }
 
+// Which may be why it could not be read.
+TEST(Tables, verboseTellsHowAFileWasReadThatFails)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("data.csv", "a\n1,5\n2,5\n4,5\n");
+    const std::string found = "wqstat: " + file + ": separator comma, decimal point, columns a\n";
+    for (const Words& words : {Words{"describe", "--column", "a", file}, Words{"describe", "--column", "b", file},
+                               Words{"describe", "--column", "a", "--by", "a", file}}) {
+        const Outcome silent = run(words);
+        EXPECT_EQ(silent.status, couldNotAnalyse);
+        EXPECT_EQ(run(with(words, {"--verbose"})), (Outcome{silent.status, "", found + silent.errors})) << wq_test::joined(words);
+    }
+    const std::string missing = folder.path("missing.csv");
+    EXPECT_EQ(run({"describe", "--column", "a", "--verbose", missing}), run({"describe", "--column", "a", missing}));
+}
+
 TEST(Tables, verboseTellsHowTheFileWasRead)
 {
     const TempFolder folder;

@@ -769,6 +769,7 @@ TEST(WrongUsage, isExplainedInOneLine)
         {__LINE__, {"describe", "--median", cavendish}, "there is no option '--median'", "describe"},
         {__LINE__, {"describe", "--colum", "w", cavendish}, "there is no option '--colum'; did you mean --column?", "describe"},
         {__LINE__, {"describe", "--text=1", cavendish}, "there is no option '--text'; did you mean --textbook?", "describe"},
+        {__LINE__, {"describe", "-column", "w", cavendish}, "there is no option '-column'; did you mean --column?", "describe"},
         {__LINE__, {"random", "--sed", "1"}, "there is no option '--sed'; did you mean --seed?", "random"},
         {__LINE__, {"regress", "--modl", "linear", norris}, "there is no option '--modl'; did you mean --model?", "regress"},
         {__LINE__, {"--vresion"}, "there is no option '--vresion'; did you mean --version?", ""},

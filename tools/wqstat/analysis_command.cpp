@@ -173,7 +173,7 @@ const TableRows& AnalysisCommand::readTable(wq_lib::BasicStatistics& analysis, c
     if (!tableOptions.by().empty()) return readPart(name, columns, takeRow);
     StreamFingerprint fingerprint(name, !views.pageName().empty());
     auto table = std::make_unique<Table>(name, tableOptions.format(), fingerprint.handler());
-    table->read(columns, takeRow);
+    describing(*table, [&] { table->read(columns, takeRow); });
     fingerprints[name] = fingerprint.text();
     progress().show("analysing");
     const Table& input = *table;
@@ -182,13 +182,25 @@ const TableRows& AnalysisCommand::readTable(wq_lib::BasicStatistics& analysis, c
     return input;
 }
 
+/** Where reading fails, what was found out of the table may be why. */
+void AnalysisCommand::describing(const Table& table, const std::function<void()>& read) const
+{
+    try {
+        read();
+    } catch (const CannotAnalyse&) {
+        const std::string found = tableOptions.verbose() ? table.description() : "";
+        if (!found.empty()) printWarning(found);
+        throw;
+    }
+}
+
 /** The first part that is asked for reads them all. */
 const TableRows& AnalysisCommand::readPart(const std::string& name, const std::vector<Column>& columns, const RowHandler& takeRow)
 {
     if (part == 0) {
         StreamFingerprint fingerprint(name, !views.pageName().empty());
         const auto table = std::make_shared<Table>(name, tableOptions.format(), fingerprint.handler());
-        tableParts = partsOf(table, columns, tableOptions.by());
+        describing(*table, [&] { tableParts = partsOf(table, columns, tableOptions.by()); });
         fingerprints[name] = fingerprint.text();
         if (tableParts.empty()) table->require(0, 1);
         if (tableOptions.verbose()) printWarning(table->description());

@@ -158,6 +158,7 @@ private:
     const std::string& fileToShow() const;
     void requireSomethingToShow() const;
     void analyseNext();
+    void describing(const Table& table, const std::function<void()>& read) const;
     const TableRows& readPart(const std::string& name, const std::vector<Column>& columns, const RowHandler& takeRow);
     ResultWriter& resultWriter();
     void printName();

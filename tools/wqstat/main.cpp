@@ -144,17 +144,21 @@ private:
         return names;
     }
 
-    /** Names the first option that there is not, and what was meant where that can be told; empty where there are all. */
+    /** Names the first option that there is not, written with two dashes or one, and what was meant where that can be told; else empty. */
     std::string unknownOption() const
     {
         const CLI::App* const subcommand = app.get_subcommands().empty() ? &app : app.get_subcommands().front();
         const std::vector<std::string> words = subcommand->remaining();
-        const auto unknown = std::find_if(words.begin(), words.end(), [](const std::string& word) { return word.rfind("--", 0) == 0; });
+        const auto isOption = [](const std::string& word) {
+            return word.size() > 2 && word[0] == '-' && (word[1] == '-' || (word[1] >= 'a' && word[1] <= 'z'));
+        };
+        const auto unknown = std::find_if(words.begin(), words.end(), isOption);
         if (unknown == words.end()) return "";
-        const std::string name = unknown->substr(0, unknown->find('='));
+        const std::string given = unknown->substr(0, unknown->find('='));
+        const std::string name = given[1] == '-' ? given : "-" + given;
         std::vector<std::string> names;
         for (const OptionDescription& option : describedOptions(*subcommand).options) names.push_back(option.name);
-        return "there is no option " + inQuotes(name) + didYouMean(name, names);
+        return "there is no option " + inQuotes(given) + didYouMean(name, names);
     }
 
     static int finished(ExitStatus status = done)

@@ -211,6 +211,7 @@ double Table::numberIn(const Use& use, std::string_view cell)
 
 std::string Table::description(bool withDecimalComma) const
 {
+    if (!format.separator) return "";
     std::string text = shownName + ": ";
     for (const std::string& wrapping : wrappings) text += wrapping + ", ";
     if (commentLines > 0) text += counted(commentLines, "line") + " of comments left out, ";

@@ -105,7 +105,7 @@ public:
     const std::string& title(std::size_t use) const override { return columnTitles[uses[use].index]; }
     const Labels& labels(std::size_t use) const override { return uses[use].labels; }
 
-    /** What was found out about the file, in words. */
+    /** What was found out about the file, in words; empty where nothing was. */
     std::string description() const { return description(numbers.hasComma()); }
     std::string description(bool withDecimalComma) const;
 
