@@ -12,6 +12,7 @@ for_building='
     zlib1g-dev          header zlib.h
     libssl-dev          header openssl/evp.h
     nlohmann-json3-dev  header nlohmann/json.hpp
+    libdragonbox-dev    header dragonbox-1.1.3/dragonbox/dragonbox.h
 '
 for_building_tests='
     libgtest-dev        header gtest/gtest.h
