@@ -347,6 +347,10 @@ const Misread misreads[] = {
      {"describe"},
      "sep=;\nplant;height\na;4,17\nb;5,58\nc;5,2\n",
      " is a table with the columns plant, height: name what to use, such as --column height"},
+    {__LINE__, {"describe"}, "height\n1\n2\n4\n", " is a table with the column height: name it with --column height"},
+    {__LINE__, {"circular"}, "wind (deg)\r\n1\r\n2\r\n4\r\n", " is a table with the column wind (deg): name it with --column 'wind (deg)'"},
+    {__LINE__, {"describe"}, "height\ntall\nsmall\n", ":1: a number is expected, not 'height'"},
+    {__LINE__, {"pairs"}, "height\n1\n2\n4\n", ":1: x is no number: 'height'"},
     {__LINE__, {"describe"}, "no number\nand none\n", ":1: a number is expected, not 'no number'"},  // sentences
     {__LINE__, {"pairs"}, "ctrl;4.17\ntrt;4.81\n", ":1: x is no number: 'ctrl'"},                    // pairs without titles
     {__LINE__, {"ks"}, "class\ta\nx\t1\n", " is a table with the columns class, a: name what to use, such as --count1 a --count2 NAME"},
@@ -355,7 +359,7 @@ const Misread misreads[] = {
 // What the hint for a table proposes can be typed as it stands.
 void expectToRun(const Misread& row, const std::string& file)
 {
-    const std::string such = "such as ";
+    const std::string such = row.reason.find("name it with ") == std::string::npos ? "such as " : "name it with ";
     const std::size_t begin = row.reason.find(such);
     if (begin == std::string::npos || row.reason.find("NAME") != std::string::npos) return;
     const std::string line = wqstat() + " " + joined(row.command) + " " + row.reason.substr(begin + such.size()) + " " + file;

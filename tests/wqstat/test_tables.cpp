@@ -352,7 +352,15 @@ const BadTable badTables[] = {
      ": 'x' stands in c more than once"},
     {__LINE__, {"variances", "--value", "v", "--group", "g"}, "g,v\na,1\nb,2\nc,3\n", ": g has 3 groups, exactly two are needed"},
     {__LINE__, {"ks", "--value", "v", "--group", "g"}, "g,v\na,1\na,2\n", ": g has 1 group, exactly two are needed"},
-    {__LINE__, {"variances", "--value", "v", "--group", "g"}, "g,v\na,1\nb,2\na,3\nb,3\na,1\n", ": 2 observations, at least 3 are needed"},
+    {__LINE__,
+     {"variances", "--value", "v", "--group", "g"},
+     "g,v\na,1\nb,2\na,3\nb,3\na,1\n",
+     ": b: 2 observations, at least 3 are needed"},
+    {__LINE__,
+     {"variances", "--column", "a\x1b[1m", "--column2", "b"},
+     "a\x1b[1m,b\n1,2\nNA,3\n2,3\n",
+     ": a\\x1b[1m: 2 observations, at least 3 are needed"},
+    {__LINE__, {"ks", "--column", "a", "--column2", "b"}, "a,b\n1,NA\n2,NA\n", ": b: no data"},
 };
 
 TEST(Tables, whatCannotBeReadIsNamed)
@@ -362,6 +370,16 @@ TEST(Tables, whatCannotBeReadIsNamed)
         const std::string file = folder.write("data.csv", row.table);
         EXPECT_EQ(run(with(row.arguments, {file})), cannotAnalyse(file + row.reason)) << "row of line " << row.line;
     }
+}
+
+TEST(Tables, aSampleThatIsTooSmallIsNamedByItsFile)
+{
+    const TempFolder folder;
+    const std::string few = folder.write("few.csv", "v\n1\n2\n");
+    const std::string enough = folder.write("enough.csv", "v\n1\n2\n4\n");
+    const Outcome expected = cannotAnalyse(few + ": 2 observations, at least 3 are needed");
+    EXPECT_EQ(run({"variances", "--column", "v", few, enough}), expected);
+    EXPECT_EQ(run({"variances", "--column", "v", enough, few}), expected);
 }
 
 TEST(Tables, filesThatCannotBeOpened)

@@ -171,9 +171,8 @@ class Variances final : public TwoSampleCommand {
     void readTables(TwoDataFiles& samples)
     {
         wq_lib::BasicStatistics* const both[] = {&samples, &samples.second};
-        const Input& input = readSamples(samples, [&both](std::size_t sample, double value) { both[sample]->add(value); });
+        readSamples(samples, leastValues, [&both](std::size_t sample, double value) { both[sample]->add(value); });
         samples.second.setSignificance(samples.getSignificance());
-        for (const wq_lib::BasicStatistics* sample : both) input.require(sample->getSampleSize(), leastValues);
     }
 };
 
@@ -510,8 +509,7 @@ class KolmogorovSmirnov final : public TwoSampleCommand {
         if (className.given() || count1.given() || count2.given())
             throw WrongUsage("--class, --count1 and --count2 are for counts, not for the values of two samples");
         std::array<std::vector<double>, 2> samples;
-        const Input& input = readSamples(test, [&samples](std::size_t sample, double value) { samples[sample].push_back(value); });
-        for (const std::vector<double>& sample : samples) input.require(sample.size(), 1);
+        const Input& input = readSamples(test, 1, [&samples](std::size_t sample, double value) { samples[sample].push_back(value); });
         addClasses(test, samples);
         words.classesAreValues = true;
         return input;

@@ -8,6 +8,9 @@
 
 namespace wqstat {
 
+/** Takes a value of the first sample, which is 0, or of the second. */
+using SampleHandler = std::function<void(std::size_t sample, double value)>;
+
 /** The samples are two columns of one table, one column of two tables, or two groups of one column. */
 class TwoSampleCommand : public AnalysisCommand {
 protected:
@@ -22,17 +25,18 @@ protected:
 
     /**
      * Reads both samples.
-     * @param take is called with 0 and each value of the first sample, and with 1 and each of the second.
+     * @param least how many observations each of them needs.
      * @return the data, that of the second sample last.
-     * @throws WrongUsage where the columns do not fit together.
+     * @throws WrongUsage where the columns do not fit together, CannotAnalyse for a sample that is too small.
      */
-    const Input& readSamples(wq_lib::BasicStatistics& analysis, const std::function<void(std::size_t, double)>& take);
+    const Input& readSamples(wq_lib::BasicStatistics& analysis, std::size_t least, const SampleHandler& take);
 
 private:
     bool isGrouped() const { return values.given() || group.given(); }
     bool isInTwoTables() const { return !isGrouped() && column.given() && !column2.given(); }
 
-    const Input& readGroups(wq_lib::BasicStatistics& analysis, const std::function<void(std::size_t, double)>& take);
+    const TableRows& readColumns(wq_lib::BasicStatistics& analysis, const SampleHandler& take);
+    const TableRows& readGroups(wq_lib::BasicStatistics& analysis, const SampleHandler& take);
 
     ColumnOption column{"--column", ColumnKind::number, "the values, of both files", false};
     ColumnOption column2{"--column2", ColumnKind::number, "the values of the second sample, beside that of --column", false};

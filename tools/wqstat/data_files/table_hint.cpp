@@ -30,17 +30,18 @@ bool isTitle(std::string_view title, const TableFormat& format)
     return isYear(title);
 }
 
-bool areTitles(const std::vector<std::string_view>& cells, const TableFormat& format)
-{
-    const auto isText = [&](std::string_view cell) { return lookAt(cell, format) != CellLook::number; };
-    return cells.size() >= 2 && std::any_of(cells.begin(), cells.end(), isText) &&
-           std::all_of(cells.begin(), cells.end(), [&](std::string_view cell) { return isTitle(cell, format); });
-}
-
-bool isWord(const std::string& title)
+bool isWord(std::string_view title)
 {
     const unsigned char first = title.empty() ? '\0' : static_cast<unsigned char>(title[0]);
     return (first >= 'A' && first <= 'Z') || (first >= 'a' && first <= 'z') || first >= 0x80 || first == '#';
+}
+
+/** One title alone has to be a word. */
+bool areTitles(const std::vector<std::string_view>& cells, const TableFormat& format)
+{
+    const auto isText = [&](std::string_view cell) { return lookAt(cell, format) != CellLook::number; };
+    return (cells.size() >= 2 || isWord(cells[0])) && std::any_of(cells.begin(), cells.end(), isText) &&
+           std::all_of(cells.begin(), cells.end(), [&](std::string_view cell) { return isTitle(cell, format); });
 }
 
 /** Texts alone are a table too, below words, unless it is the blanks of a sentence that separate them. */
@@ -48,8 +49,8 @@ bool isTable(const std::vector<Shown>& columns, std::size_t rows, char separator
 {
     if (rows == 0) return false;
     const bool holdsNumber = std::any_of(columns.begin(), columns.end(), [](const Shown& column) { return column.isNumber(); });
-    return holdsNumber ||
-           (separator != blanks && std::all_of(columns.begin(), columns.end(), [](const Shown& column) { return isWord(column.title); }));
+    return holdsNumber || (columns.size() >= 2 && separator != blanks &&
+                           std::all_of(columns.begin(), columns.end(), [](const Shown& column) { return isWord(column.title); }));
 }
 
 /** The columns of a table; none where the text is no table with a header. */
@@ -129,10 +130,13 @@ std::string tableHint(std::string_view begin, const TableOptions& options)
     constexpr std::string_view mark = "\xef\xbb\xbf";
     if (begin.substr(0, mark.size()) == mark) begin.remove_prefix(mark.size());
     const std::vector<Shown> columns = columnsOf(begin);
-    if (columns.empty()) return "";
+    const std::vector<const ColumnOption*> wanted = options.typical();
+    if (columns.empty() || (columns.size() == 1 && wanted.size() > 1)) return "";
+    const std::string such = example(columns, wanted);
+    if (columns.size() == 1) return "is a table with the column " + listed({columns[0].title}) + ": name it with " + such;
     std::vector<std::string> titles;
     for (const Shown& column : columns) titles.push_back(column.title);
-    return "is a table with the columns " + listed(titles) + ": name what to use, such as " + example(columns, options.typical());
+    return "is a table with the columns " + listed(titles) + ": name what to use, such as " + such;
 }
 
 }  // namespace wqstat

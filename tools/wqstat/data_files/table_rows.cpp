@@ -19,14 +19,19 @@ std::vector<Sentence> TableRows::warnings() const
     return {text};
 }
 
-void TableRows::require(std::size_t held, std::size_t least) const
+void TableRows::requireOf(const std::string& sample, std::size_t held, std::size_t least) const
+{
+    requireIn(name() + ": " + shown(sample), held, least);
+}
+
+void TableRows::requireIn(const std::string& place, std::size_t held, std::size_t least) const
 {
     if (held >= least) return;
     const std::string found = held == 0 ? "no data" : counted(held, "observation") + ", at least " + std::to_string(least) + " are needed";
     const std::string leftOut = counts.leftOut == 0 ? ""
                                                     : " (" + std::to_string(counts.leftOut) + " of " + counted(counts.rows, "row") +
                                                           " left out: a value is missing)";
-    throw CannotAnalyse(name() + ": " + found + leftOut);
+    throw CannotAnalyse(place + ": " + found + leftOut);
 }
 
 }  // namespace wqstat

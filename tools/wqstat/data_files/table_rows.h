@@ -33,10 +33,16 @@ public:
     std::vector<Sentence> warnings() const override;
 
     const std::size_t* rowsRead() const override { return &counts.rows; }
-    void require(std::size_t held, std::size_t least) const override;
+    void require(std::size_t held, std::size_t least) const override { requireIn(name(), held, least); }
+
+    /** Of one of the samples that the table holds. */
+    void requireOf(const std::string& sample, std::size_t held, std::size_t least) const;
 
 protected:
     RowCounts counts;
+
+private:
+    void requireIn(const std::string& place, std::size_t held, std::size_t least) const;
 };
 
 }  // namespace wqstat
