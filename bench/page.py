@@ -14,13 +14,13 @@ RUNS = pathlib.Path(__file__).parent / "runs.json"  # the ratios of the runs tha
 MOST_RUNS = 5
 APART = 600  # seconds at least from the begin of a run to that of the next that counts beside it
 LIBRARY = "wq_stat"
-LIMIT = "limit"  # the operations that wait for each other, compiled into the caller
+LIMIT = "limit"  # what the work takes at least: operations that wait for each other, or a virtual call
 
 # Column of the table and full name of each contender.
 CONTENDERS = {
     "wq_stat": ("wq_stat", "the library"),
     "plain": ("plain", "plain C++"),
-    "limit": ("limit", "the same loop in the caller"),
+    "limit": ("limit", "the limit"),
     "std": ("C++ std", "C++ standard library"),
     "boost": ("Boost", "Boost"),
     "boost-32": ("Boost", "Boost, 32 bits"),

@@ -1,5 +1,6 @@
 // Random numbers, draw by draw.
 #include "contenders.h"
+#include "drawn_ahead.h"
 
 #include <wq_stat/random.h>
 
@@ -11,6 +12,8 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <utility>
+#include <vector>
 
 namespace wq_bench {
 
@@ -71,21 +74,35 @@ struct FreeGenerator {
 
 std::unique_ptr<gsl_rng, FreeGenerator> gslGenerator() { return std::unique_ptr<gsl_rng, FreeGenerator>(gsl_rng_alloc(gsl_rng_mt19937)); }
 
+/** @param draw a number from an engine of the standard library. */
+template <typename Draw>
+auto drawnAhead(Draw draw)
+{
+    return [draw] {
+        const auto engine = started<std::mt19937>();
+        std::vector<decltype(draw(*engine))> numbers(std::size_t{1} << 20);
+        for (auto& number : numbers) number = draw(*engine);
+        return handingOver(std::move(numbers));
+    };
+}
+
 }  // namespace
 
 void enterRandom()
 {
     const auto library = [] { return std::make_unique<wq_lib::RandomCpp11>(); };
+    const auto integer = [](std::mt19937& g) { return std::uniform_int_distribution<unsigned int>(0, 0xFFFFFFFFu)(g); };
+    const auto real = [](std::mt19937& g) { return std::uniform_real_distribution<double>(0.0, 1.0)(g); };
 
     enterGenerator("random-integer", "wq_stat", true, library, [](wq_lib::RandomCpp11& g) { return g.getInteger(); });
-    enterGenerator("random-integer", "plain", true, started<std::mt19937>,
-                   [](std::mt19937& g) { return std::uniform_int_distribution<unsigned int>(0, 0xFFFFFFFFu)(g); });
+    enterGenerator("random-integer", "limit", true, drawnAhead(integer), [](DrawnAhead<unsigned int>& g) { return g.next(); });
+    enterGenerator("random-integer", "plain", true, started<std::mt19937>, integer);
     enterGenerator("random-integer", "boost", true, started<boost::random::mt19937>, [](boost::random::mt19937& g) { return g(); });
     enterGenerator("random-integer", "gsl", false, gslGenerator, [](gsl_rng& g) { return gsl_rng_get(&g); });
 
     enterGenerator("random-real", "wq_stat", true, library, [](wq_lib::RandomCpp11& g) { return g.getReal(); });
-    enterGenerator("random-real", "plain", true, started<std::mt19937>,
-                   [](std::mt19937& g) { return std::uniform_real_distribution<double>(0.0, 1.0)(g); });
+    enterGenerator("random-real", "limit", true, drawnAhead(real), [](DrawnAhead<double>& g) { return g.next(); });
+    enterGenerator("random-real", "plain", true, started<std::mt19937>, real);
     enterGenerator("random-real", "boost", false, started<boost::random::mt19937>,
                    [](boost::random::mt19937& g) { return boost::random::generate_canonical<double, 53>(g); });
     enterGenerator("random-real", "boost-32", false, started<boost::random::mt19937>,
