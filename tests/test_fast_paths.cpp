@@ -5,6 +5,7 @@
 #include "../src/detail/sample_sort.h"
 #include "../src/detail/twister.h"
 #include "../src/detail/vector_sort.h"
+#include "../support/numbers/plain_decimal.h"
 #include "../support/numbers/wide_product.h"
 
 #include <wq_report/csv_report.h>
@@ -440,6 +441,43 @@ std::string longDecimal(Generator& random)
     char text[64];
     std::snprintf(text, sizeof text, "%.*Lf", static_cast<int>(random() % 18), middle);
     return text;
+}
+
+/** Character by character. */
+wq_lib::detail::PlainDecimal scanned(const char* text)
+{
+    wq_lib::detail::PlainDecimal decimal;
+    const auto take = [&] {
+        const char* const begin = text;
+        for (; *text >= '0' && *text <= '9'; ++text) decimal.digits = decimal.digits * 10 + static_cast<std::uint64_t>(*text - '0');
+        decimal.count += text - begin;
+        return text - begin;
+    };
+    take();
+    if (*text == '.') {
+        ++text;
+        decimal.decimals = take();
+    }
+    decimal.end = text;
+    return decimal;
+}
+
+TEST(FastPaths, decimalsEndAtAnyCharacter)
+{
+    Generator random(15);
+    for (std::uint64_t whole = 0; whole <= 12; ++whole)
+        for (std::uint64_t fraction = 0; fraction <= 12; ++fraction)
+            for (int end = 0; end < 256; ++end) {
+                std::string text = digits(random, whole) + (fraction > 0 ? "." + digits(random, fraction - 1) : "");
+                if (end < '0' || end > '9') text += static_cast<char>(end);
+                for (int i = 0; i < 8; ++i) text += static_cast<char>(random() % 4 != 0 ? random() % 256 : '0' + random() % 10);
+                text.append(wq_lib::detail::plainDecimalSlack + 1, '\0');
+                const wq_lib::detail::PlainDecimal found = wq_lib::detail::scanPlainDecimal(text.data());
+                const wq_lib::detail::PlainDecimal expected = scanned(text.data());
+                ASSERT_TRUE(found.digits == expected.digits && found.count == expected.count && found.decimals == expected.decimals &&
+                            found.end == expected.end)
+                    << "of '" << text << "'";
+            }
 }
 
 /** Every line read as a sample is what std::stod gives. */
