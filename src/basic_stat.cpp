@@ -10,8 +10,8 @@
 #include "detail/prefetch.h"
 #include "detail/r_export.h"
 #include "detail/report_text.h"
-#include "detail/sample_extremes.h"
 #include "detail/sample_sort.h"
+#include "detail/sample_sums.h"
 #include "detail/stored_range.h"
 #include "detail/to_integer.h"
 #include "detail/wide_count.h"
@@ -176,35 +176,21 @@ bool BasicStatistics::analyse()
     const StoredRange range = storedRange(dataStart, dataEnd, data.size());
     const double* const begin = data.data() + range.begin;
     const double* const end = data.data() + range.end;
-    basic_stat sums = result;  // not in place: a sum in memory makes every addition wait for the one before it to be stored
-    double logSum = 0.0;
-    double positiveCount = 0.0;
-    double reciprocalSum = 0.0;
-    double reciprocalCount = 0.0;
+    const detail::SampleSums sums = detail::withValues({result.min, result.max, result.sum}, begin, end);
+    if (sums.hasNegative) negative = true;  // until the host says otherwise: no analysis clears it
+    result.n += range.end - range.begin;
+    const double n = static_cast<double>(result.n);
+    result.min = sums.smallest;
+    result.max = sums.largest;
+    result.sum = sums.sum;
+    const double mean = sums.sum / n;
+    double sumOfSquares = result.sumOfSquares;
     for (const double* value = begin; value != end; ++value) {
         detail::prefetch(value, end);
-        const double x = *value;
-        detail::extendExtremes(sums, x);
-        sums.sum += x;
-        if (x > 0.0) {
-            logSum += std::log(x);
-            positiveCount += 1.0;
-        }
-        if (x < 0.0) negative = true;  // until the host says otherwise: no analysis clears it
-        const double reciprocal = 1.0 / x;
-        if (std::isfinite(reciprocal)) {
-            reciprocalSum += reciprocal;
-            reciprocalCount += 1.0;
-        }
+        sumOfSquares += sqr(*value - mean);
     }
-    sums.n += range.end - range.begin;
-    const double n = static_cast<double>(sums.n);
-    sums.mean = sums.sum / n;
-    for (const double* value = begin; value != end; ++value) {
-        detail::prefetch(value, end);
-        sums.sumOfSquares += sqr(*value - sums.mean);
-    }
-    result = sums;
+    result.mean = mean;
+    result.sumOfSquares = sumOfSquares;
     result.variance = result.sumOfSquares / n;
     result.sampleVariance = result.sumOfSquares / static_cast<double>(wideCount(result.n - 1));
     result.stdev = standardDeviation(result.variance);
@@ -213,8 +199,8 @@ bool BasicStatistics::analyse()
     result.stdError = standardError(result.sampleVariance, result.n);
     result.confidenceLimits = confidenceInterval(result.mean, result.sampleVariance, result.n);
     // Unlike geometricMean(), which counts zeros and refuses negative values, this passes over both.
-    result.geoMean = std::exp(logSum * (1.0 / positiveCount));
-    result.harmMean = reciprocalCount / reciprocalSum;
+    result.geoMean = std::exp(sums.logSum * (1.0 / sums.positiveCount));
+    result.harmMean = sums.reciprocalCount / sums.reciprocalSum;
     result.quartile1 = quartile(1.0);
     result.median = median();
     result.quartile3 = quartile(3.0);

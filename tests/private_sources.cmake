@@ -7,6 +7,7 @@ set(test_fast_paths_sources
   ${detail}/avx2_sort.cpp
   ${detail}/avx512_sort.cpp
   ${detail}/bucket_sort.cpp
+  ${detail}/logarithms.cpp
   ${detail}/radix_sort.cpp
   ${detail}/sample_sort.cpp
   ${detail}/twister.cpp)

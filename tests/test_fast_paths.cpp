@@ -2,6 +2,7 @@
 
 #include "support/bits.h"
 #include "support/files.h"
+#include "../src/detail/logarithms.h"
 #include "../src/detail/sample_sort.h"
 #include "../src/detail/twister.h"
 #include "../src/detail/vector_sort.h"
@@ -331,6 +332,143 @@ TEST(FastPaths, passesOverStoredPairsGiveTheSumsAndExtremesOfPlainOnes)
             EXPECT_SAME_BITS(found.sumProducts, expected.sumProducts);
         }
     }
+}
+
+// ---------------------------------------------------------------- logarithms and the sums of a sample
+
+constexpr int roundingModes[] = {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO};
+
+/** Compares the logarithms of many values, and some behind them, with those of the C library. */
+void expectLogarithms(const std::vector<double>& values, const char* name)
+{
+    constexpr std::size_t behind = 4;
+    constexpr double untouched = -7.5;
+    std::vector<double> logs(values.size() + behind, untouched);
+    const bool allNormal = wq_lib::detail::logarithms(values.data(), values.size(), logs.data());
+    std::size_t wrong = 0;
+    bool expectedNormal = true;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const double expected = values[i] > 0.0 ? std::log(values[i]) : 0.0;
+        if (!wq_test::sameBits(logs[i], expected) && ++wrong == 1) ADD_FAILURE() << name << ", first: " << std::hexfloat << values[i];
+        expectedNormal = expectedNormal && values[i] >= DBL_MIN && values[i] <= DBL_MAX;
+    }
+    EXPECT_EQ(wrong, 0u) << name << ", " << values.size() << " values";
+    EXPECT_EQ(allNormal, expectedNormal) << name << ", " << values.size() << " values";
+    for (std::size_t i = 0; i < behind; ++i) EXPECT_EQ(logs[values.size() + i], untouched);
+}
+
+/** Where the way to a logarithm changes: around 1, around every border of a share of an octave, at the ends of the exponents. */
+std::vector<double> edgesOfLogarithms(Generator& random)
+{
+    std::vector<double> values = {0x1.8ff4fe9d2e769p-1, 0x1.8ff6e98a4218bp-1};  // std::log is not the nearest double here
+    for (int bit = 1; bit <= 60; ++bit)
+        for (const double side : {-1.0, 1.0})
+            for (int k = 0; k < 50; ++k) values.push_back(1.0 + side * std::ldexp(1.0 + (k == 0 ? 0.0 : uniform(random)), -bit));
+    for (int share = 0; share <= 1024; ++share)
+        for (const int exponent : {-1023, -3, -2, -1, 0, 1, 2, 1022})
+            for (int ulps = -20; ulps <= 20; ++ulps) values.push_back(std::ldexp(1.0 + share * 0x1p-10 + ulps * 0x1p-52, exponent));
+    for (int exponent = -1074; exponent < 1024; ++exponent)
+        for (int k = 0; k < 20; ++k) values.push_back(std::ldexp(1.0 + uniform(random), exponent));
+    for (const double value : {0.0, -0.0, infinity, -infinity, std::nan(""), -std::nan("1"), DBL_MIN, DBL_MAX, 5e-324, -5e-324, -1.0})
+        values.push_back(value);
+    return values;
+}
+
+TEST(FastPaths, logarithmsAreThoseOfTheCLibrary)
+{
+    Generator random(20261124);
+    for (const int mode : roundingModes) {
+        SCOPED_TRACE("rounding mode " + std::to_string(mode));
+        std::fesetround(mode);
+        expectLogarithms(edgesOfLogarithms(random), "edges");
+        for (const Shape& shape : shapes)
+            for (const std::size_t n : {0u, 1u, 2u, 3u, 4u, 5u, 7u, 8u, 63u, 64u, 65u, 66u, 67u, 68u, 131u, 3000u}) {
+                std::vector<double> values(n);
+                for (std::size_t i = 0; i < n; ++i) values[i] = shape.value(random, i);
+                expectLogarithms(values, shape.name);
+                for (double& value : values) value = std::fabs(value);
+                expectLogarithms(values, shape.name);
+            }
+        std::fesetround(FE_TONEAREST);
+    }
+    std::vector<double> many(2000000);
+    for (double& value : many) value = 100.0 + 15.0 * normal(random);
+    expectLogarithms(many, "normal around 100");
+    for (double& value : many) value = uniform(random);
+    expectLogarithms(many, "uniform");
+}
+
+#ifdef __x86_64__
+TEST(FastPaths, logarithmsFollowTheProcessorsOwnSettings)  // which a host may set without the C library's knowledge
+{
+    Generator random(20261125);
+    const unsigned setting = _mm_getcsr();
+    for (const unsigned change : {0x2000u, 0x4000u, 0x6000u, 0x8040u}) {  // down, up, towards zero; subnormal values taken for 0
+        _mm_setcsr(setting | change);
+        expectLogarithms(edgesOfLogarithms(random), "edges");
+        _mm_setcsr(setting);
+    }
+}
+#endif
+
+/** One value after the other, as a textbook has it. @param sorted the observations in their order. */
+wq_lib::basic_stat plainSums(const std::vector<double>& sorted)
+{
+    wq_lib::basic_stat sums;
+    sums.min = DBL_MAX;
+    sums.max = DBL_MIN;
+    double logSum = 0.0;
+    double positive = 0.0;
+    double reciprocalSum = 0.0;
+    double reciprocals = 0.0;
+    for (const double x : sorted) {
+        if (x < sums.min) sums.min = x;
+        if (x > sums.max) sums.max = x;
+        sums.sum += x;
+        if (x > 0.0) {
+            logSum += std::log(x);
+            positive += 1.0;
+        }
+        if (std::isfinite(1.0 / x)) {
+            reciprocalSum += 1.0 / x;
+            reciprocals += 1.0;
+        }
+    }
+    sums.mean = sums.sum / static_cast<double>(sorted.size());
+    for (const double x : sorted) sums.sumOfSquares += (x - sums.mean) * (x - sums.mean);
+    sums.geoMean = std::exp(logSum * (1.0 / positive));
+    sums.harmMean = reciprocals / reciprocalSum;
+    return sums;
+}
+
+TEST(FastPaths, passesOverASampleGiveTheSumsAndExtremesOfPlainOnes)
+{
+    Generator random(20261126);
+    for (const int mode : roundingModes)
+        for (const Shape& shape : shapes)
+            for (const std::size_t n : {3u, 4u, 5u, 100u, 511u, 512u, 513u, 515u, 1024u, 1030u, 3000u}) {
+                SCOPED_TRACE(shape.name + (", " + std::to_string(n)) + " values, rounding mode " + std::to_string(mode));
+                std::vector<double> values(n);
+                for (std::size_t i = 0; i < n; ++i) values[i] = shape.value(random, i);
+                wq_lib::BasicStatistics sample;
+                sample.copyFrom(values);
+                std::stable_sort(values.begin(), values.end(), comesBefore);
+                std::fesetround(mode);
+                const bool hasResult = sample.analyse();
+                const wq_lib::basic_stat expected = plainSums(values);
+                std::fesetround(FE_TONEAREST);
+                ASSERT_TRUE(hasResult);
+                const wq_lib::basic_stat found = sample.getResult();
+                EXPECT_EQ(found.n, n);
+                EXPECT_SAME_BITS(found.min, expected.min);
+                EXPECT_SAME_BITS(found.max, expected.max);
+                EXPECT_SAME_BITS(found.sum, expected.sum);
+                EXPECT_SAME_BITS(found.mean, expected.mean);
+                EXPECT_SAME_BITS(found.sumOfSquares, expected.sumOfSquares);
+                EXPECT_SAME_BITS(found.geoMean, expected.geoMean);
+                EXPECT_SAME_BITS(found.harmMean, expected.harmMean);
+                EXPECT_EQ(sample.isNegative(), std::any_of(values.begin(), values.end(), [](double x) { return x < 0.0; }));
+            }
 }
 
 // ---------------------------------------------------------------- numbers to text
