@@ -36,22 +36,26 @@ Grouping groupsOf(const std::vector<data_pair>& pairs, const std::vector<anova_g
     for (std::size_t i = 0; i < groups.size(); ++i)
         if (!std::isnan(groups[i].id)) index.findOrEnter(groups[i].id, i);
 
+    constexpr std::size_t soon = 16;  // pairs, until which a slot has come from a far cache
+
     Grouping grouping;
-    grouping.counts.resize(groups.size());
     grouping.positions.reserve(pairs.size());
+    std::size_t groupCount = groups.size();
     const data_pair* const end = pairs.data() + pairs.size();
     for (const data_pair& pair : pairs) {
         detail::prefetch(&pair, end);
-        std::size_t position = std::isnan(pair.x) ? index.none : index.findOrEnter(pair.x, grouping.counts.size());
+        if (static_cast<std::size_t>(end - &pair) > soon) index.prefetchSlot((&pair)[soon].x);
+        std::size_t position = std::isnan(pair.x) ? index.none : index.findOrEnter(pair.x, groupCount);
         if (position == index.none) {
-            position = grouping.counts.size();
+            position = groupCount++;
             if (position > UINT32_MAX) throw std::bad_alloc();  // so many groups fit no memory
-            grouping.counts.push_back(0);
             grouping.newIds.push_back(pair.x);
         }
-        ++grouping.counts[position];
         grouping.positions.push_back(static_cast<std::uint32_t>(position));
     }
+    // Apart, so that no count that is slow to come keeps a look for a group waiting.
+    grouping.counts.resize(groupCount);
+    for (const std::uint32_t position : grouping.positions) ++grouping.counts[position];
     return grouping;
 }
 

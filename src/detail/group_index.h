@@ -2,6 +2,8 @@
 #ifndef WQ_STAT_DETAIL_GROUP_INDEX_H
 #define WQ_STAT_DETAIL_GROUP_INDEX_H
 
+#include "prefetch.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -35,6 +37,9 @@ public:
         if (first.id == id && first.position != none) return first.position;
         return findOrEnterBehind(start, id, position);
     }
+
+    /** Has the processor fetch the slot of an id that is looked for soon. */
+    void prefetchSlot(Id id) const { prefetchPlace(&slots[hash(static_cast<double>(id)) & (slots.size() - 1)]); }
 
 private:
     struct Slot {

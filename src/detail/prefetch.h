@@ -21,6 +21,16 @@ inline void prefetch(const Value* value, const Value* end)
 #endif
 }
 
+/** A hint for one place that the order of accesses does not foretell. */
+inline void prefetchPlace(const void* place)
+{
+#ifdef __GNUC__
+    __builtin_prefetch(place);
+#else
+    static_cast<void>(place);
+#endif
+}
+
 }  // namespace wq_lib::detail
 
 #endif
