@@ -17,7 +17,7 @@ constexpr std::size_t warmUpLength = 1000;  // 999 draws
  */
 unsigned int uniformUpTo(unsigned int n, std::mt19937& engine)
 {
-    const auto draw = [&engine] { return static_cast<std::uint32_t>(engine()); };
+    const auto draw = [&engine] { return std::uint32_t{detail::nextInteger(engine)}; };
     const std::uint32_t results = std::uint32_t{n} + 1;
     if (results == 0) return draw();  // all 2^32
     std::uint64_t product = std::uint64_t{draw()} * results;
@@ -84,7 +84,7 @@ void RandomCpp11::seed(unsigned int start)
 unsigned int RandomCpp11::getInteger()
 {
     ++draws;
-    return detail::twisterDraws.integer(engine);
+    return detail::nextInteger(engine);
 }
 
 unsigned int RandomCpp11::getInteger(unsigned int n)
@@ -100,7 +100,7 @@ unsigned int RandomCpp11::getInteger(std::vector<double> weights) { return Rando
 double RandomCpp11::getReal()
 {
     ++draws;
-    return detail::twisterDraws.real(engine);
+    return detail::nextReal(engine);
 }
 
 RandomCpp11 Random;

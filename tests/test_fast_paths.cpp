@@ -727,27 +727,59 @@ TEST(FastPaths, drawsAreThoseOfTheStandardDistributions)
 
 TEST(FastPaths, drawsAreTheSameOnEveryProcessorAndInEveryRoundingMode)
 {
+    using wq_lib::detail::nextInteger;
+    using wq_lib::detail::nextReal;
     const wq_lib::detail::TwisterDraws baseline = wq_lib::detail::baselineDraws();
     const wq_lib::detail::TwisterDraws best = wq_lib::detail::bestDraws();
     for (const int mode : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
         std::mt19937 plain(static_cast<unsigned>(mode) + 1);
         std::mt19937 vectors(static_cast<unsigned>(mode) + 1);
+        std::mt19937 ready(static_cast<unsigned>(mode) + 1);
         std::mt19937 standard(static_cast<unsigned>(mode) + 1);
         std::size_t wrong = 0;
         std::fesetround(mode);
         for (int i = 0; i < 20000; ++i) {  // the engine makes 624 numbers at once: its list ends before and within a real
             const auto integer = static_cast<unsigned int>(standard());
-            wrong += baseline.integer(plain) == integer && best.integer(vectors) == integer ? 0u : 1u;
+            wrong += baseline.integer(plain) == integer && best.integer(vectors) == integer && nextInteger(ready) == integer ? 0u : 1u;
             if (i % 3 == 0) continue;
             const double low = static_cast<double>(standard());
             const double high = static_cast<double>(standard());
             const double real = std::min((low + high * 0x1p32) * 0x1p-64, 0x1.fffffffffffffp-1);
             wrong += wq_test::sameBits(baseline.real(plain), real) && wq_test::sameBits(best.real(vectors), real) ? 0u : 1u;
+            wrong += wq_test::sameBits(nextReal(ready), real) ? 0u : 1u;
         }
         std::fesetround(FE_TONEAREST);
         EXPECT_EQ(wrong, 0u) << "rounding mode " << mode;
-        EXPECT_TRUE(plain == standard && vectors == standard);
+        EXPECT_TRUE(plain == standard && vectors == standard && ready == standard);
     }
+}
+
+/** An engine whose 624 numbers are the same one. @param drawn how many of them are drawn. */
+std::mt19937 engineOf(unsigned int number, int drawn)
+{
+    std::ostringstream state;
+    for (int i = 0; i < 624; ++i) state << number << ' ';
+    state << drawn;
+    std::istringstream in(state.str());
+    std::mt19937 engine;
+    in >> engine;
+    EXPECT_FALSE(in.fail());
+    return engine;
+}
+
+TEST(FastPaths, realsOfExtremeDrawsStayWithinTheirLimits)
+{
+    for (const int mode : roundingModes)
+        for (const int drawn : {0, 621, 622}) {
+            std::fesetround(mode);
+            std::mt19937 zeros = engineOf(0, drawn);
+            const double least = wq_lib::detail::nextReal(zeros);
+            std::mt19937 ones = engineOf(316513203u, drawn);  // tempered, all bits are set
+            const double greatest = wq_lib::detail::nextReal(ones);
+            std::fesetround(FE_TONEAREST);
+            EXPECT_SAME_BITS(least, 0.0);
+            EXPECT_EQ(greatest, 0x1.fffffffffffffp-1);
+        }
 }
 
 // ---------------------------------------------------------------- ln gamma
