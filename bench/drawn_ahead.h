@@ -1,4 +1,4 @@
-// What a draw through a virtual call takes at least, whatever the generator.
+// What a draw through a virtual call into a shared library takes at least, whatever the generator.
 #pragma once
 
 #include <cstddef>
