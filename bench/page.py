@@ -14,7 +14,7 @@ RUNS = pathlib.Path(__file__).parent / "runs.json"  # the ratios of the runs tha
 MOST_RUNS = 5
 APART = 600  # seconds at least from the begin of a run to that of the next that counts beside it
 LIBRARY = "wq_stat"
-LIMIT = "limit"  # what the work takes at least: operations that wait for each other, or a virtual call
+LIMIT = "limit"  # what the work takes at least: operations that wait for each other, or a virtual call into a library
 
 # Column of the table and full name of each contender.
 CONTENDERS = {
