@@ -20,6 +20,7 @@
 #include <wq_stat/distributions.h>
 #include <wq_udf/console.h>
 
+#include <array>
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
@@ -44,6 +45,13 @@ constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
  * sample.
  */
 std::size_t lastIndex(std::size_t end, std::size_t sampleSize) { return end >= sampleSize && end > 1 ? sampleSize - 1 : end; }
+
+void countAdded(BasicStatistics& sample, std::size_t added)
+{
+    sample.setSampleSize(sample.getSampleSize() + added);
+    sample.setDataEnd(sample.getSampleSize());  // one past the last index; setDataRange makes it inclusive
+    sample.setSorted(false);
+}
 
 }  // namespace
 
@@ -85,9 +93,7 @@ void BasicStatistics::initDataList(std::size_t n) { data.reserve(n); }
 bool BasicStatistics::add(double x)
 {
     data.push_back(x);
-    ++sampleSize;
-    dataEnd = sampleSize;  // one past the last index; setDataRange makes it inclusive
-    sorted = false;
+    countAdded(*this, 1);
     return true;
 }
 
@@ -97,11 +103,7 @@ std::size_t BasicStatistics::copyFrom(std::vector<double> values)
     if (data.empty() && data.capacity() <= values.capacity()) data.swap(values);  // takes them over, without a copy
     initDataList(added);
     data.insert(data.end(), values.begin(), values.end());
-    if (added > 0) {
-        sampleSize += added;
-        dataEnd = sampleSize;  // as add() leaves it
-        sorted = false;
-    }
+    if (added > 0) countAdded(*this, added);
     return data.size();
 }
 
@@ -121,9 +123,12 @@ bool BasicStatistics::readLines(detail::DataLines& lines)
 {
     if (!lines.isOpen()) return false;
     detail::reserveExpected(data, lines);
+    std::array<double, 256> numbers;
     for (;;) {
-        double x;
-        while (lines.takeNumber(x)) add(x);
+        while (const std::size_t n = lines.takeNumbers(numbers.data(), numbers.size())) {
+            data.insert(data.end(), numbers.data(), numbers.data() + n);
+            countAdded(*this, n);
+        }
         if (!lines.next()) return !lines.hasFailed();
         if (lines.isComment())
             setComment(removeChar(std::string(lines.text()), '#'));

@@ -14,6 +14,7 @@
 #include <wq_udf/console.h>
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 #include <utility>
 
@@ -33,6 +34,12 @@ void nameColumns(BasicXyStatistics& pairs)
     pairs.clearColumnNames();
     pairs.addColumnName("X");
     pairs.addColumnName("Y");
+}
+
+void count(BasicXyStatistics& pairs, std::size_t n)
+{
+    pairs.setSampleSize(n);
+    pairs.setDataEnd(n - 1);  // the last index, unlike that of a univariate sample
 }
 
 }  // namespace
@@ -74,8 +81,7 @@ void BasicXyStatistics::initDataList(std::size_t n) { pairs.reserve(n); }
 bool BasicXyStatistics::add(double x, double y)
 {
     pairs.push_back({x, y});
-    setSampleSize(pairs.size());
-    setDataEnd(pairs.size() - 1);  // the last index, unlike the univariate add
+    count(*this, pairs.size());
     return true;
 }
 
@@ -85,10 +91,7 @@ std::size_t BasicXyStatistics::copyFrom(std::vector<data_pair> values)
     if (pairs.empty() && pairs.capacity() <= values.capacity()) pairs.swap(values);  // takes them over, without a copy
     initDataList(added);
     pairs.insert(pairs.end(), values.begin(), values.end());
-    if (added > 0) {
-        setSampleSize(pairs.size());
-        setDataEnd(pairs.size() - 1);  // as add() leaves it
-    }
+    if (added > 0) count(*this, pairs.size());
     return pairs.size();
 }
 
@@ -108,10 +111,14 @@ bool BasicXyStatistics::readLines(detail::DataLines& lines)
 {
     if (!lines.isOpen()) return false;
     detail::reserveExpected(pairs, lines);
+    std::array<double, 256> numbers;
     for (;;) {
-        double x;
-        double y;
-        while (lines.takePair(x, y)) add(x, y);
+        while (const std::size_t n = lines.takePairs(numbers.data(), numbers.size() / 2)) {
+            const std::size_t before = pairs.size();
+            pairs.resize(before + n);
+            for (std::size_t i = 0; i < n; ++i) pairs[before + i] = {numbers[2 * i], numbers[2 * i + 1]};
+            count(*this, pairs.size());
+        }
         if (!lines.next()) return !lines.hasFailed();
         if (lines.isComment()) {
             comment = removeChar(std::string(lines.text()), '#');  // the last one stays; a univariate sample keeps all
@@ -120,8 +127,8 @@ bool BasicXyStatistics::readLines(detail::DataLines& lines)
         std::string_view rest = lines.text();
         std::string_view field;
         if (!detail::takeField(rest, field)) continue;
-        x = detail::readDoubleOrZero(field);  // 0 for a text that is no number, where y refuses it
-        y = detail::takeField(rest, field) ? detail::readDouble(field) : 0.0;
+        const double x = detail::readDoubleOrZero(field);  // 0 for a text that is no number, where y refuses it
+        const double y = detail::takeField(rest, field) ? detail::readDouble(field) : 0.0;
         add(x, y);
     }
 }

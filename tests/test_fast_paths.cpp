@@ -600,6 +600,11 @@ wq_lib::detail::PlainDecimal scanned(const char* text)
     return decimal;
 }
 
+bool sameDecimals(const wq_lib::detail::PlainDecimal& a, const wq_lib::detail::PlainDecimal& b)
+{
+    return a.digits == b.digits && a.count == b.count && a.decimals == b.decimals && a.minus == b.minus && a.end == b.end;
+}
+
 TEST(FastPaths, decimalsEndAtAnyCharacter)
 {
     Generator random(15);
@@ -612,9 +617,25 @@ TEST(FastPaths, decimalsEndAtAnyCharacter)
                 text.append(wq_lib::detail::plainDecimalSlack + 1, '\0');
                 const wq_lib::detail::PlainDecimal found = wq_lib::detail::scanPlainDecimal(text.data());
                 const wq_lib::detail::PlainDecimal expected = scanned(text.data());
-                ASSERT_TRUE(found.digits == expected.digits && found.count == expected.count && found.decimals == expected.decimals &&
-                            found.end == expected.end)
-                    << "of '" << text << "'";
+                ASSERT_TRUE(sameDecimals(found, expected)) << "of '" << text << "'";
+
+                const bool isShort = expected.end - text.data() <= 7 && expected.count < expected.end - text.data();
+                const wq_lib::detail::PlainDecimal shortOne = wq_lib::detail::scanShortDecimal(text.data());
+                if (isShort && expected.count > 0)
+                    ASSERT_TRUE(sameDecimals(shortOne, expected)) << "of '" << text << "'";
+                else
+                    ASSERT_EQ(shortOne.count, 0) << "of '" << text << "'";
+
+                text.insert(text.begin(), '-');
+                const wq_lib::detail::PlainDecimal negative = wq_lib::detail::scanSignedDecimal(text.data());
+                const wq_lib::detail::PlainDecimal shortNegative = wq_lib::detail::scanShortDecimal(text.data());
+                wq_lib::detail::PlainDecimal expectedNegative = scanned(text.data() + 1);
+                expectedNegative.minus = true;
+                ASSERT_TRUE(sameDecimals(negative, expectedNegative)) << "of '" << text << "'";
+                if (shortOne.count > 0)
+                    ASSERT_TRUE(sameDecimals(shortNegative, expectedNegative)) << "of '" << text << "'";
+                else
+                    ASSERT_EQ(shortNegative.count, 0) << "of '" << text << "'";
             }
 }
 

@@ -19,17 +19,50 @@ constexpr std::uintmax_t mostExpectedLines = std::uintmax_t{1} << 24;  // the si
 
 bool isDelimiter(char c) { return c == fieldSeparators[0] || c == fieldSeparators[1] || c == fieldSeparators[2]; }
 
-/**
- * Takes a plain decimal with its sign off the text. A call per number would cost a twentieth of the time that reading takes.
- * @return its end; nullptr for what is none, and for what is left to the general conversion.
- */
-[[gnu::always_inline]] inline const char* takeDecimal(const char* text, double& value)
+// A call per number would cost a twentieth of the time that reading takes.
+#ifdef __GNUC__
+#  define WQ_ALWAYS_INLINE [[gnu::always_inline]] inline
+#else
+#  define WQ_ALWAYS_INLINE inline
+#endif
+
+using Scan = PlainDecimal (*)(const char*);
+
+/** Takes a plain decimal off the text. @return its end; nullptr for what is none, and for what is left to other ways. */
+template <Scan scan>
+WQ_ALWAYS_INLINE const char* takeDecimal(const char* text, double& value)
 {
-    const bool minus = *text == '-';
-    const PlainDecimal number = scanPlainDecimal(minus ? text + 1 : text);
+    const PlainDecimal number = scan(text);
     if (!number.isConvertible() || !nearestDouble(number, value)) return nullptr;
-    if (minus) value = -value;
+    if (number.minus) value = -value;
     return number.end;
+}
+
+/** Takes a line of plain decimals with a delimiter between two of them. @return the begin of the next one; nullptr for any other line. */
+template <std::size_t width, Scan scan>
+WQ_ALWAYS_INLINE const char* takePlainLine(const char* text, double* values)
+{
+    for (std::size_t i = 0; i < width; ++i) {
+        if (i > 0 && !isDelimiter(*text++)) return nullptr;
+        text = takeDecimal<scan>(text, values[i]);
+        if (text == nullptr) return nullptr;
+    }
+    if (*text == '\r') ++text;
+    return *text == '\n' ? text + 1 : nullptr;
+}
+
+/** Takes such lines as long as there are any. @param values moves on with them, up to end. @return the begin of the line behind. */
+template <std::size_t width, Scan scan>
+const char* takePlainLines(const char* text, double*& values, const double* end)
+{
+    double* next = values;
+    for (; next < end; next += width) {
+        const char* const line = takePlainLine<width, scan>(text, next);
+        if (line == nullptr) break;
+        text = line;
+    }
+    values = next;
+    return text;
 }
 
 }  // namespace
@@ -76,35 +109,24 @@ bool DataLines::next()
     return false;
 }
 
-bool DataLines::takeNumber(double& value)
-{
-    double number = 0.0;
-    if (finished || !endLine(takeDecimal(block.data() + position, number))) return false;
-    value = number;
-    return true;
-}
+std::size_t DataLines::takeNumbers(double* values, std::size_t most) { return takeLines<1>(values, most); }
 
-bool DataLines::takePair(double& first, double& second)
-{
-    if (finished) return false;
-    double x = 0.0;
-    double y = 0.0;
-    const char* const delimiter = takeDecimal(block.data() + position, x);
-    if (delimiter == nullptr || !isDelimiter(*delimiter) || !endLine(takeDecimal(delimiter + 1, y))) return false;
-    first = x;
-    second = y;
-    return true;
-}
+std::size_t DataLines::takePairs(double* values, std::size_t most) { return takeLines<2>(values, most); }
 
-/** Moves behind the line when what was read up to end is all of it. */
-bool DataLines::endLine(const char* end)
+/** @param values room for `most` lines of `width` plain decimals. @return how many lines were taken. */
+template <std::size_t width>
+std::size_t DataLines::takeLines(double* values, std::size_t most)
 {
-    if (end == nullptr) return false;
-    if (*end == '\r') ++end;
-    if (*end != '\n') return false;
-    position = static_cast<std::size_t>(end + 1 - block.data());
-    ++count;
-    return true;
+    if (finished) return 0;
+    const char* const begin = block.data() + position;
+    double* next = values;
+    const double* const end = values + width * most;
+    const char* text = takePlainLines<width, scanShortDecimal>(begin, next, end);
+    text = takePlainLines<width, scanSignedDecimal>(text, next, end);
+    const std::size_t taken = static_cast<std::size_t>(next - values) / width;
+    position += static_cast<std::size_t>(text - begin);
+    count += taken;
+    return taken;
 }
 
 /** Makes the next line of the file the current one. @return false when there is none. */

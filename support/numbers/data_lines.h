@@ -40,14 +40,15 @@ public:
     std::size_t expectedLines() const { return expected; }
 
     /**
-     * Takes the next line when it is nothing but a plain decimal, maybe with a minus before it and a carriage return behind it; next()
-     * takes all others.
-     * @return false, with the value unchanged, when it is not taken.
+     * Takes the next lines as long as each is nothing but a plain decimal, maybe with a minus before it and a carriage return behind it;
+     * next() takes all others.
+     * @param values room for `most` numbers. @return how many were taken.
      */
-    bool takeNumber(double& value);
+    std::size_t takeNumbers(double* values, std::size_t most);
 
-    /** Takes the next line when it is nothing but two of them with a ':', ';' or '|' between. */
-    bool takePair(double& first, double& second);
+    /** The same for lines of two of them with a ':', ';' or '|' between. @param values room for `most` pairs, the two of a line side by
+     * side. */
+    std::size_t takePairs(double* values, std::size_t most);
 
     /** The current line, valid until the next call of next(). */
     std::string_view text() const { return line; }
@@ -55,7 +56,7 @@ public:
     /** The number of the first line met so far with a zero byte in it; 0 without one. */
     std::size_t zeroLine() const { return firstZero; }
 
-    /** The number of the current line, from 1; of the last one taken by takeNumber() and takePair(). */
+    /** The number of the current line, from 1; of the last one taken by takeNumbers() and takePairs(). */
     std::size_t number() const { return count; }
 
     /** Whether the current line is longer than 254 characters, so that it was cut and is the last one. */
@@ -76,7 +77,8 @@ public:
 private:
     void begin();
     bool takeLine();
-    bool endLine(const char* end);
+    template <std::size_t width>
+    std::size_t takeLines(double* values, std::size_t most);
     void refill();
 
     std::ifstream file;

@@ -148,8 +148,8 @@ public:
         return true;
     }
 
-    /** Looks at what was taken off the front of the text, as far as something can be wrong with it. @return false when reading ends here.
-     */
+    /** Looks at what was taken off the front of the text, as far as something can be wrong with it. @return false when reading ends
+     * here. */
     bool seePlain(const PlainLine& plain, const DataLines& lines)
     {
         dataSeen = true;
@@ -407,13 +407,16 @@ private:
     bool dataSeen = false;
 };
 
-/** Takes the next line when nothing but its frequency can be wrong with it. */
+/** Takes the next lines when nothing can be wrong with them, or the next one when nothing but its frequency can. */
 bool takePlain(DataLines& lines, Layout layout, PlainLine& plain)
 {
-    double x = 0.0;
-    if (layout == Layout::values) return lines.takeNumber(x);
+    std::array<double, 256> numbers;
+    if (layout == Layout::values) return lines.takeNumbers(numbers.data(), numbers.size()) > 0;
+    if (layout == Layout::series) return false;
     plain.text = lines.unread();
-    return layout != Layout::series && lines.takePair(x, plain.y);
+    const bool isTaken = lines.takePairs(numbers.data(), layout == Layout::angles ? 1 : numbers.size() / 2) > 0;
+    if (isTaken) plain.y = numbers[1];
+    return isTaken;
 }
 
 /** Writes the line so that it reads the same. */
