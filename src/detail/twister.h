@@ -66,10 +66,11 @@ public:
         two = _mm_xor_si128(two, _mm_and_si128(_mm_slli_epi64(two, 15), _mm_set1_epi64x(0xEFC60000)));
         two = _mm_xor_si128(two, _mm_srli_epi64(two, 18));
         // As the last bits of 2^52, whose unit is 1. That less 2^52 is exact, but -0 for 0 where the host rounds down.
-        const __m128d above = _mm_castsi128_pd(_mm_or_si128(two, _mm_set1_epi64x(0x4330000000000000)));
-        const __m128d numbers = _mm_andnot_pd(_mm_set1_pd(-0.0), _mm_sub_pd(above, _mm_set1_pd(0x1p52)));
-        const __m128d parts = _mm_mul_pd(numbers, _mm_set_pd(0x1p32, 1.0));
-        const double real = _mm_cvtsd_f64(_mm_add_sd(parts, _mm_unpackhi_pd(parts, parts))) * 0x1p-64;
+        const __m128i large = _mm_set1_epi64x(0x4330000000000000);
+        const __m128d numbers = _mm_sub_pd(_mm_castsi128_pd(_mm_or_si128(two, large)), _mm_castsi128_pd(large));
+        const __m128d parts = _mm_mul_pd(numbers, _mm_set_pd(0x1p-32, 0x1p-64));
+        const __m128d sum = _mm_add_sd(parts, _mm_unpackhi_pd(parts, parts));
+        const double real = _mm_cvtsd_f64(_mm_and_pd(sum, _mm_castsi128_pd(_mm_set1_epi64x(0x7FFFFFFFFFFFFFFF))));
         return std::min(real, 0x1.fffffffffffffp-1);  // the sum may have been rounded up to 1
     }
 #  endif
