@@ -676,6 +676,22 @@ TEST(FastPaths, longDecimalsAreThoseOfTheStandardConversion)
     expectReadAsByStod(lines);
 }
 
+TEST(FastPaths, shortAndLongDecimalsAreReadInTheirOrder)  // each has a way of its own, and a call takes no more than some hundred of them
+{
+    Generator random(16);
+    const std::vector<std::string> shortOnes = {"12.5", "-12.5", ".5", "-.5", "543.922", "-543.922", "99999.9", "-0.0", "7.", "0.00001"};
+    const std::vector<std::string> others = {"5", "-7", "543.9225", "-1234567.5", "51.083835041856176", "1e3", " 2.5", "2.5 ", "+2.5"};
+    for (const std::size_t n : {1u, 2u, 255u, 256u, 257u, 511u, 512u, 513u, 5000u})
+        for (const unsigned shortOfTen : {0u, 1u, 5u, 9u, 10u}) {
+            std::vector<std::string> lines(n);
+            for (std::string& line : lines) {
+                const std::vector<std::string>& texts = random() % 10 < shortOfTen ? shortOnes : others;
+                line = texts[random() % texts.size()];
+            }
+            expectReadAsByStod(lines);
+        }
+}
+
 TEST(FastPaths, decimalsAtTheEdges)
 {
     // clang-format off

@@ -46,8 +46,10 @@ public:
      */
     std::size_t takeNumbers(double* values, std::size_t most);
 
-    /** The same for lines of two of them with a ':', ';' or '|' between. @param values room for `most` pairs, the two of a line side by
-     * side. */
+    /**
+     * The same for lines of two of them with a ':', ';' or '|' between.
+     * @param values room for 2 `most` numbers, the two of a line side by side. @return how many lines were taken.
+     */
     std::size_t takePairs(double* values, std::size_t most);
 
     /** The current line, valid until the next call of next(). */

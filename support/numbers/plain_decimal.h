@@ -56,8 +56,10 @@ inline std::uint64_t numberOfFour(std::uint64_t digits)
 struct EightScanned {
     explicit EightScanned(const char* text) : values(eightCharacters(text) ^ 0x3030303030303030u) {}
 
-    /** The highest bit of the byte of each that is no digit, by a sum that carries into it (Lamport, "Multiple byte processing with
-     * full-word instructions", 1975). */
+    /**
+     * The highest bit of the byte of each that is no digit, by a sum that carries into it (Lamport, "Multiple byte processing with
+     * full-word instructions", 1975).
+     */
     std::uint64_t others() const { return ((values + 0x7676767676767676u) | values) & 0x8080808080808080u; }
 
     std::uint64_t values;  // a digit as its value
@@ -74,8 +76,7 @@ inline unsigned bitsBefore(std::uint64_t others)
 #endif
 }
 
-/** @return the condition, which is decided by a jump: the processor foresees it, and so goes on to the next number before this one is
- * known. */
+/** The condition, decided by a jump: the processor foresees it, and goes on to the next number before this one is known. */
 inline bool byAJump(bool condition)
 {
 #ifdef __GNUC__
@@ -191,8 +192,8 @@ inline bool nearestDouble(const PlainDecimal& number, double& value)
     std::memcpy(&sizeBits, &size, sizeof sizeBits);
     const int leadingZeros = 1023 + 52 - static_cast<int>(sizeBits >> 52);
 
-    // The quotient lies in [high, high + 2), and with its highest bit at the top in [high, high + 4), in units of 2^(64 - leadingZeros -
-    // exponent).
+    // In units of 2^(64 - leadingZeros - exponent) the quotient lies in [high, high + 2); in half of them, where that brings the highest
+    // bit to the top, in [high, high + 4).
     std::uint64_t high = product(number.digits << leadingZeros, reciprocal.factor).high;
     const int moved = (high >> 63) != 0 ? 0 : 1;
     high <<= moved;

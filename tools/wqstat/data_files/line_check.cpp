@@ -148,8 +148,8 @@ public:
         return true;
     }
 
-    /** Looks at what was taken off the front of the text, as far as something can be wrong with it. @return false when reading ends
-     * here. */
+    /** Looks at what was taken off the front of the text, as far as something can be wrong with it. @return false when reading ends here.
+     */
     bool seePlain(const PlainLine& plain, const DataLines& lines)
     {
         dataSeen = true;
