@@ -170,10 +170,11 @@ def output_of(*command):
 
 
 def processor():
-    for line in pathlib.Path("/proc/cpuinfo").read_text().splitlines():
-        if line.startswith("model name"):
-            return line.split(":", 1)[1].strip()
-    return platform.processor()
+    """@return its name, with the widest of the vectors that the sorts choose among: of one name there are several."""
+    facts = dict(re.findall(r"(?m)^(model name|flags)\s*: (.*)$", pathlib.Path("/proc/cpuinfo").read_text()))
+    flags = facts.get("flags", "").split()
+    vectors = next((f" with {name}" for flag, name in [("avx512f", "AVX-512"), ("avx2", "AVX2")] if flag in flags), "")
+    return facts.get("model name", platform.processor()).strip() + vectors
 
 
 def versions():
